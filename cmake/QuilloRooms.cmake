@@ -1,0 +1,56 @@
+# A room is one folder of src/ and one static library. It sees the headers of its own folder and
+# of the floors that it names, and no others: every room has an include root of its own that
+# holds nothing but a link to its folder, so including a room that was not named does not compile.
+
+find_package(PkgConfig REQUIRED)
+
+# quillo_room(<folder below src> [FLOORS <folders>...] [USES <libraries>...] [WITHOUT_PCH])
+#   FLOORS  rooms below this one; their headers become visible to whoever links this room
+#   USES    libraries that only this room's sources see
+function(quillo_room folder)
+  cmake_parse_arguments(ROOM "WITHOUT_PCH" "" "FLOORS;USES" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  set(target quillo_${name})
+  set(source_dir ${CMAKE_SOURCE_DIR}/src/${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${source_dir}/*.cpp ${source_dir}/*.h)
+  if(NOT sources) # a room that nobody has furnished yet
+    return()
+  endif()
+
+  set(include_root ${CMAKE_BINARY_DIR}/include/${name})
+  get_filename_component(parent ${include_root}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${source_dir} ${include_root}/${folder} SYMBOLIC)
+
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${include_root})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+  foreach(floor IN LISTS ROOM_FLOORS)
+    string(REPLACE "/" "_" floor_name ${floor})
+    target_link_libraries(${target} PUBLIC quillo_${floor_name})
+  endforeach()
+  target_link_libraries(${target} PRIVATE ${ROOM_USES})
+  if(NOT ROOM_WITHOUT_PCH)
+    if(folder STREQUAL "base")
+      target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
+    else()
+      target_precompile_headers(${target} REUSE_FROM quillo_base)
+    endif()
+  endif()
+endfunction()
+
+# quillo_tests(<folder below tests> [LINKS <targets>...])
+# One test program for a folder of tests; ctest knows each of its cases.
+include(GoogleTest)
+function(quillo_tests folder)
+  cmake_parse_arguments(TESTS "" "" "LINKS" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(tests_${name} ${sources})
+  target_include_directories(tests_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(tests_${name} PRIVATE ${TESTS_LINKS} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(tests_${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()

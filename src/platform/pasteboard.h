@@ -1,0 +1,66 @@
+// The clipboard.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/bytes.h"
+
+namespace quillo {
+
+inline constexpr const char* pasteboardTypeString = "public.utf8-plain-text";
+
+// An item as this program holds it: types in order of preference, each with its data.
+struct PasteboardItem {
+  std::vector<std::pair<std::string, Bytes>> representations;
+
+  friend bool operator==(const PasteboardItem&, const PasteboardItem&) = default;
+};
+
+// What another program (or this one) offers now. Its data are asked for only when read, and the
+// owner may be slow or gone.
+class PasteboardContents {
+ public:
+  virtual ~PasteboardContents() = default;
+  virtual std::size_t itemCount() const = 0;
+  virtual std::vector<std::string> types(std::size_t item) const = 0;
+  // Nothing when the owner has no such data, is gone, or does not answer within the host's limit.
+  virtual std::optional<Bytes> data(std::size_t item, std::string_view type) const = 0;
+};
+
+// Main thread.
+class Pasteboard {
+ public:
+  virtual ~Pasteboard() = default;
+
+  // Rises with every change of ownership, whoever makes it.
+  virtual std::int64_t changeCount() const = 0;
+  // Never null.
+  virtual std::unique_ptr<PasteboardContents> contents() const = 0;
+  // Takes ownership of an empty clipboard; the change count rises by one.
+  virtual void clearContents() = 0;
+  // After clearContents(), without another rise. False when another program took ownership.
+  virtual bool writeItems(const std::vector<PasteboardItem>& items) = 0;
+
+  bool setString(std::string_view text) {
+    return writeItems({PasteboardItem{{{pasteboardTypeString, Bytes(text)}}}});
+  }
+  // The plain text of the first item that has one.
+  std::optional<std::string> string() const {
+    const auto now = contents();
+    for (std::size_t item = 0; item < now->itemCount(); ++item) {
+      for (const std::string& type : now->types(item)) {
+        if (type == pasteboardTypeString) return now->data(item, type);
+      }
+    }
+    return std::nullopt;
+  }
+};
+
+}  // namespace quillo
