@@ -38,7 +38,8 @@ std::optional<Bytes> bytesFromBase64(std::string_view text) {
       if (value == std::string_view::npos) return std::nullopt;
       bits = bits << 6 | static_cast<std::uint32_t>(value);
     }
-    for (std::size_t k = 0; k < 3 - padding; ++k) out += static_cast<char>(bits >> (16 - 8 * k) & 255);
+    for (std::size_t k = 0; k < 3 - padding; ++k)
+      out += static_cast<char>(bits >> (16 - 8 * k) & 255);
   }
   return out;
 }

@@ -26,7 +26,8 @@ class CancellationError final : public Error {
   std::string description() const override { return "The operation was cancelled."; }
 };
 
-// Bytes that should have been a record are not one. `path` names the place, as "limits.dailyMinutes".
+// Bytes that should have been a record are not one. `path` names the place, as
+// "limits.dailyMinutes".
 class DecodingError final : public Error {
  public:
   DecodingError(std::string path, std::string problem)

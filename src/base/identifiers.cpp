@@ -8,8 +8,8 @@
 namespace quillo {
 
 std::string uuidText(std::uint64_t high, std::uint64_t low) {
-  high = (high & ~0xF000ULL) | 0x4000ULL;                          // version 4
-  low = (low & ~(3ULL << 62)) | 1ULL << 63;                        // variant 1
+  high = (high & ~0xF000ULL) | 0x4000ULL;    // version 4
+  low = (low & ~(3ULL << 62)) | 1ULL << 63;  // variant 1
   std::array<char, 40> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "%08X-%04X-%04X-%04X-%012llX",
                 static_cast<unsigned>(high >> 32), static_cast<unsigned>(high >> 16 & 0xFFFF),

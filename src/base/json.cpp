@@ -84,19 +84,27 @@ JsonReader::JsonReader(const Json& value, std::string path)
 std::string JsonReader::pathOf(std::string_view key) const {
   return path_.empty() ? std::string(key) : path_ + "." + std::string(key);
 }
-const Json* JsonReader::find(std::string_view key) const { return findKey(*value_, key); }
+const Json* JsonReader::find(std::string_view key) const {
+  return findKey(*value_, key);
+}
 const Json& JsonReader::require(std::string_view key) const {
   const Json* value = find(key);
   if (!value) throw DecodingError(pathOf(key), "is missing");
   return *value;
 }
 
-std::string JsonReader::text(std::string_view key) const { return asText(require(key), pathOf(key)); }
+std::string JsonReader::text(std::string_view key) const {
+  return asText(require(key), pathOf(key));
+}
 std::int64_t JsonReader::integer(std::string_view key) const {
   return asInteger(require(key), pathOf(key));
 }
-double JsonReader::number(std::string_view key) const { return asNumber(require(key), pathOf(key)); }
-bool JsonReader::boolean(std::string_view key) const { return asBoolean(require(key), pathOf(key)); }
+double JsonReader::number(std::string_view key) const {
+  return asNumber(require(key), pathOf(key));
+}
+bool JsonReader::boolean(std::string_view key) const {
+  return asBoolean(require(key), pathOf(key));
+}
 JsonReader JsonReader::object(std::string_view key) const {
   JsonReader reader(require(key), pathOf(key));
   reader.owned_ = owned_;
@@ -133,7 +141,9 @@ std::optional<std::vector<std::string>> JsonReader::optionalTexts(std::string_vi
   return texts;
 }
 
-std::vector<JsonReader> jsonObjects(const Json& array) { return asObjects(array, ""); }
+std::vector<JsonReader> jsonObjects(const Json& array) {
+  return asObjects(array, "");
+}
 
 std::optional<std::string> lenientText(const Json& object, std::string_view key) {
   const Json* value = findKey(object, key);

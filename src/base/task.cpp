@@ -4,7 +4,9 @@ namespace quillo {
 
 std::atomic<std::int64_t> detail::liveFrames{0};
 
-std::int64_t liveFrameCount() { return detail::liveFrames.load(std::memory_order_relaxed); }
+std::int64_t liveFrameCount() {
+  return detail::liveFrames.load(std::memory_order_relaxed);
+}
 
 Task<SleepEnd> sleepFor(Duration duration) {
   const TaskContext context = co_await currentTask();

@@ -105,16 +105,21 @@ char32_t firstScalar(std::string_view text) {
   return static_cast<char32_t>(scalar);
 }
 
-bool isWhitespaceScalar(UChar32 c) { return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR; }
+bool isWhitespaceScalar(UChar32 c) {
+  return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR;
+}
 bool isNewlineScalar(UChar32 c) {
   return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029;
 }
 
 bool isInSet(UChar32 c, TrimSet set) {
   switch (set) {
-    case TrimSet::whitespace: return isWhitespaceScalar(c);
-    case TrimSet::newlines: return isNewlineScalar(c);
-    case TrimSet::whitespaceAndNewlines: return isWhitespaceScalar(c) || isNewlineScalar(c);
+    case TrimSet::whitespace:
+      return isWhitespaceScalar(c);
+    case TrimSet::newlines:
+      return isNewlineScalar(c);
+    case TrimSet::whitespaceAndNewlines:
+      return isWhitespaceScalar(c) || isNewlineScalar(c);
   }
   return false;
 }
@@ -232,7 +237,9 @@ std::string trimmedOf(std::string_view text, std::string_view set) {
   });
 }
 
-bool isBlank(std::string_view text) { return trimmed(text).empty(); }
+bool isBlank(std::string_view text) {
+  return trimmed(text).empty();
+}
 
 std::string lowercased(std::string_view text) {
   return fromIcu(toIcu(text).toLower(icu::Locale::getRoot()));
@@ -311,7 +318,8 @@ std::vector<Regex::Range> Regex::matches(std::string_view text) const {
 
 std::optional<std::string> englishLanguageName(std::string_view languageCode) {
   icu::UnicodeString name;
-  icu::Locale(std::string(languageCode).c_str()).getDisplayLanguage(icu::Locale::getEnglish(), name);
+  icu::Locale(std::string(languageCode).c_str())
+      .getDisplayLanguage(icu::Locale::getEnglish(), name);
   return knownName(name, languageCode);
 }
 

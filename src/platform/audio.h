@@ -27,7 +27,9 @@ class AudioBuffer {
  public:
   AudioBuffer() = default;
   AudioBuffer(AudioFormat format, std::size_t frames)
-      : format_(format), frames_(frames), samples_(frames * static_cast<std::size_t>(format.channels)) {}
+      : format_(format),
+        frames_(frames),
+        samples_(frames * static_cast<std::size_t>(format.channels)) {}
 
   const AudioFormat& format() const { return format_; }
   std::size_t frames() const { return frames_; }
@@ -49,12 +51,12 @@ enum class AudioDeviceID : std::uint32_t {};
 // Four-character codes of the transport of a device.
 enum class AudioTransport : std::uint32_t {
   unknown = 0,
-  builtIn = 0x626c746e,            // "bltn"
-  usb = 0x75736220,                // "usb "
-  bluetooth = 0x626c7565,          // "blue"
-  bluetoothLowEnergy = 0x626c6561, // "blea"
-  aggregate = 0x67727570,          // "grup"
-  virtualDevice = 0x76697274,      // "virt"
+  builtIn = 0x626c746e,             // "bltn"
+  usb = 0x75736220,                 // "usb "
+  bluetooth = 0x626c7565,           // "blue"
+  bluetoothLowEnergy = 0x626c6561,  // "blea"
+  aggregate = 0x67727570,           // "grup"
+  virtualDevice = 0x76697274,       // "virt"
 };
 
 // Every property may be unreadable. Main thread; a device that has gone reads as nothing.
