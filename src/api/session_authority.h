@@ -1,0 +1,20 @@
+// The session of the user, as a request sees it.
+#pragma once
+
+#include "base/task.h"
+
+namespace quillo {
+
+// Main thread.
+class SessionAuthority {
+ public:
+  virtual ~SessionAuthority() = default;
+
+  virtual bool isLoggedIn() const = 0;
+  // Whether the session token has expired or is about to.
+  virtual bool needsRefresh() const = 0;
+  // Many callers share one running refresh. False when the session could not be refreshed.
+  virtual Task<bool> refreshSession() = 0;
+};
+
+}  // namespace quillo
