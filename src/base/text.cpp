@@ -182,13 +182,21 @@ std::size_t characterCount(std::string_view text) {
 
 std::vector<std::string> characters(std::string_view text) {
   std::vector<std::string> all;
+  forEachCharacter(text, [&all](std::string_view character) { all.emplace_back(character); });
+  return all;
+}
+
+void forEachCharacter(std::string_view text, const std::function<void(std::string_view)>& visit) {
+  if (isPlainAscii(text)) {
+    for (std::size_t i = 0; i < text.size(); ++i) visit(text.substr(i, 1));
+    return;
+  }
   CharacterBoundaries boundaries(text);
   std::size_t begin = 0;
   while (const auto end = boundaries.next()) {
-    all.emplace_back(text.substr(begin, *end - begin));
+    visit(text.substr(begin, *end - begin));
     begin = *end;
   }
-  return all;
 }
 
 std::string prefixCharacters(std::string_view text, std::size_t count) {
@@ -251,6 +259,35 @@ std::string capitalized(std::string_view text) {
   return fromIcu(toIcu(text).toTitle(nullptr, icu::Locale::getRoot()));
 }
 
+CaseFolded caseFolded(std::string_view text) {
+  CaseFolded folded;
+  folded.text.reserve(text.size());
+  folded.origins.reserve(text.size());
+  const auto append = [&folded](std::string_view bytes, std::int32_t origin) {
+    folded.text += bytes;
+    folded.origins.insert(folded.origins.end(), bytes.size(), static_cast<std::uint32_t>(origin));
+  };
+  const auto size = static_cast<std::int32_t>(text.size());
+  for (std::int32_t i = 0; i < size;) {
+    const std::int32_t origin = i;
+    UChar32 c = 0;
+    U8_NEXT_OR_FFFD(text.data(), i, size, c);
+    if (c < 0x80) {
+      const char lower = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+      append({&lower, 1}, origin);
+    } else {
+      icu::UnicodeString scalar(c);
+      if (u_hasBinaryProperty(c, UCHAR_CHANGES_WHEN_CASEFOLDED)) scalar.foldCase();
+      append(fromIcu(scalar), origin);
+    }
+  }
+  return folded;
+}
+
+std::string canonicalForm(std::string_view text) {
+  return isPlainAscii(text) ? std::string(text) : fromIcu(decomposed(text));
+}
+
 bool textEquals(std::string_view a, std::string_view b) {
   return a == b || decomposed(a) == decomposed(b);
 }
@@ -301,18 +338,51 @@ std::string Regex::escaped(std::string_view literal) {
   return out;
 }
 
-std::vector<Regex::Range> Regex::matches(std::string_view text) const {
-  UErrorCode status = U_ZERO_ERROR;
-  UText utext = UTEXT_INITIALIZER;
-  utext_openUTF8(&utext, text.data(), static_cast<std::int64_t>(text.size()), &status);
-  const std::unique_ptr<icu::RegexMatcher> matcher(compiled_->pattern->matcher(status));
-  matcher->reset(&utext);
-  std::vector<Range> ranges;
-  while (matcher->find(status) && U_SUCCESS(status)) {
-    ranges.push_back({static_cast<std::size_t>(matcher->start64(status)),
-                      static_cast<std::size_t>(matcher->end64(status))});
+// A matcher over UTF-8 bytes, which must stay while it lives.
+class Regex::Matcher {
+ public:
+  Matcher(const icu::RegexPattern& pattern, std::string_view text) {
+    utext_openUTF8(&utext_, text.data(), static_cast<std::int64_t>(text.size()), &status_);
+    matcher_.reset(pattern.matcher(status_));
+    matcher_->reset(&utext_);
   }
-  utext_close(&utext);
+  Matcher(const Matcher&) = delete;
+  Matcher& operator=(const Matcher&) = delete;
+  ~Matcher() { utext_close(&utext_); }
+
+  bool find() { return matcher_->find(status_) && U_SUCCESS(status_); }
+  bool lookingAt(std::size_t start) {
+    return matcher_->lookingAt(static_cast<std::int64_t>(start), status_) && U_SUCCESS(status_);
+  }
+  Range range() {
+    return {static_cast<std::size_t>(matcher_->start64(status_)),
+            static_cast<std::size_t>(matcher_->end64(status_))};
+  }
+
+ private:
+  UErrorCode status_ = U_ZERO_ERROR;
+  UText utext_ = UTEXT_INITIALIZER;
+  std::unique_ptr<icu::RegexMatcher> matcher_;
+};
+
+std::vector<Regex::Range> Regex::matches(std::string_view text) const {
+  Matcher matcher(*compiled_->pattern, text);
+  std::vector<Range> ranges;
+  while (matcher.find()) ranges.push_back(matcher.range());
+  return ranges;
+}
+
+std::vector<Regex::Range> Regex::matchesAt(std::string_view text,
+                                           std::span<const std::size_t> starts) const {
+  std::vector<Range> ranges;
+  if (starts.empty()) return ranges;
+  Matcher matcher(*compiled_->pattern, text);
+  std::size_t free = 0;
+  for (const std::size_t start : starts) {
+    if (start < free || !matcher.lookingAt(start)) continue;
+    ranges.push_back(matcher.range());
+    free = ranges.back().end;
+  }
   return ranges;
 }
 

@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +19,8 @@ namespace quillo {
 // --- Characters ---
 std::size_t characterCount(std::string_view text);
 std::vector<std::string> characters(std::string_view text);
+// Calls `visit` with each character in order, without copying it.
+void forEachCharacter(std::string_view text, const std::function<void(std::string_view)>& visit);
 // At most `count` characters from the start, from the end, or all but those at one end.
 std::string prefixCharacters(std::string_view text, std::size_t count);
 std::string suffixCharacters(std::string_view text, std::size_t count);
@@ -47,7 +51,17 @@ std::string uppercased(std::string_view text);
 // Each word with an upper-case first letter and lower-case rest.
 std::string capitalized(std::string_view text);
 
+// The text in full case folding, so that texts that differ in case alone become the same bytes.
+struct CaseFolded {
+  std::string text;
+  // For each byte of `text`, where the scalar that it stands for begins in the original.
+  std::vector<std::uint32_t> origins;
+};
+CaseFolded caseFolded(std::string_view text);
+
 // --- Comparison by canonical equivalence ---
+// The same bytes for all texts that are equal (NFD).
+std::string canonicalForm(std::string_view text);
 bool textEquals(std::string_view a, std::string_view b);
 bool textHasPrefix(std::string_view text, std::string_view prefix);
 bool textHasSuffix(std::string_view text, std::string_view suffix);
@@ -76,9 +90,12 @@ class Regex {
 
   // Every match from the start, without overlap.
   std::vector<Range> matches(std::string_view text) const;
+  // The same, where every match is known to begin at one of `starts`, in rising order.
+  std::vector<Range> matchesAt(std::string_view text, std::span<const std::size_t> starts) const;
 
  private:
   struct Compiled;
+  class Matcher;
   explicit Regex(std::unique_ptr<Compiled> compiled);
   std::unique_ptr<Compiled> compiled_;
 };
