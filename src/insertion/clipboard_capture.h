@@ -1,0 +1,44 @@
+// Reads the selection of an application that does not expose it: lets the application copy it, and
+// puts the user's clipboard back.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "base/log.h"
+#include "base/task.h"
+#include "insertion/clipboard_gate.h"
+#include "platform/keyboard.h"
+#include "platform/pasteboard.h"
+
+namespace quillo {
+
+// Main thread.
+class ClipboardCapture {
+ public:
+  // Called once, while the gate is still held. Nothing when no plain text was copied.
+  using Captured = std::function<void(std::optional<std::string>)>;
+
+  ClipboardCapture(MainThread& mainThread, Pasteboard& pasteboard, KeyPoster& keyPoster,
+                   const KeyboardState& keyboardState, MacClipboardGate& gate, Log& log);
+
+  // Gives up without a change where it could cost the user a clipboard or a keystroke. Cannot be
+  // abandoned midway: cancellation only shortens the waits. At most 0.9 s once the gate is entered
+  // and the clipboard copied.
+  Task<> captureViaClipboard(Captured completion);
+
+ private:
+  Task<std::optional<std::string>> captureInGate();
+  Task<std::optional<std::string>> copiedText(std::int64_t changeCountBefore);
+  bool isCommandDown() const;
+
+  MainThread& mainThread_;
+  Pasteboard& pasteboard_;
+  KeyPoster& keyPoster_;
+  const KeyboardState& keyboardState_;
+  MacClipboardGate& gate_;
+  Log& log_;
+};
+
+}  // namespace quillo
