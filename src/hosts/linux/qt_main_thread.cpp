@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "hosts/linux/monotonic_clock.h"
 
 namespace quillo::linux_host {
 namespace {
@@ -86,7 +87,7 @@ void QtMainThread::cancelTimer(TimerId timer) {
 }
 
 MonotonicTime QtMainThread::now() const {
-  return {std::chrono::steady_clock::now().time_since_epoch()};
+  return monotonicNow();
 }
 
 void QtMainThread::reportLostError(std::exception_ptr error) {
