@@ -1,0 +1,55 @@
+// A saved way of writing: two languages, a polish mode, a tone and a format under one name.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/clock.h"
+#include "state/setting.h"
+
+namespace quillo {
+
+struct WritingProfile {
+  std::string id;  // UUID in canonical upper-case form
+  std::string name;
+  std::string inputLanguage;
+  std::string outputLanguage;
+  std::string transformMode;
+  std::string tone;
+  std::string formatStyle;
+};
+
+// Id and name do not count, and modes compare normalised.
+bool isSameSetting(const WritingProfile& a, const WritingProfile& b);
+std::optional<std::size_t> indexOfSameSetting(const std::vector<WritingProfile>& profiles,
+                                              const WritingProfile& wanted);
+
+// The name, or the two languages when it is blank.
+std::string profileDisplayName(const WritingProfile& profile);
+// "Improve · Friendly · Smart", with the languages in front when the profile has a name.
+std::string profileSummary(const WritingProfile& profile);
+
+// A JSON array of objects.
+Bytes encodeProfiles(const std::vector<WritingProfile>& profiles);
+// Field by field: what is missing or mistyped gets its default. Nothing when this is no array of
+// objects.
+std::optional<std::vector<WritingProfile>> decodeProfiles(std::string_view json, Random& random);
+
+// The stored profiles. An installation from before profiles gets one for each of its saved
+// language pairs, with mode, tone and format of `current`; that is not written back.
+std::vector<WritingProfile> loadProfiles(const UserDefaults& defaults, const char* key,
+                                         const std::vector<TextDictionary>& savedLanguagePairs,
+                                         const WritingProfile& current, Random& random);
+
+template <>
+struct StoredForm<std::vector<WritingProfile>> {
+  static void write(UserDefaults& defaults, std::string_view key,
+                    const std::vector<WritingProfile>& profiles) {
+    defaults.setData(key, encodeProfiles(profiles));
+  }
+};
+
+}  // namespace quillo
