@@ -1,0 +1,33 @@
+// The chords that the user may choose for cycling through profiles.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/keyboard.h"
+
+namespace quillo {
+
+struct CycleHotKeyPreset {
+  std::int64_t id;
+  std::string_view label;
+  std::int64_t keyCode;    // virtual key code
+  std::int64_t modifiers;  // bits of hot_key_modifiers
+};
+
+inline constexpr std::array<CycleHotKeyPreset, 3> cycleHotKeyPresets = {{
+    {0, "⌃G", 5, hot_key_modifiers::control},
+    {1, "⌃J", 38, hot_key_modifiers::control},
+    {2, "⌃;", 41, hot_key_modifiers::control},
+}};
+inline constexpr CycleHotKeyPreset defaultCycleHotKey = cycleHotKeyPresets[0];
+
+constexpr bool isCycleHotKeyPreset(std::int64_t keyCode, std::int64_t modifiers) {
+  return std::ranges::any_of(cycleHotKeyPresets, [&](const CycleHotKeyPreset& preset) {
+    return preset.keyCode == keyCode && preset.modifiers == modifiers;
+  });
+}
+
+}  // namespace quillo
