@@ -31,11 +31,18 @@
 #include "hosts/simulated/recorded_opener.h"
 #include "hosts/simulated/recorded_sounds.h"
 #include "hosts/simulated/recorded_system_log.h"
+#include "hosts/simulated/registered_hot_keys.h"
+#include "hosts/simulated/routed_event_monitors.h"
+#include "hosts/simulated/routed_hid_keyboards.h"
 #include "hosts/simulated/scripted_alerts.h"
 #include "hosts/simulated/scripted_login_item.h"
 #include "hosts/simulated/scripted_machine.h"
 #include "hosts/simulated/scripted_network.h"
 #include "hosts/simulated/seeded_random.h"
+#include "hosts/simulated/shared_pasteboard.h"
+#include "hosts/simulated/simulated_keyboard.h"
+#include "hosts/simulated/simulated_workspace.h"
+#include "hosts/simulated/swallowing_event_taps.h"
 #include "hosts/simulated/switched_permissions.h"
 #include "hosts/simulated/timeline.h"
 #include "hosts/simulated/virtual_clock.h"
@@ -65,6 +72,16 @@ class SimulatedDesktop {
   MemoryFileManager& files() { return files_; }
   ScriptedNetwork& network() { return network_; }
   SwitchedPermissions& permissions() { return permissions_; }
+  SimulatedWorkspace& workspace() { return workspace_; }
+  SharedPasteboard& pasteboard() { return pasteboard_; }
+  // Presses and releases the user's keys; it is also the key poster and the keyboard state.
+  SimulatedKeyboard& keyboard() { return keyboard_; }
+  KeyPoster& keyPoster() { return keyboard_; }
+  KeyboardState& keyboardState() { return keyboard_; }
+  RegisteredHotKeys& hotKeys() { return hotKeys_; }
+  SwallowingEventTaps& eventTaps() { return eventTaps_; }
+  RoutedEventMonitors& eventMonitors() { return eventMonitors_; }
+  RoutedHIDKeyboards& hidKeyboards() { return hidKeyboards_; }
   RecordedApplication& application() { return application_; }
   ScriptedAlerts& alerts() { return alerts_; }
   RecordedSounds& sounds() { return sounds_; }
@@ -107,6 +124,9 @@ class SimulatedDesktop {
   std::int64_t newLiveFrames() const { return liveFrameCount() - framesAtStart_; }
 
  private:
+  KeyRoute route(std::string_view name);
+  void connectApplication();
+
   template <class T>
   struct Outcome {
     std::optional<detail::Stored<T>> value;
@@ -115,6 +135,7 @@ class SimulatedDesktop {
   template <class T>
   static Task<> keepOutcome(Task<T> task, std::shared_ptr<Outcome<T>> outcome);
 
+  std::uint64_t seed_;
   std::int64_t framesAtStart_;
   Timeline timeline_;
   VirtualMainThread mainThread_{timeline_};
@@ -134,6 +155,14 @@ class SimulatedDesktop {
   ScriptedMachine machine_;
   RecordedSystemLog systemLog_;
   RecordedLog log_{timeline_};
+  SharedPasteboard pasteboard_{timeline_};
+  SimulatedWorkspace workspace_;
+  RegisteredHotKeys hotKeys_;
+  SwallowingEventTaps eventTaps_;
+  RoutedEventMonitors eventMonitors_;
+  RoutedHIDKeyboards hidKeyboards_;
+  SimulatedKeyboard keyboard_;
+  std::shared_ptr<void> ownActivation_;
 };
 
 template <class T>

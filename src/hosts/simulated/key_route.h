@@ -1,0 +1,45 @@
+// One way from the keyboard to the program, which may be slow, lossy or repeat itself.
+#pragma once
+
+#include <functional>
+
+#include "hosts/simulated/seeded_random.h"
+#include "hosts/simulated/timeline.h"
+#include "hosts/simulated/virtual_main_thread.h"
+
+namespace quillo::simulated {
+
+// Sound at first: everything arrives once, in the next turn.
+class KeyRoute {
+ public:
+  KeyRoute(VirtualMainThread& mainThread, Timeline& timeline, SeededRandom random)
+      : mainThread_(mainThread), timeline_(timeline), random_(random) {}
+
+  // Calls `deliver` in a turn of the main thread: once, twice or not at all, which is false.
+  bool carry(std::function<void()> deliver);
+
+  // --- Driver ---
+
+  void setLatency(Duration latency) { latency_ = latency; }
+  // The share (0...1) of events that never arrive.
+  void setLoss(double share) { loss_ = share; }
+  // The share of events that arrive again after `gap`.
+  void setDuplication(double share, Duration gap = std::chrono::milliseconds(5));
+  // The system refuses whoever asks for this route from now on.
+  void setRefused(bool refused) { refused_ = refused; }
+  bool isRefused() const { return refused_; }
+
+ private:
+  void deliverAfter(Duration delay, std::function<void()> deliver);
+
+  VirtualMainThread& mainThread_;
+  Timeline& timeline_;
+  SeededRandom random_;
+  Duration latency_{};
+  double loss_ = 0;
+  double duplication_ = 0;
+  Duration duplicationGap_{};
+  bool refused_ = false;
+};
+
+}  // namespace quillo::simulated

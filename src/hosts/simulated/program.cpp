@@ -1,0 +1,72 @@
+#include "hosts/simulated/program.h"
+
+#include "base/text.h"
+
+namespace quillo::simulated {
+namespace {
+
+constexpr Duration fastestReaction = std::chrono::milliseconds(1);
+constexpr Duration slowestReaction = std::chrono::milliseconds(20);
+
+}  // namespace
+
+Program::Program(std::int32_t process, Description description, Timeline& timeline,
+                 SharedPasteboard& pasteboard, SeededRandom random)
+    : process_(process),
+      description_(std::move(description)),
+      timeline_(timeline),
+      pasteboard_(pasteboard),
+      random_(random) {}
+
+RunningApplication Program::identity() const {
+  return {process_, description_.bundleIdentifier, description_.name};
+}
+
+void Program::end() {
+  isRunning_ = false;
+  pasteboard_.processEnded(process_);
+}
+
+void Program::receive(const KeyEvent& event) {
+  receivedKeys_.push_back(event);
+  if (event.type != KeyEvent::Type::keyDown || !event.charactersIgnoringModifiers) return;
+  const std::uint64_t chord = event.flags & event_flags::chordMask;
+  if ((chord & ~event_flags::shift) == 0) return type(event);
+  if (chord != event_flags::command) return;
+  if (*event.charactersIgnoringModifiers == "v" && !ignoresPaste_) react(&Program::paste);
+  if (*event.charactersIgnoringModifiers == "c" && !ignoresCopy_) react(&Program::copySelection);
+}
+
+void Program::react(void (Program::*action)()) {
+  const Duration delay =
+      reactionTime_ ? *reactionTime_ : random_.between(fastestReaction, slowestReaction);
+  timeline_.after(delay, [this, action] {
+    if (isRunning_) (this->*action)();
+  });
+}
+
+void Program::paste() {
+  const auto offered = pasteboard_.offeredText();
+  if (!offered) return;
+  timeline_.after(offered->makingTime, [this, text = offered->text] {
+    if (!isRunning_) return;
+    ++pastes_;
+    editor_.insert(text);
+  });
+}
+
+void Program::copySelection() {
+  const std::string selected = editor_.selectedText();
+  if (!selected.empty()) pasteboard_.copy(selected, process_);
+}
+
+void Program::type(const KeyEvent& event) {
+  const std::string& character = *event.charactersIgnoringModifiers;
+  if (character == "\x7f") return editor_.deleteBackward();
+  if (character == "\x1b") return;
+  if (character == "\r") return editor_.insert("\n");
+  const bool isUpper = (event.flags & (event_flags::shift | event_flags::capsLock)) != 0;
+  editor_.insert(isUpper ? uppercased(character) : character);
+}
+
+}  // namespace quillo::simulated
