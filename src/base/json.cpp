@@ -141,6 +141,11 @@ std::optional<std::vector<std::string>> JsonReader::optionalTexts(std::string_vi
   return texts;
 }
 
+std::optional<std::vector<JsonReader>> JsonReader::optionalObjects(std::string_view key) const {
+  if (!find(key)) return std::nullopt;
+  return objects(key);
+}
+
 std::vector<JsonReader> jsonObjects(const Json& array) {
   return asObjects(array, "");
 }

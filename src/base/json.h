@@ -43,6 +43,7 @@ class JsonReader {
   std::optional<bool> optionalBoolean(std::string_view key) const;
   std::optional<JsonReader> optionalObject(std::string_view key) const;
   std::optional<std::vector<std::string>> optionalTexts(std::string_view key) const;
+  std::optional<std::vector<JsonReader>> optionalObjects(std::string_view key) const;
 
  private:
   explicit JsonReader(std::shared_ptr<const Json> owned);
