@@ -1,0 +1,40 @@
+// What an error means to the user: a cancel, a plan limit, or a sentence with a short status.
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/navigator.h"
+#include "platform/application.h"
+
+namespace quillo {
+
+// The user cancelled, however that came to be known.
+bool isCancellation(const std::exception_ptr& error);
+
+enum class LimitScope { account, device };
+
+struct PlanLimit {
+  std::string message;
+  LimitScope scope = LimitScope::account;
+};
+
+// The service's reply that the plan is used up; the HTTP status does not matter.
+std::optional<PlanLimit> planLimitInfo(const std::exception_ptr& error);
+
+// Tells the user about the limit and waits for the answer; opens the plans when that is wanted.
+void showLimitAlert(const PlanLimit& limit, Application& application, Alerts& alerts,
+                    Navigator& navigator);
+
+// The sentence for the user.
+std::string userMessage(const std::exception_ptr& error);
+
+// The short status that goes with a sentence, by its words.
+std::string_view statusTitle(std::string_view message);
+
+// The words of an error for a log line: the user's sentence, or what happened.
+std::string errorText(const std::exception_ptr& error);
+
+}  // namespace quillo

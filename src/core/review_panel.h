@@ -1,0 +1,28 @@
+// The panel in which the user checks a translation before it is inserted.
+#pragma once
+
+#include <string>
+
+#include "base/task.h"
+
+namespace quillo {
+
+struct ReviewRequest {
+  std::string youSaid;
+  std::string youSaidLanguage;  // a label, as "German"
+  std::string means;            // translated back; may be empty
+  std::string willInsert;
+  std::string insertLanguage;  // a label
+};
+
+enum class ReviewDecision { insert, discard, reRecord };
+
+// Main thread.
+class ReviewPanel {
+ public:
+  virtual ~ReviewPanel() = default;
+  // Waits for as long as the user does.
+  virtual Task<ReviewDecision> present(ReviewRequest request) = 0;
+};
+
+}  // namespace quillo
