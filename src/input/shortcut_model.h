@@ -1,0 +1,114 @@
+// What a shortcut is: the modes, the keys that may be chosen, how they are stored and shown, and
+// the codes behind them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/keyboard.h"
+
+namespace quillo {
+
+// --- Choices of the user. Settings hold the raw value; pickers offer each table in its order. ---
+
+template <class Value>
+struct ShortcutChoice {
+  Value value;
+  std::string_view rawValue;
+  std::string_view label;
+};
+
+enum class ActivationMode { toggle, hold };
+
+inline constexpr ShortcutChoice<ActivationMode> activationModes[] = {
+    {ActivationMode::toggle, "toggle", "Toggle"},
+    {ActivationMode::hold, "hold", "Hold to talk"},
+};
+
+// Modifiers that record while they are held.
+enum class HoldShortcut { ctrlOpt, optCmd, rightOpt, fn };
+
+inline constexpr ShortcutChoice<HoldShortcut> holdShortcuts[] = {
+    {HoldShortcut::ctrlOpt, "ctrl_opt", "Ctrl+Option"},
+    {HoldShortcut::optCmd, "opt_cmd", "Option+Command"},
+    {HoldShortcut::rightOpt, "right_opt", "Right Option"},
+    {HoldShortcut::fn, "fn", "Fn"},
+};
+
+// Keys that start at one press and stop at the next.
+enum class ToggleShortcut { ctrlOptSpace, fn, rightOpt };
+
+inline constexpr ShortcutChoice<ToggleShortcut> toggleShortcuts[] = {
+    {ToggleShortcut::ctrlOptSpace, "ctrl_opt_space", "Ctrl+Option+Space"},
+    {ToggleShortcut::fn, "fn", "Fn"},
+    {ToggleShortcut::rightOpt, "right_opt", "Right Option"},
+};
+
+// A text that is no raw value means the first choice of its table.
+ActivationMode activationModeFrom(std::string_view rawValue);
+HoldShortcut holdShortcutFrom(std::string_view rawValue);
+ToggleShortcut toggleShortcutFrom(std::string_view rawValue);
+
+std::string_view rawValueOf(ActivationMode mode);
+
+// --- Texts ---
+
+// The three settings as they are stored.
+struct ShortcutSettings {
+  std::string_view activationMode;
+  std::string_view toggleShortcut;
+  std::string_view holdShortcut;
+};
+
+// For the status surfaces: "Hold Fn", or "Ctrl+Option+Space".
+std::string shortcutDisplayText(const ShortcutSettings& settings);
+// What to do to dictate, as a sentence.
+std::string shortcutUseText(const ShortcutSettings& settings);
+// What to know about a key; nothing for most.
+std::optional<std::string_view> toggleShortcutHint(ToggleShortcut shortcut);
+std::optional<std::string_view> holdShortcutHint(HoldShortcut shortcut);
+
+// --- Modifiers, in the forms of the routes ---
+
+enum class ShortcutModifier { control, option, command, shift };
+using ShortcutModifiers = std::set<ShortcutModifier>;
+
+// Bits outside the four modifiers are ignored.
+std::uint32_t hotKeyModifiersFrom(std::uint64_t eventFlags);
+std::uint64_t eventFlagsFrom(std::uint32_t hotKeyModifiers);
+ShortcutModifiers shortcutModifiersFrom(std::uint64_t eventFlags);
+// `usages` are those of the HID keyboard page that are down.
+ShortcutModifiers shortcutModifiersFrom(const std::set<std::int64_t>& usages);
+
+// The usage of Fn, which has none on the keyboard page.
+inline constexpr std::int64_t fnUsage = -1;
+// The usage of a key that shortcuts are made of; nothing for other keys.
+std::optional<std::int64_t> hidUsageOf(std::int64_t keyCode);
+
+// --- Fixed shortcuts ---
+
+// Numbers of registered hot keys.
+enum class HotKeyId : std::uint32_t {
+  toggle = 1,
+  pasteLast = 2,
+  cyclePair = 4,
+  selectionBubble = 5,
+};
+
+struct Chord {
+  std::string_view id;
+  HotKeyId hotKeyId;
+  std::int64_t keyCode;
+  std::optional<std::string_view> character;  // lower case; also matches by it where it is given
+  std::uint64_t eventFlags;
+};
+
+inline constexpr Chord toggleChord{"toggle", HotKeyId::toggle, 49, std::nullopt,
+                                   event_flags::control | event_flags::option};
+inline constexpr Chord pasteLastChord{"pasteLast", HotKeyId::pasteLast, 9, "v",
+                                      event_flags::control | event_flags::command};
+
+}  // namespace quillo
