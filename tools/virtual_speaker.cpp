@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -56,7 +57,7 @@ int main(int argumentCount, char** arguments) {
     }
     std::array<char, bytesPerTurn> samples{};
     const std::size_t count = std::min(samples.size(), sound.size() - played);
-    std::copy_n(sound.data() + played, count, samples.data());
+    std::copy_n(sound.data() + played, static_cast<std::ptrdiff_t>(count), samples.data());
     played += count;
     if (std::fwrite(samples.data(), 1, samples.size(), fifo) != samples.size() ||
         std::fflush(fifo) != 0)
