@@ -40,6 +40,8 @@
 #include "hosts/simulated/scripted_network.h"
 #include "hosts/simulated/seeded_random.h"
 #include "hosts/simulated/shared_pasteboard.h"
+#include "hosts/simulated/simulated_audio_devices.h"
+#include "hosts/simulated/simulated_audio_system.h"
 #include "hosts/simulated/simulated_keyboard.h"
 #include "hosts/simulated/simulated_workspace.h"
 #include "hosts/simulated/swallowing_event_taps.h"
@@ -48,6 +50,7 @@
 #include "hosts/simulated/virtual_clock.h"
 #include "hosts/simulated/virtual_main_thread.h"
 #include "hosts/simulated/virtual_serial_queues.h"
+#include "hosts/simulated/voice.h"
 
 namespace quillo::simulated {
 
@@ -72,6 +75,10 @@ class SimulatedDesktop {
   MemoryFileManager& files() { return files_; }
   ScriptedNetwork& network() { return network_; }
   SwitchedPermissions& permissions() { return permissions_; }
+  SimulatedAudioDevices& audioDevices() { return audioDevices_; }
+  SimulatedAudioSystem& audioSystem() { return audioSystem_; }
+  // Not a port: what the microphones hear.
+  Voice& voice() { return voice_; }
   SimulatedWorkspace& workspace() { return workspace_; }
   SharedPasteboard& pasteboard() { return pasteboard_; }
   // Presses and releases the user's keys; it is also the key poster and the keyboard state.
@@ -155,6 +162,9 @@ class SimulatedDesktop {
   ScriptedMachine machine_;
   RecordedSystemLog systemLog_;
   RecordedLog log_{timeline_};
+  Voice voice_{timeline_};
+  SimulatedAudioDevices audioDevices_{mainThread_};
+  SimulatedAudioSystem audioSystem_{timeline_, audioDevices_, voice_, files_};
   SharedPasteboard pasteboard_{timeline_};
   SimulatedWorkspace workspace_;
   RegisteredHotKeys hotKeys_;
