@@ -34,10 +34,22 @@ bool isPlainAscii(std::string_view text) {
                      [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\r'; });
 }
 
-// Walks the boundaries between characters as byte offsets.
+// Whether a scalar is a character by itself, unless one follows that joins it.
+bool standsAlone(UChar32 c) {
+  switch (u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
+    case U_GCB_OTHER:
+    case U_GCB_CONTROL:
+    case U_GCB_LF:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Walks the boundaries between characters as byte offsets, in one direction.
 class CharacterBoundaries {
  public:
-  explicit CharacterBoundaries(std::string_view text) {
+  explicit CharacterBoundaries(std::string_view text) : text_(text) {
     UErrorCode status = U_ZERO_ERROR;
     utext_openUTF8(&utext_, text.data(), static_cast<std::int64_t>(text.size()), &status);
     iterator().setText(&utext_, status);
@@ -48,7 +60,12 @@ class CharacterBoundaries {
   ~CharacterBoundaries() { utext_close(&utext_); }
 
   // The next boundary, or nothing behind the last one.
-  std::optional<std::size_t> next() { return offset(iterator().next()); }
+  std::optional<std::size_t> next() {
+    if (at_ == text_.size()) return std::nullopt;
+    const auto next = endOfPlainCharacter();
+    at_ = next ? *next : static_cast<std::size_t>(iterator().following(position(at_)));
+    return at_;
+  }
   std::optional<std::size_t> previous() { return offset(iterator().previous()); }
   void toEnd() { iterator().last(); }
 
@@ -62,11 +79,28 @@ class CharacterBoundaries {
     }();
     return *kept;
   }
+  static std::int32_t position(std::size_t offset) { return static_cast<std::int32_t>(offset); }
   static std::optional<std::size_t> offset(std::int32_t position) {
     if (position == icu::BreakIterator::DONE) return std::nullopt;
     return static_cast<std::size_t>(position);
   }
+  // Two scalars that stand alone are two characters: most text needs no rules.
+  std::optional<std::size_t> endOfPlainCharacter() const {
+    const std::int32_t size = position(text_.size());
+    std::int32_t end = position(at_);
+    UChar32 first = 0;
+    U8_NEXT(text_.data(), end, size, first);
+    if (first < 0 || !standsAlone(first)) return std::nullopt;
+    if (end == size) return text_.size();
+    std::int32_t behind = end;
+    UChar32 second = 0;
+    U8_NEXT(text_.data(), behind, size, second);
+    if (second < 0 || !standsAlone(second)) return std::nullopt;
+    return static_cast<std::size_t>(end);
+  }
 
+  std::string_view text_;
+  std::size_t at_ = 0;
   UText utext_ = UTEXT_INITIALIZER;
 };
 
