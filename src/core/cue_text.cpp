@@ -16,7 +16,10 @@ struct Splice {
     const auto shift = static_cast<std::uint32_t>(text.size() - firstOrigin);
     text += piece;
     folded.text += foldedPiece;
-    for (const std::uint32_t origin : origins) folded.origins.push_back(origin + shift);
+    const std::size_t end = folded.origins.size();
+    folded.origins.resize(end + origins.size());
+    std::transform(origins.begin(), origins.end(), folded.origins.begin() + end,
+                   [shift](std::uint32_t origin) { return origin + shift; });
   }
 };
 

@@ -176,12 +176,18 @@ bool isRefusal(std::string_view text) {
                      [&bare](std::string_view phrase) { return textHasPrefix(bare, phrase); });
 }
 
-std::size_t lettersAndNumbers(std::string_view text) {
-  std::size_t count = 0;
-  forEachCharacter(text, [&count](std::string_view character) {
-    if (isLetter(character) || isNumber(character)) ++count;
+struct CharacterCounts {
+  std::size_t all = 0;
+  std::size_t lettersAndNumbers = 0;
+};
+
+CharacterCounts countCharacters(std::string_view text) {
+  CharacterCounts counts;
+  forEachCharacter(text, [&counts](std::string_view character) {
+    ++counts.all;
+    if (isLetter(character) || isNumber(character)) ++counts.lettersAndNumbers;
   });
-  return count;
+  return counts;
 }
 
 }  // namespace
@@ -197,15 +203,15 @@ ValidationVerdict validateOutput(std::string_view original, std::string_view tra
   if (isRefusal(after)) return Rejected{"Transformation error - using original text"};
 
   const std::size_t beforeCount = characterCount(before);
-  const std::size_t afterCount = characterCount(after);
+  const CharacterCounts counts = countCharacters(after);
   const float ratio =
-      static_cast<float>(afterCount) / static_cast<float>(std::max<std::size_t>(beforeCount, 1));
+      static_cast<float>(counts.all) / static_cast<float>(std::max<std::size_t>(beforeCount, 1));
   if (ratio < leastRatio) return Rejected{"Transformation too short"};
   if (ratio > greatestRatio && beforeCount > longestThatMayGrow) {
     return Rejected{"Transformation too long"};
   }
   // More than four of five characters are neither.
-  if (afterCount > 5 * lettersAndNumbers(after)) {
+  if (counts.all > 5 * counts.lettersAndNumbers) {
     return Rejected{"Transformation contains mostly special characters"};
   }
   return Accepted{};
