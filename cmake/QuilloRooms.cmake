@@ -39,13 +39,19 @@ function(quillo_room folder)
   endif()
 endfunction()
 
-# quillo_tests(<folder below tests> [LINKS <targets>...])
-# One test program for a folder of tests; ctest knows each of its cases.
+# quillo_tests(<folder below tests> [ONLY <prefix>] [LINKS <targets>...])
+# One test program for a folder of tests; ctest knows each of its cases. With ONLY it is made of the
+# sources <prefix>_*.cpp and its name ends in _<prefix>, so that a folder can hold several.
 include(GoogleTest)
 function(quillo_tests folder)
-  cmake_parse_arguments(TESTS "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(TESTS "" "ONLY" "LINKS" ${ARGN})
   string(REPLACE "/" "_" name ${folder})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
+  set(pattern "*.cpp")
+  if(TESTS_ONLY)
+    set(pattern "${TESTS_ONLY}_*.cpp")
+    string(APPEND name _${TESTS_ONLY})
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/${pattern})
   if(NOT sources)
     return()
   endif()
