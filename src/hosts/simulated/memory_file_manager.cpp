@@ -163,9 +163,7 @@ bool MemoryFileManager::move(const FilePath& from, const FilePath& to) {
   const FilePath source = from.lexically_normal();
   const FilePath target = to.lexically_normal();
   if (!exists(source) || !isWritable(source) || !isWritable(target)) return false;
-  if (source == target) return true;
-  if (isAtOrBelow(target, source) || isDirectory(target)) return false;
-  if (exists(target)) remove(target);
+  if (isAtOrBelow(target, source) || exists(target)) return false;
   std::map<FilePath, Entry> moved;
   for (auto& [path, entry] : entries_) {
     if (isAtOrBelow(path, source))
@@ -178,13 +176,11 @@ bool MemoryFileManager::move(const FilePath& from, const FilePath& to) {
 }
 
 bool MemoryFileManager::remove(const FilePath& path) {
-  const FilePath removed = path.lexically_normal();
-  if (!exists(removed) || !isWritable(removed)) return false;
-  std::erase_if(entries_, [&](const auto& item) {
-    if (!isAtOrBelow(item.first, removed)) return false;
-    freeBytes_ += item.second.size();
-    return true;
-  });
+  const auto removed = entries_.find(path.lexically_normal());
+  if (removed == entries_.end() || !isWritable(path)) return false;
+  if (removed->second.isDirectory && !list(path).empty()) return false;
+  freeBytes_ += removed->second.size();
+  entries_.erase(removed);
   return true;
 }
 

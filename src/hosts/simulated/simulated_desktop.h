@@ -105,14 +105,14 @@ class SimulatedDesktop {
   void runFor(Duration duration) { mainThread_.runFor(duration); }
   // What is due now, without any time passing.
   void runTurns() { runFor(Duration::zero()); }
-  // Until nothing is planned any more; throws when that takes more than a day.
+  // Until nothing is planned any more; throws when that takes more than two hours.
   void runUntilIdle() { mainThread_.runUntilIdle(); }
   // Until `condition` holds, at most for `limit`; whether it holds.
   bool runUntil(const std::function<bool()>& condition, Duration limit = std::chrono::hours(1)) {
     return mainThread_.runUntil(condition, limit);
   }
   // Starts `task`, runs until it ended, and gives its value or throws its error. Throws when it has
-  // not ended after a day.
+  // not ended after two hours.
   template <class T>
   T await(Task<T> task);
   // Something happens in the world after `delay`, also while the main thread is blocked.
@@ -193,8 +193,8 @@ template <class T>
 T SimulatedDesktop::await(Task<T> task) {
   const auto outcome = std::make_shared<Outcome<T>>();
   const TaskHandle<> handle = start(mainThread_, keepOutcome(std::move(task), outcome));
-  if (!runUntil([&] { return handle.isFinished(); }, std::chrono::hours(24)))
-    throw std::runtime_error("The awaited task did not end within a day.");
+  if (!runUntil([&] { return handle.isFinished(); }, VirtualMainThread::longestWay))
+    throw std::runtime_error("The awaited task did not end within two hours.");
   if (outcome->error) std::rethrow_exception(outcome->error);
   if constexpr (!std::is_void_v<T>) return std::move(*outcome->value);
 }

@@ -8,7 +8,6 @@ namespace {
 
 // More turns than this without the time moving are a loop that never ends.
 constexpr std::uint64_t mostTurnsInOneMoment = 1'000'000;
-constexpr Duration longestWayToIdle = std::chrono::hours(24);
 
 }  // namespace
 
@@ -75,11 +74,11 @@ void VirtualMainThread::runFor(Duration duration) {
 }
 
 void VirtualMainThread::runUntilIdle() {
-  const MonotonicTime end = now() + longestWayToIdle;
+  const MonotonicTime end = now() + longestWay;
   while (step(end)) {
   }
   throwLostError();
-  if (!isIdle()) throw std::runtime_error("The desktop did not come to rest within a day.");
+  if (!isIdle()) throw std::runtime_error("The desktop did not come to rest within two hours.");
 }
 
 bool VirtualMainThread::runUntil(const std::function<bool()>& condition, Duration limit) {

@@ -26,8 +26,11 @@ class VirtualMainThread final : public MainThread {
 
   // --- Driver ---
 
+  // The longest that the verbs without a limit of their own run.
+  static constexpr Duration longestWay = std::chrono::hours(2);
+
   void runFor(Duration duration);
-  // Until nothing is planned any more. Throws when that is not so after a day.
+  // Until nothing is planned any more. Throws when that is not so after `longestWay`.
   void runUntilIdle();
   // Until `condition` holds, at most for `limit`; whether it holds.
   bool runUntil(const std::function<bool()>& condition, Duration limit);
