@@ -1,0 +1,25 @@
+// Microphones, files and conversions of this host.
+#pragma once
+
+#include "base/log.h"
+#include "hosts/linux/pulse_connection.h"
+#include "platform/audio.h"
+
+namespace quillo::linux_host {
+
+class LinuxAudioSystem final : public AudioSystem {
+ public:
+  // Both outlive this and every engine.
+  LinuxAudioSystem(PulseConnection& connection, Log& log) : connection_(connection), log_(log) {}
+
+  std::unique_ptr<AudioEngine> makeEngine() override;
+  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
+                                            const AudioFileSettings& settings) override;
+  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override;
+
+ private:
+  PulseConnection& connection_;
+  Log& log_;
+};
+
+}  // namespace quillo::linux_host

@@ -1,0 +1,29 @@
+// Another rate or channel count, by the FFmpeg resampler.
+#pragma once
+
+#include <memory>
+
+#include "platform/audio.h"
+
+struct SwrContext;
+
+namespace quillo::linux_host {
+
+// Channels are mapped, not mixed: each output channel is the input channel of its number, or the
+// last one there is.
+class SwresampleConverter final : public AudioConverter {
+ public:
+  // Null when there is no conversion.
+  static std::unique_ptr<SwresampleConverter> create(AudioFormat from, AudioFormat to);
+  ~SwresampleConverter() override;
+
+  AudioBuffer convert(const AudioBuffer& input, std::size_t capacity) override;
+
+ private:
+  SwresampleConverter(AudioFormat to, SwrContext* resampler) : to_(to), resampler_(resampler) {}
+
+  const AudioFormat to_;
+  SwrContext* const resampler_;
+};
+
+}  // namespace quillo::linux_host
