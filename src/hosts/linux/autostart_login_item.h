@@ -1,0 +1,23 @@
+// Starting with the session, by an autostart entry (Desktop Application Autostart Specification,
+// freedesktop.org).
+#pragma once
+
+#include "platform/application.h"
+
+namespace quillo::linux_host {
+
+class AutostartLoginItem final : public LoginItem {
+ public:
+  // The user's own folder of entries, and what the entry starts.
+  AutostartLoginItem(FilePath autostartDirectory, FilePath executable);
+
+  bool isEnabled() const override;
+  std::optional<std::string> registerItem() override;
+  std::optional<std::string> unregisterItem() override;
+
+ private:
+  const FilePath entry_;
+  const FilePath executable_;
+};
+
+}  // namespace quillo::linux_host
