@@ -1,0 +1,36 @@
+// This program on Qt.
+#pragma once
+
+#include <QObject>
+
+#include "base/main_thread.h"
+#include "platform/application.h"
+
+namespace quillo::linux_host {
+
+// Made after QApplication. The program lives on without windows.
+class QtApplication final : public Application {
+ public:
+  QtApplication(BundleInformation bundle, MainThread& mainThread);
+
+  const BundleInformation& bundle() const override { return bundle_; }
+  // Desktops here have no Dock: a window shows in the task bar under either policy.
+  void setActivationPolicy(ActivationPolicy policy) override { (void)policy; }
+  void setAppearance(Appearance appearance) override;
+  void activateIgnoringOtherApps() override;
+  bool hasVisibleWindows() const override;
+  void orderMainWindowsFront() override;
+  void terminate() override;
+  void setEvents(Events events) override;
+
+  // The user started the program once more.
+  void reopen();
+
+ private:
+  const BundleInformation bundle_;
+  MainThread& mainThread_;
+  Events events_;
+  QObject connections_;  // ends them
+};
+
+}  // namespace quillo::linux_host
