@@ -1,0 +1,64 @@
+// Everything that the composition root asks of a host. Only the root sees them all together.
+#pragma once
+
+#include "base/main_thread.h"
+#include "platform/application.h"
+#include "platform/audio.h"
+#include "platform/clock.h"
+#include "platform/file_manager.h"
+#include "platform/keyboard.h"
+#include "platform/keychain.h"
+#include "platform/pasteboard.h"
+#include "platform/permissions.h"
+#include "platform/serial_queue.h"
+#include "platform/system_log.h"
+#include "platform/url_session.h"
+#include "platform/user_defaults.h"
+#include "platform/workspace.h"
+
+namespace quillo {
+
+struct HostPorts {
+  MainThread& mainThread;
+  Clock& clock;
+  Random& random;
+  SerialQueues& queues;
+  SystemLog& systemLog;
+  UserDefaults& userDefaults;
+  Keychain& keychain;
+  FileManager& files;
+  URLSessions& network;
+  Machine& machine;
+  Permissions& permissions;
+  AudioDevices& audioDevices;
+  AudioSystem& audioSystem;
+  Workspace& workspace;
+  KeyPoster& keyPoster;
+  KeyboardState& keyboardState;
+  HotKeys& hotKeys;
+  EventTaps& eventTaps;
+  EventMonitors& eventMonitors;
+  HIDKeyboards& hidKeyboards;
+  Pasteboard& pasteboard;
+  Application& application;
+  Alerts& alerts;
+  Sounds& sounds;
+  Opener& opener;
+  LoginItem& loginItem;
+};
+
+// Both desktops, the simulated and the real one, offer their parts under the same names.
+template <class Desktop>
+HostPorts portsOf(Desktop& desktop) {
+  return {desktop.mainThread(),    desktop.clock(),        desktop.random(),
+          desktop.queues(),        desktop.systemLog(),    desktop.userDefaults(),
+          desktop.keychain(),      desktop.files(),        desktop.network(),
+          desktop.machine(),       desktop.permissions(),  desktop.audioDevices(),
+          desktop.audioSystem(),   desktop.workspace(),    desktop.keyPoster(),
+          desktop.keyboardState(), desktop.hotKeys(),      desktop.eventTaps(),
+          desktop.eventMonitors(), desktop.hidKeyboards(), desktop.pasteboard(),
+          desktop.application(),   desktop.alerts(),       desktop.sounds(),
+          desktop.opener(),        desktop.loginItem()};
+}
+
+}  // namespace quillo

@@ -1,0 +1,111 @@
+#include "app/program.h"
+
+#include "api/fresh_auth.h"
+
+namespace quillo {
+
+Program::Program(HostPorts ports, Backend backend)
+    : ports_(ports),
+      log_(ports.mainThread, ports.clock, ports.files, ports.queues, ports.opener),
+      appState_(ports.mainThread, ports.userDefaults, ports.clock, ports.random, ports.machine,
+                ports.loginItem, ports.application, log_),
+      api_(ports.mainThread, ports.network, ports.machine, ports.random, ports.systemLog, backend),
+      tokens_(ports.keychain, log_),
+      history_(appState_, ports.userDefaults, ports.files, ports.queues, ports.clock, ports.random),
+      auth_(ports.mainThread, ports.network, ports.userDefaults, tokens_, appState_, history_,
+            ports.clock, log_, backend),
+      insertion_(ports.mainThread, ports.permissions, ports.workspace, ports.pasteboard,
+                 ports.keyPoster, ports.keyboardState, ports.application, clipboardGate_, log_),
+      reviewPanel_(ports.alerts),
+      navigator_(ports.mainThread, ports.alerts),
+      dictation_(
+          {
+              .api = api_,
+              .authority = auth_,
+              .state = appState_,
+              .history = history_,
+              .insertion = insertion_,
+              .panel = statusPanel_,
+              .review = reviewPanel_,
+              .navigator = navigator_,
+          },
+          {
+              .mainThread = ports.mainThread,
+              .audio = ports.audioSystem,
+              .devices = ports.audioDevices,
+              .permissions = ports.permissions,
+              .workspace = ports.workspace,
+              .application = ports.application,
+              .alerts = ports.alerts,
+              .sounds = ports.sounds,
+              .files = ports.files,
+              .queues = ports.queues,
+              .random = ports.random,
+              .log = log_,
+          }),
+      hotKeyTap_(ports.mainThread, ports.permissions, ports.eventTaps, log_),
+      globalHotKey_(ports.hotKeys, log_),
+      hidMonitor_(ports.mainThread, ports.permissions, ports.hidKeyboards, log_),
+      pushToTalk_(ports.mainThread, ports.eventMonitors, hidMonitor_, appState_,
+                  dictationControls_),
+      cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
+      shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
+      delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
+                globalHotKey_, log_) {
+  plugInUpperRooms();
+  observeSettings();
+  receiveDesktopEvents();
+  traceStatus();
+}
+
+Program::~Program() {
+  ports_.mainThread.abandonTasks();
+}
+
+void Program::launch() {
+  delegate_.applicationDidFinishLaunching();
+  ports_.systemLog.write("[Quillo] shortcut armed");
+}
+
+void Program::plugInUpperRooms() {
+  appState_.setUsageSource([this] {
+    return withFreshAuth<UsageData>(auth_, [this] { return api_.getUsage(appState_.identity()); });
+  });
+  appState_.setToast([this](std::string_view text) {
+    ports_.systemLog.write("[Quillo] toast: " + std::string(text));
+  });
+  appState_.setCyclePairBinding([this](std::int64_t keyCode, const std::string& character,
+                                       std::int64_t modifiers, std::function<void()> action) {
+    return cycleHotKey_.bindCyclePair(keyCode, character, modifiers, std::move(action));
+  });
+}
+
+void Program::observeSettings() {
+  const auto applyActivationMode = [this](const std::string&) {
+    shortcuts_.applyActivationMode(appState_.activationMode.get());
+  };
+  effects_.push_back(appState_.activationMode.observe(applyActivationMode));
+  effects_.push_back(appState_.toggleShortcut.observe(applyActivationMode));
+}
+
+void Program::receiveDesktopEvents() {
+  ports_.application.setEvents({
+      .didBecomeActive = [this] { delegate_.applicationDidBecomeActive(); },
+      .reopen =
+          [this] {
+            delegate_.applicationShouldHandleReopen(ports_.application.hasVisibleWindows());
+          },
+      .willTerminate = [this] { delegate_.applicationWillTerminate(); },
+  });
+}
+
+// The course of a dictation can be followed in the system's log; it holds no text of the user.
+void Program::traceStatus() {
+  effects_.push_back(dictation_.statusText.observe(
+      [this](const std::string& status) { ports_.systemLog.write("[Quillo] status: " + status); }));
+  effects_.push_back(dictation_.lastError.observe([this](const std::optional<std::string>& error) {
+    if (error && !error->empty()) ports_.systemLog.write("[Quillo] " + *error);
+  }));
+}
+
+}  // namespace quillo
