@@ -70,14 +70,13 @@ class MacAppState {
   Setting<bool> discreetMode = boolean("mac.discreetMode", false);
   Published<bool> showPreview{storedOr(defaults_, "showPreview", true)};  // never written back
   Setting<bool> historyEnabled = boolean("mac.historyEnabled", true);
-  Setting<std::int64_t> historyRetentionDays =
-      integer("mac.historyRetentionDays", 0);             // 0: for ever
+  // 0: for ever
+  Setting<std::int64_t> historyRetentionDays = integer("mac.historyRetentionDays", 0);
   Published<bool> launchAtLogin{loginItem_.isEnabled()};  // the system is its store
   Setting<bool> showInDock = boolean("mac.showInDock", true);
   Setting<bool> soundsEnabled = boolean("mac.soundsEnabled", true);
   Setting<std::string> appearance = text("mac.appearance", "system");  // "light", "dark"
-  Setting<std::string> microphoneUID =
-      text("mac.microphoneUID", "");  // empty: the system's default
+  Setting<std::string> microphoneUID = text("mac.microphoneUID", "");  // empty: the default one
   Setting<bool> validateTranslation = boolean("validateTranslation", false);
   Setting<bool> selectionBubbleEnabled = boolean("mac.selectionBubbleEnabled", false);
   Setting<bool> compactSelectionBubble = boolean("mac.compactSelectionBubble", true);
