@@ -1,6 +1,7 @@
 // Everything that the composition root asks of a host. Only the root sees them all together.
 #pragma once
 
+#include "base/log.h"
 #include "base/main_thread.h"
 #include "platform/application.h"
 #include "platform/audio.h"
@@ -24,6 +25,7 @@ struct HostPorts {
   Random& random;
   SerialQueues& queues;
   SystemLog& systemLog;
+  Log& log;  // the diagnostics log
   UserDefaults& userDefaults;
   Keychain& keychain;
   FileManager& files;
@@ -50,15 +52,15 @@ struct HostPorts {
 // Both desktops, the simulated and the real one, offer their parts under the same names.
 template <class Desktop>
 HostPorts portsOf(Desktop& desktop) {
-  return {desktop.mainThread(),    desktop.clock(),        desktop.random(),
-          desktop.queues(),        desktop.systemLog(),    desktop.userDefaults(),
-          desktop.keychain(),      desktop.files(),        desktop.network(),
-          desktop.machine(),       desktop.permissions(),  desktop.audioDevices(),
-          desktop.audioSystem(),   desktop.workspace(),    desktop.keyPoster(),
-          desktop.keyboardState(), desktop.hotKeys(),      desktop.eventTaps(),
-          desktop.eventMonitors(), desktop.hidKeyboards(), desktop.pasteboard(),
-          desktop.application(),   desktop.alerts(),       desktop.sounds(),
-          desktop.opener(),        desktop.loginItem()};
+  return {desktop.mainThread(),   desktop.clock(),         desktop.random(),
+          desktop.queues(),       desktop.systemLog(),     desktop.log(),
+          desktop.userDefaults(), desktop.keychain(),      desktop.files(),
+          desktop.network(),      desktop.machine(),       desktop.permissions(),
+          desktop.audioDevices(), desktop.audioSystem(),   desktop.workspace(),
+          desktop.keyPoster(),    desktop.keyboardState(), desktop.hotKeys(),
+          desktop.eventTaps(),    desktop.eventMonitors(), desktop.hidKeyboards(),
+          desktop.pasteboard(),   desktop.application(),   desktop.alerts(),
+          desktop.sounds(),       desktop.opener(),        desktop.loginItem()};
 }
 
 }  // namespace quillo

@@ -6,16 +6,16 @@ namespace quillo {
 
 Program::Program(HostPorts ports, Backend backend)
     : ports_(ports),
-      log_(ports.mainThread, ports.clock, ports.files, ports.queues, ports.opener),
       appState_(ports.mainThread, ports.userDefaults, ports.clock, ports.random, ports.machine,
-                ports.loginItem, ports.application, log_),
+                ports.loginItem, ports.application, ports.log),
       api_(ports.mainThread, ports.network, ports.machine, ports.random, ports.systemLog, backend),
-      tokens_(ports.keychain, log_),
+      tokens_(ports.keychain, ports.log),
       history_(appState_, ports.userDefaults, ports.files, ports.queues, ports.clock, ports.random),
       auth_(ports.mainThread, ports.network, ports.userDefaults, tokens_, appState_, history_,
-            ports.clock, log_, backend),
+            ports.clock, ports.log, backend),
       insertion_(ports.mainThread, ports.permissions, ports.workspace, ports.pasteboard,
-                 ports.keyPoster, ports.keyboardState, ports.application, clipboardGate_, log_),
+                 ports.keyPoster, ports.keyboardState, ports.application, clipboardGate_,
+                 ports.log),
       reviewPanel_(ports.alerts),
       navigator_(ports.mainThread, ports.alerts),
       dictation_(
@@ -41,17 +41,17 @@ Program::Program(HostPorts ports, Backend backend)
               .files = ports.files,
               .queues = ports.queues,
               .random = ports.random,
-              .log = log_,
+              .log = ports.log,
           }),
-      hotKeyTap_(ports.mainThread, ports.permissions, ports.eventTaps, log_),
-      globalHotKey_(ports.hotKeys, log_),
-      hidMonitor_(ports.mainThread, ports.permissions, ports.hidKeyboards, log_),
+      hotKeyTap_(ports.mainThread, ports.permissions, ports.eventTaps, ports.log),
+      globalHotKey_(ports.hotKeys, ports.log),
+      hidMonitor_(ports.mainThread, ports.permissions, ports.hidKeyboards, ports.log),
       pushToTalk_(ports.mainThread, ports.eventMonitors, hidMonitor_, appState_,
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
-                globalHotKey_, log_) {
+                globalHotKey_, ports.log) {
   plugInUpperRooms();
   observeSettings();
   receiveDesktopEvents();

@@ -21,7 +21,6 @@
 #include "insertion/clipboard_gate.h"
 #include "insertion/text_insertion.h"
 #include "shell/app_delegate.h"
-#include "shell/diagnostics_log.h"
 #include "state/app_state.h"
 #include "state/history_store.h"
 #include "state/token_store.h"
@@ -45,7 +44,6 @@ class Program {
   MacAuthService& auth() { return auth_; }
   MacDictationController& dictation() { return dictation_; }
   MacHistoryStore& history() { return history_; }
-  DiagnosticsLog& log() { return log_; }
 
  private:
   void plugInUpperRooms();
@@ -55,7 +53,6 @@ class Program {
 
   HostPorts ports_;
 
-  DiagnosticsLog log_;
   MacAppState appState_;
   MurmexAPI api_;
   MacKeychainTokenStore tokens_;
