@@ -1,0 +1,221 @@
+// What every audio engine and list of devices keep.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <mutex>
+#include <vector>
+
+#include "contracts/contract_host.h"
+#include "platform/audio.h"
+
+namespace quillo::contracts {
+
+class AudioEngineHost : public ContractHost {
+ public:
+  virtual AudioSystem& audio() = 0;
+  virtual AudioDevices& devices() = 0;
+  // The default microphone hears a voice from now on, about as loud as this (dBFS).
+  virtual void speak(Duration duration, double loudness) = 0;
+  // Another microphone; gives its UID.
+  virtual std::string plugMicrophone() = 0;
+  virtual void unplugMicrophone(const std::string& uid) = 0;
+};
+
+// What a tap was given, from whichever thread.
+class Heard {
+ public:
+  AudioEngine::Tap tap() {
+    return [this](AudioBuffer& buffer) {
+      isInside_ = true;
+      add(buffer);
+      isInside_ = false;
+    };
+  }
+  bool isInside() const { return isInside_; }
+  std::size_t frames() const {
+    const std::scoped_lock lock(mutex_);
+    return frames_;
+  }
+  std::vector<std::size_t> sizes() const {
+    const std::scoped_lock lock(mutex_);
+    return sizes_;
+  }
+  std::vector<AudioFormat> formats() const {
+    const std::scoped_lock lock(mutex_);
+    return formats_;
+  }
+  // Root mean square of the loudest buffer, in dBFS.
+  double loudest() const {
+    const std::scoped_lock lock(mutex_);
+    return 10 * std::log10(std::max(loudestMeanSquare_, 1e-12));
+  }
+
+ private:
+  void add(const AudioBuffer& buffer) {
+    double sum = 0;
+    for (std::size_t i = 0; i < buffer.frames(); ++i)
+      sum += static_cast<double>(buffer.channel(0)[i]) * buffer.channel(0)[i];
+    const std::scoped_lock lock(mutex_);
+    frames_ += buffer.frames();
+    sizes_.push_back(buffer.frames());
+    if (std::ranges::find(formats_, buffer.format()) == formats_.end())
+      formats_.push_back(buffer.format());
+    if (buffer.frames() > 0)
+      loudestMeanSquare_ = std::max(loudestMeanSquare_, sum / static_cast<double>(buffer.frames()));
+  }
+
+  std::atomic<bool> isInside_ = false;
+  mutable std::mutex mutex_;
+  std::size_t frames_ = 0;
+  std::vector<std::size_t> sizes_;
+  std::vector<AudioFormat> formats_;
+  double loudestMeanSquare_ = 0;
+};
+
+class AudioEngineContract : public PortContract<AudioEngineHost> {
+ protected:
+  bool runUntilHeard(const Heard& heard, std::size_t frames) {
+    return host().runUntil([&] { return heard.frames() >= frames; });
+  }
+  static std::size_t framesIn(double seconds, const AudioFormat& format) {
+    return static_cast<std::size_t>(seconds * format.sampleRate);
+  }
+  std::optional<AudioDeviceID> deviceOf(const std::string& uid) {
+    const auto ids = host().devices().devices();
+    if (!ids) return std::nullopt;
+    for (const AudioDeviceID id : *ids)
+      if (host().devices().uid(id) == uid) return id;
+    return std::nullopt;
+  }
+};
+
+TEST_P(AudioEngineContract, TheVoiceArrivesInBuffersOfTheInputFormat) {
+  host().speak(std::chrono::seconds(5), -20);
+  Heard heard;
+  const auto engine = host().audio().makeEngine();
+  const AudioFormat format = engine->inputFormat();
+  ASSERT_GT(format.sampleRate, 0);
+  ASSERT_GE(format.channels, 1);
+  EXPECT_FALSE(engine->isRunning());
+  engine->installTap(4096, heard.tap());
+  engine->prepare();
+  ASSERT_EQ(engine->start(), std::nullopt);
+  EXPECT_TRUE(engine->isRunning());
+  ASSERT_TRUE(runUntilHeard(heard, framesIn(1, format)));
+  engine->removeTap();
+  engine->stop();
+  EXPECT_FALSE(engine->isRunning());
+
+  EXPECT_THAT(heard.formats(), testing::ElementsAre(format));
+  EXPECT_NEAR(heard.loudest(), -20, 3);
+  std::vector<std::size_t> sizes = heard.sizes();
+  sizes.pop_back();  // the last one may be what was left
+  EXPECT_THAT(sizes, testing::Each(testing::AllOf(testing::Ge(2048u), testing::Le(8192u))));
+}
+
+TEST_P(AudioEngineContract, NoCallOfTheTapRunsAfterItsRemoval) {
+  host().speak(std::chrono::seconds(5), -20);
+  const auto engine = host().audio().makeEngine();
+  for (int round = 0; round < 3; ++round) {
+    Heard heard;
+    engine->installTap(1024, heard.tap());
+    ASSERT_EQ(engine->start(), std::nullopt);
+    ASSERT_TRUE(runUntilHeard(heard, 1024));
+    engine->removeTap();
+    EXPECT_FALSE(heard.isInside());
+    const std::size_t frames = heard.frames();
+    host().runFor(std::chrono::milliseconds(100));
+    EXPECT_EQ(heard.frames(), frames);
+    engine->stop();
+  }
+}
+
+TEST_P(AudioEngineContract, VoiceProcessingLeavesTheVoice) {
+  host().speak(std::chrono::seconds(10), -20);
+  Heard heard;
+  const auto engine = host().audio().makeEngine();
+  ASSERT_EQ(engine->setVoiceProcessingEnabled(true), std::nullopt);
+  const AudioFormat format = engine->inputFormat();
+  ASSERT_GT(format.sampleRate, 0);
+  engine->connectInputToSilentMixer();
+  engine->installTap(4096, heard.tap());
+  engine->prepare();
+  ASSERT_EQ(engine->start(), std::nullopt);
+  ASSERT_TRUE(runUntilHeard(heard, framesIn(2, format)));
+  engine->removeTap();
+  engine->stop();
+  EXPECT_THAT(heard.formats(), testing::ElementsAre(format));
+  EXPECT_GT(heard.loudest(), -30);
+  EXPECT_EQ(engine->setVoiceProcessingEnabled(false), std::nullopt);
+}
+
+TEST_P(AudioEngineContract, AChosenMicrophoneIsNotSwappedWhenItGoes) {
+  const std::string uid = host().plugMicrophone();
+  ASSERT_TRUE(host().runUntil([&] { return deviceOf(uid).has_value(); }));
+  const AudioDeviceID device = *deviceOf(uid);
+  Heard heard;
+  const auto engine = host().audio().makeEngine();
+  ASSERT_EQ(engine->setInputDevice(device), 0);
+  engine->reset();
+  const AudioFormat format = engine->inputFormat();
+  engine->installTap(4096, heard.tap());
+  ASSERT_EQ(engine->start(), std::nullopt);
+  ASSERT_TRUE(runUntilHeard(heard, framesIn(0.3, format)));
+
+  host().unplugMicrophone(uid);
+  ASSERT_TRUE(host().runUntil([&] { return !engine->isRunning(); }));
+  const std::size_t frames = heard.frames();
+  host().runFor(std::chrono::milliseconds(200));
+  EXPECT_LE(heard.frames(), frames + 4096) << "nobody else's sound";
+  engine->removeTap();
+  engine->stop();
+  ASSERT_TRUE(host().runUntil([&] { return !deviceOf(uid); }));
+
+  const auto next = host().audio().makeEngine();
+  EXPECT_NE(next->setInputDevice(device), 0);
+  Heard fromDefault;
+  next->installTap(4096, fromDefault.tap());
+  ASSERT_EQ(next->start(), std::nullopt) << "the default is recorded instead";
+  EXPECT_TRUE(runUntilHeard(fromDefault, 4096));
+  next->removeTap();
+  next->stop();
+}
+
+TEST_P(AudioEngineContract, DevicesComeAndGoAndTheObserverIsToldUntilItIsDropped) {
+  AudioDevices& devices = host().devices();
+  const auto standard = devices.defaultInputDevice();
+  ASSERT_TRUE(standard.has_value());
+  EXPECT_FALSE(devices.uid(*standard).value_or("").empty());
+  EXPECT_FALSE(devices.name(*standard).value_or("").empty());
+  EXPECT_EQ(devices.isHidden(*standard), false);
+  EXPECT_THAT(devices.inputStreamChannels(*standard),
+              testing::Optional(testing::Contains(testing::Ge(1))));
+
+  int told = 0;
+  auto observation = devices.observeDevices([&] { ++told; });
+  const std::string uid = host().plugMicrophone();
+  ASSERT_TRUE(host().runUntil([&] { return told > 0 && deviceOf(uid); }));
+  const AudioDeviceID plugged = *deviceOf(uid);
+  EXPECT_EQ(devices.isHidden(plugged), false);
+  EXPECT_TRUE(devices.transport(plugged).has_value());
+
+  const int toldBefore = told;
+  host().unplugMicrophone(uid);
+  ASSERT_TRUE(host().runUntil([&] { return told > toldBefore && !deviceOf(uid); }));
+  EXPECT_EQ(devices.uid(plugged), std::nullopt) << "what has gone reads as nothing";
+  EXPECT_EQ(devices.isHidden(plugged), std::nullopt);
+
+  observation.reset();
+  const int toldAtLast = told;
+  const std::string again = host().plugMicrophone();
+  ASSERT_TRUE(host().runUntil([&] { return deviceOf(again).has_value(); }));
+  host().runFor(std::chrono::milliseconds(50));
+  EXPECT_EQ(told, toldAtLast);
+  host().unplugMicrophone(again);
+}
+
+}  // namespace quillo::contracts
