@@ -1,0 +1,28 @@
+// The part of a contract host that every simulated one has.
+#pragma once
+
+#include "contracts/contract_host.h"
+#include "hosts/simulated/simulated_desktop.h"
+
+namespace quillo::contracts {
+
+// `Host` is the host of one suite.
+template <class Host>
+class SimulatedHost : public Host {
+ public:
+  MainThread& mainThread() override { return desktop_.mainThread(); }
+  bool runUntil(const std::function<bool()>& holds, Duration limit) override {
+    return desktop_.runUntil(holds, limit);
+  }
+
+ protected:
+  simulated::SimulatedDesktop desktop_;
+};
+
+template <class Host, class Simulated>
+auto onSimulatedDesktop() {
+  return testing::Values(
+      HostFactory<Host>{"SimulatedDesktop", [] { return std::make_unique<Simulated>(); }});
+}
+
+}  // namespace quillo::contracts

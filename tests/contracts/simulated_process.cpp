@@ -1,0 +1,27 @@
+// The simulated main thread and serial queues keep the contracts.
+#include "contracts/main_thread_contract.h"
+#include "contracts/serial_queue_contract.h"
+#include "contracts/simulated_host.h"
+
+namespace quillo::contracts {
+namespace {
+
+class SimulatedMainThread final : public SimulatedHost<MainThreadHost> {
+ public:
+  // Everything is on one thread here.
+  void elsewhere(const std::function<void()>& work) override { work(); }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, MainThreadContract,
+                         (onSimulatedDesktop<MainThreadHost, SimulatedMainThread>()),
+                         hostName<MainThreadHost>);
+
+class SimulatedSerialQueues final : public SimulatedHost<SerialQueueHost> {
+ public:
+  SerialQueues& queues() override { return desktop_.queues(); }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, SerialQueueContract,
+                         (onSimulatedDesktop<SerialQueueHost, SimulatedSerialQueues>()),
+                         hostName<SerialQueueHost>);
+
+}  // namespace
+}  // namespace quillo::contracts
