@@ -49,7 +49,10 @@
 #include "hosts/simulated/timeline.h"
 #include "hosts/simulated/virtual_clock.h"
 #include "hosts/simulated/virtual_main_thread.h"
+#include "hosts/simulated/virtual_panels.h"
+#include "hosts/simulated/virtual_screens.h"
 #include "hosts/simulated/virtual_serial_queues.h"
+#include "hosts/simulated/virtual_status_item.h"
 #include "hosts/simulated/voice.h"
 
 namespace quillo::simulated {
@@ -90,6 +93,9 @@ class SimulatedDesktop {
   RoutedEventMonitors& eventMonitors() { return eventMonitors_; }
   RoutedHIDKeyboards& hidKeyboards() { return hidKeyboards_; }
   RecordedApplication& application() { return application_; }
+  VirtualScreens& screens() { return screens_; }
+  VirtualPanels& panels() { return panels_; }
+  VirtualStatusItem& statusItem() { return statusItem_; }
   ScriptedAlerts& alerts() { return alerts_; }
   RecordedSounds& sounds() { return sounds_; }
   RecordedOpener& opener() { return opener_; }
@@ -167,6 +173,9 @@ class SimulatedDesktop {
   SimulatedAudioSystem audioSystem_{timeline_, audioDevices_, voice_, files_};
   SharedPasteboard pasteboard_{timeline_};
   SimulatedWorkspace workspace_;
+  VirtualScreens screens_;
+  VirtualPanels panels_{mainThread_, workspace_};
+  VirtualStatusItem statusItem_;
   RegisteredHotKeys hotKeys_;
   SwallowingEventTaps eventTaps_;
   RoutedEventMonitors eventMonitors_;

@@ -75,6 +75,10 @@ void SimulatedWorkspace::focus(Program& program) {
 
 void SimulatedWorkspace::quit(Program& program) {
   program.end();
+  leaveFront(program);
+}
+
+void SimulatedWorkspace::leaveFront(Program& program) {
   std::erase(order_, &program);
   if (frontmost_ != &program) return;
   frontmost_ = nullptr;

@@ -37,6 +37,8 @@ class SimulatedWorkspace final : public Workspace {
   void focusNothing() { frontmost_ = nullptr; }
   // Its process ends; whatever was in front before it comes back.
   void quit(Program& program);
+  // The program has no window left to type into: whatever was in front before it comes back.
+  void leaveFront(Program& program);
   // The program under test.
   Program& self() { return *programs_.front(); }
 
