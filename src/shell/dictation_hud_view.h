@@ -1,0 +1,80 @@
+// What the status panel shows of a dictation.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/published.h"
+#include "core/dictation_state.h"
+#include "platform/panels.h"
+
+namespace quillo {
+
+enum class StateColor { red, orange, accent };
+
+struct DictationHUDContent {
+  std::string symbol;
+  StateColor color = StateColor::accent;
+  std::string statusText;
+  std::string detail;        // a sentence below the status; empty for none
+  std::string shortcutText;  // empty while it gives way to Cancel
+  bool offersDismiss = false;
+  bool offersCancel = false;
+  bool offersRetry = false;
+  bool showsMeter = false;
+
+  friend bool operator==(const DictationHUDContent&, const DictationHUDContent&) = default;
+};
+
+// `shortcut` is the chord that dictates, as the user reads it.
+DictationHUDContent hudContent(const DictationState& dictation, std::string shortcut);
+
+// What the buttons do.
+struct DictationHUDCommands {
+  std::function<void()> cancelProcessing;
+  std::function<void()> retryLastRecording;
+  std::function<void()> dismissLastFailure;
+};
+
+// Follows the dictation. Main thread.
+class MacDictationHUDView final : public PanelContent {
+ public:
+  using ShortcutText = std::function<std::string()>;
+
+  MacDictationHUDView(DictationState& dictation, ShortcutText shortcutText,
+                      DictationHUDCommands commands);
+  MacDictationHUDView(const MacDictationHUDView&) = delete;
+  MacDictationHUDView& operator=(const MacDictationHUDView&) = delete;
+
+  const DictationHUDContent& content() const { return content_; }
+  // Calls `changed` whenever the content differs from before.
+  [[nodiscard]] Subscription observe(Published<DictationHUDContent>::Observer changed) {
+    return content_.observe(std::move(changed));
+  }
+  // The level is not part of the content, so that the meter alone follows it.
+  [[nodiscard]] Subscription observeLevel(Published<float>::Observer changed) {
+    return dictation_.audioLevel.observe(std::move(changed));
+  }
+  // The chord is looked up here, and not watched.
+  void refresh();
+
+  // --- Buttons ---
+  void cancel() const { commands_.cancelProcessing(); }
+  void retry() const { commands_.retryLastRecording(); }
+  void dismiss() const { commands_.dismissLastFailure(); }
+
+  std::vector<std::string> texts() const override;
+  std::vector<PanelControl> controls() const override;
+
+ private:
+  DictationState& dictation_;
+  ShortcutText shortcutText_;
+  DictationHUDCommands commands_;
+  std::string shortcut_;
+  Published<DictationHUDContent> content_;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quillo

@@ -1,0 +1,147 @@
+// The menu of the status item: what it offers in which state, and what follows what.
+#include "shell/menu_bar.h"
+
+#include "account/account_fixture.h"
+
+namespace quillo {
+namespace {
+
+using testing::ElementsAre;
+
+class MenuBarTest : public AccountTest {
+ protected:
+  MenuBarTest() { launch(); }
+
+  void showMenu() {
+    const auto note = [this](std::string what) { return [this, what] { done_.push_back(what); }; };
+    menuBar_.emplace(
+        desktop_.mainThread(), item(), dictation_, *state_, *auth_,
+        MenuBarActions{
+            .toggleRecording = note("toggle"),
+            .retryLastRecording = note("retry"),
+            .insertLastResult = note("paste"),
+            .copyLastResult = note("copy"),
+            .cycleLanguagePair = note("cycle"),
+            .applyProfile =
+                [this](const WritingProfile& profile) { state_->applyProfile(profile); },
+            .showAccount = note("account"),
+            .showMainWindow = note("window"),
+            .checkForUpdates = note("updates"),
+            .reportIssue = note("report"),
+            .openDiagnosticsLog = note("log"),
+            .quit = note("quit"),
+        });
+  }
+  simulated::VirtualStatusItem& item() { return desktop_.statusItem(); }
+  std::vector<std::string> titles() {
+    std::vector<std::string> titles;
+    for (const MenuItem& entry : item().menu())
+      titles.push_back(entry.isSeparator() ? "-" : entry.title);
+    return titles;
+  }
+  bool canChoose(std::string_view title) {
+    const MenuItem* entry = item().item(title);
+    return entry && entry->isEnabled;
+  }
+
+  DictationState dictation_;
+  std::vector<std::string> done_;
+  std::optional<MenuBar> menuBar_;
+};
+
+TEST_F(MenuBarTest, OffersEverythingInItsOrder) {
+  showMenu();
+  EXPECT_THAT(titles(),
+              ElementsAre("Start Dictation", "Retry Last Dictation", "Paste Last Result",
+                          "Copy Last Result", "-", "Swap Input / Output (⌃G)", "-",
+                          "Sign in to dictate…", "-", "Open Quillo", "Check for Updates…", "-",
+                          "Report an Issue…", "Open Diagnostics Log…", "Quit Quillo"));
+  EXPECT_EQ(item().icon(), "waveform.circle");
+  dictation_.lastResult = "Hello.";
+  dictation_.canRetryLast = true;
+  desktop_.runTurns();
+  for (const char* title :
+       {"Start Dictation", "Retry Last Dictation", "Paste Last Result", "Copy Last Result",
+        "Swap Input / Output (⌃G)", "Sign in to dictate…", "Open Quillo", "Check for Updates…",
+        "Report an Issue…", "Open Diagnostics Log…", "Quit Quillo"})
+    EXPECT_TRUE(item().choose(title)) << title;
+  EXPECT_THAT(done_, ElementsAre("toggle", "retry", "paste", "copy", "cycle", "account", "window",
+                                 "updates", "report", "log", "quit"));
+}
+
+TEST_F(MenuBarTest, FollowsTheDictation) {
+  showMenu();
+  EXPECT_FALSE(canChoose("Retry Last Dictation"));
+  EXPECT_FALSE(canChoose("Paste Last Result"));
+  EXPECT_FALSE(canChoose("Copy Last Result"));
+
+  dictation_.canRetryLast = true;
+  dictation_.isRecording = true;
+  menuBar_->setHasUpdateBadge(true);
+  desktop_.runTurns();
+  EXPECT_EQ(item().icon(), "mic.circle.fill");
+  EXPECT_TRUE(canChoose("Stop Dictation"));
+  EXPECT_FALSE(canChoose("Retry Last Dictation"));
+
+  dictation_.isRecording = false;
+  dictation_.isProcessing = true;
+  desktop_.runTurns();
+  EXPECT_EQ(item().icon(), "arrow.down.circle.fill");
+  EXPECT_FALSE(canChoose("Start Dictation"));
+  EXPECT_FALSE(canChoose("Paste Last Result"));
+
+  menuBar_->setHasUpdateBadge(false);
+  menuBar_->setIsCheckingForUpdates(true);
+  desktop_.runTurns();
+  EXPECT_EQ(item().icon(), "waveform.circle");
+  EXPECT_FALSE(canChoose("Checking for Updates…"));
+  EXPECT_NE(item().item("Checking for Updates…"), nullptr);
+}
+
+TEST_F(MenuBarTest, NamesWhatTheCycleChordDoesAndSwitchesProfiles) {
+  showMenu();
+  state_->saveCurrentProfile("Work");
+  desktop_.runTurns();
+  EXPECT_NE(item().item("Swap Input / Output (⌃G)"), nullptr);
+  EXPECT_TRUE(item().item("Switch Writing Profile/Work")->isChecked);
+
+  state_->outputLanguage = "de";
+  state_->saveCurrentProfile("Letters");
+  state_->cycleHotKeyKeyCode = 38;
+  desktop_.runTurns();
+  EXPECT_NE(item().item("Next Writing Profile (⌃J)"), nullptr);
+  EXPECT_TRUE(item().item("Switch Writing Profile/Letters")->isChecked);
+  EXPECT_TRUE(item().choose("Switch Writing Profile/Work"));
+  desktop_.runTurns();
+  EXPECT_TRUE(item().item("Switch Writing Profile/Work")->isChecked);
+  EXPECT_FALSE(item().item("Switch Writing Profile/Letters")->isChecked);
+  EXPECT_NE(state_->outputLanguage.get(), "de");
+}
+
+TEST_F(MenuBarTest, ShowsTheAccount) {
+  launchSignedIn();
+  showMenu();
+  EXPECT_NE(item().item("ada@example.org"), nullptr);
+  EXPECT_FALSE(item().choose("ada@example.org"));
+  auth_->userEmail = std::nullopt;
+  desktop_.runTurns();
+  EXPECT_NE(item().item("Signed in"), nullptr);
+  auth_->signOut();
+  desktop_.runTurns();
+  EXPECT_TRUE(canChoose("Sign in to dictate…"));
+}
+
+TEST_F(MenuBarTest, LeavesOutWhatTheProgramCannotDo) {
+  const auto nothing = [] {};
+  EXPECT_EQ(QuilloMenuBarContent{}.items({}).size(), 0u);
+  const auto menu =
+      QuilloMenuBarContent{.isSignedIn = true}.items({.toggleRecording = nothing, .quit = nothing});
+  ASSERT_EQ(menu.size(), 5u);
+  EXPECT_EQ(menu[0].title, "Start Dictation");
+  EXPECT_TRUE(menu[1].isSeparator());
+  EXPECT_EQ(menu[2].title, "Signed in");
+  EXPECT_EQ(menu[4].title, "Quit Quillo");
+}
+
+}  // namespace
+}  // namespace quillo
