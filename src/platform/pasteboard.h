@@ -51,8 +51,8 @@ class Pasteboard {
   bool setString(std::string_view text) {
     return writeItems({PasteboardItem{{{pasteboardTypeString, Bytes(text)}}}});
   }
-  // The plain text of the first item that has one.
-  std::optional<std::string> string() const {
+  // The plain text of the first item that has one. A host may read it alone.
+  virtual std::optional<std::string> string() const {
     const auto now = contents();
     for (std::size_t item = 0; item < now->itemCount(); ++item) {
       for (const std::string& type : now->types(item)) {
