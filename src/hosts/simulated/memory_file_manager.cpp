@@ -91,10 +91,7 @@ std::optional<std::int64_t> MemoryFileManager::size(const FilePath& path) const 
 
 std::optional<Bytes> MemoryFileManager::read(const FilePath& path) const {
   const Entry* file = isReadable(path) ? findFile(path) : nullptr;
-  if (!file) return std::nullopt;
-  Bytes bytes = file->bytes;
-  bytes.resize(static_cast<std::size_t>(file->size()));
-  return bytes;
+  return file ? std::optional(file->bytes) : std::nullopt;
 }
 
 std::vector<std::string> MemoryFileManager::list(const FilePath& directory) const {
@@ -131,14 +128,10 @@ bool MemoryFileManager::createEmpty(const FilePath& path) {
 
 bool MemoryFileManager::append(const FilePath& path, const Bytes& bytes) {
   if (!findFile(path) || !isWritable(path)) return false;
-  Entry& file = entries_.at(path.lexically_normal());
-  // The counted bytes become real ones before others follow them.
-  file.bytes.resize(static_cast<std::size_t>(file.size()));
-  file.extension = 0;
   const bool torn = std::exchange(tearNext_, false);
   const Bytes written = torn ? bytes.substr(0, bytes.size() / 2) : bytes;
   if (!take(static_cast<std::int64_t>(written.size()))) return false;
-  file.bytes += written;
+  entries_.at(path.lexically_normal()).bytes += written;
   return !torn;
 }
 
@@ -150,12 +143,6 @@ bool MemoryFileManager::writeAtomically(const FilePath& path, const Bytes& bytes
   Entry& file = entries_[path.lexically_normal()];
   freeBytes_ += file.size();
   file = Entry{.bytes = bytes};
-  return true;
-}
-
-bool MemoryFileManager::extend(const FilePath& path, std::int64_t count) {
-  if (!findFile(path) || !isWritable(path) || !take(count)) return false;
-  entries_.at(path.lexically_normal()).extension += count;
   return true;
 }
 

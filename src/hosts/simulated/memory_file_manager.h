@@ -9,8 +9,7 @@
 
 namespace quillo::simulated {
 
-// Paths are absolute. A file has bytes, and may be longer than them: what extend() adds is only
-// counted, and reads as zeros.
+// Paths are absolute.
 class MemoryFileManager final : public FileManager {
  public:
   MemoryFileManager();
@@ -29,9 +28,6 @@ class MemoryFileManager final : public FileManager {
   bool writeAtomically(const FilePath& path, const Bytes& bytes) override;
   bool move(const FilePath& from, const FilePath& to) override;
   bool remove(const FilePath& path) override;
-
-  // For other parts of the desktop that write large files: grows a file by `count` bytes.
-  bool extend(const FilePath& path, std::int64_t count);
 
   // --- Driver ---
 
@@ -56,9 +52,8 @@ class MemoryFileManager final : public FileManager {
   struct Entry {
     bool isDirectory = false;
     Bytes bytes{};
-    std::int64_t extension = 0;
 
-    std::int64_t size() const { return static_cast<std::int64_t>(bytes.size()) + extension; }
+    std::int64_t size() const { return static_cast<std::int64_t>(bytes.size()); }
   };
 
   const Entry* find(const FilePath& path) const;

@@ -213,7 +213,7 @@ void ScriptedNetwork::send(const std::shared_ptr<Exchange>& exchange) {
     deliver(end, std::max(firstByte, gap), gapEnd, std::move(result), keepsConnection);
   };
 
-  const Answer answer = answerTo(requests_.back());
+  const Answer answer = answerTo(*exchange, requests_.back());
   if (const auto* reply = std::get_if<Reply>(&answer)) {
     deliverBody(*reply, 1.0, URLResponse(HTTPResponse{reply->status, reply->headers, reply->body}),
                 true);
@@ -237,7 +237,8 @@ bool ScriptedNetwork::Route::matches(const RecordedRequest& request) const {
   return methodFits && request.path.ends_with(pathSuffix);
 }
 
-Answer ScriptedNetwork::answerTo(const RecordedRequest& request) {
+Answer ScriptedNetwork::answerTo(const Exchange& exchange, const RecordedRequest& request) {
+  if (hostsDown_.contains(exchange.address.host)) return Failure{URLErrorCode::cannotConnectToHost};
   const auto best = [&](auto& routes, auto usable) {
     auto found = routes.end();
     for (auto route = routes.begin(); route != routes.end(); ++route) {
@@ -281,6 +282,13 @@ void ScriptedNetwork::handle(const std::string& pathSuffix, Handler handler) {
 bool ScriptedNetwork::hasQueuedAnswers() const {
   return std::any_of(queues_.begin(), queues_.end(),
                      [](const auto& queue) { return !queue.second.empty(); });
+}
+
+void ScriptedNetwork::setHostDown(const std::string& host, bool down) {
+  if (down)
+    hostsDown_.insert(host);
+  else
+    hostsDown_.erase(host);
 }
 
 void ScriptedNetwork::setOnline(bool online) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -77,6 +78,9 @@ class ScriptedNetwork final : public URLSessions {
   // Whether queued answers are left.
   bool hasQueuedAnswers() const;
 
+  // Nobody listens at this address ("http://host:port") any more, or again somebody does.
+  void setHostDown(const std::string& host, bool down);
+
   // Going off line breaks the requests under way and closes every connection.
   void setOnline(bool online);
   bool isOnline() const { return online_; }
@@ -105,7 +109,7 @@ class ScriptedNetwork final : public URLSessions {
 
   void begin(const std::shared_ptr<Exchange>& exchange);
   void send(const std::shared_ptr<Exchange>& exchange);
-  Answer answerTo(const RecordedRequest& request);
+  Answer answerTo(const Exchange& exchange, const RecordedRequest& request);
   Duration connect(Exchange& exchange);
 
   Timeline& timeline_;
@@ -113,6 +117,7 @@ class ScriptedNetwork final : public URLSessions {
   std::map<Route, Handler> handlers_;
   std::vector<RecordedRequest> requests_;
   std::vector<std::weak_ptr<Exchange>> exchanges_;
+  std::set<std::string> hostsDown_;
   bool online_ = true;
   Duration connectTime_{};
   int connectionsOpened_ = 0;

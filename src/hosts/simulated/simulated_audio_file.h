@@ -1,21 +1,20 @@
-// A recording file that has the size of a real one.
+// A recording file with the shape and the size of a real one.
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 
 #include "hosts/simulated/memory_file_manager.h"
 #include "platform/audio.h"
 
 namespace quillo::simulated {
 
-// Fragmented MP4 (ISO/IEC 14496-12) with AAC of constant rate: a head, then one fragment a second,
-// each a box of overhead and its packets of 1024 frames. The sound itself is only counted.
+// Boxes as in a fragmented MP4 (ISO/IEC 14496-12): a head, then one fragment a second, which tells
+// how many frames it has and bears as many bytes as AAC of this rate. The sound itself is not kept.
+// A fragment that finds no room waits in memory until there is some.
 class SimulatedAudioFile final : public AudioFile {
  public:
-  static constexpr std::int64_t headBytes = 900;
-  static constexpr std::int64_t fragmentOverheadBytes = 120;
-  static constexpr std::int64_t framesPerPacket = 1024;
-
   // The file must exist and be empty; null when its head cannot be written.
   static std::unique_ptr<SimulatedAudioFile> create(MemoryFileManager& files, FilePath path,
                                                     const AudioFileSettings& settings);
@@ -26,17 +25,25 @@ class SimulatedAudioFile final : public AudioFile {
   }
   bool write(const AudioBuffer& buffer) override;
 
+  // --- Driver ---
+
+  // Seconds of sound in the contents of a file, as a player would find them; nothing when they are
+  // no such file.
+  static std::optional<double> playableSeconds(const Bytes& contents);
+
  private:
   SimulatedAudioFile(MemoryFileManager& files, FilePath path, const AudioFileSettings& settings)
       : files_(files), path_(std::move(path)), settings_(settings) {}
 
-  // Writes one fragment of the packets that are complete, or of all when the file ends.
-  bool writeFragment(std::int64_t frames);
+  void addFragment(std::int64_t frames);
+  // False when something is left.
+  bool flush();
 
   MemoryFileManager& files_;
   FilePath path_;
   AudioFileSettings settings_;
   std::int64_t framesWaiting_ = 0;
+  Bytes unwritten_;
 };
 
 }  // namespace quillo::simulated

@@ -230,7 +230,7 @@ TEST_F(SimulatedDesktopTest, AFullDiskRefusesGrowthUntilSpaceIsGivenBack) {
   const FilePath folder = *files.directory(UserDirectory::caches);
   files.setFreeBytes(100);
   ASSERT_TRUE(files.createEmpty(folder / "a"));
-  EXPECT_TRUE(files.extend(folder / "a", 80));
+  EXPECT_TRUE(files.append(folder / "a", Bytes(80, 'x')));
   EXPECT_FALSE(files.append(folder / "a", Bytes(30, 'x')));
   EXPECT_FALSE(files.writeAtomically(folder / "b", Bytes(30, 'x')));
   EXPECT_FALSE(files.exists(folder / "b"));
