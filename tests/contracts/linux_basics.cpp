@@ -1,0 +1,150 @@
+// Main thread, queues, settings, keyring and files of the Linux host.
+#include <gio/gio.h>
+
+#include <thread>
+
+#include "contracts/file_manager_contract.h"
+#include "contracts/keychain_contract.h"
+#include "contracts/linux_contract_host.h"
+#include "contracts/linux_small_disk.h"
+#include "contracts/main_thread_contract.h"
+#include "contracts/serial_queue_contract.h"
+#include "contracts/user_defaults_contract.h"
+#include "hosts/linux/json_user_defaults.h"
+#include "hosts/linux/posix_file_manager.h"
+#include "hosts/linux/secret_service_keychain.h"
+#include "hosts/linux/system_clock.h"
+#include "hosts/linux/thread_serial_queues.h"
+
+namespace quillo::contracts {
+namespace {
+
+template <class Host, class Made>
+auto onLinux() {
+  return testing::Values(HostFactory<Host>{"Linux", [] { return std::make_unique<Made>(); }});
+}
+
+class LinuxMainThread final : public LinuxContractHost<MainThreadHost> {
+ public:
+  void elsewhere(const std::function<void()>& work) override { std::thread(work).join(); }
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, MainThreadContract,
+                         (onLinux<MainThreadHost, LinuxMainThread>()), hostName<MainThreadHost>);
+
+class LinuxSerialQueues final : public LinuxContractHost<SerialQueueHost> {
+ public:
+  SerialQueues& queues() override { return queues_; }
+
+ private:
+  linux_host::ThreadSerialQueues queues_;
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, SerialQueueContract,
+                         (onLinux<SerialQueueHost, LinuxSerialQueues>()),
+                         hostName<SerialQueueHost>);
+
+class LinuxUserDefaults final : public LinuxContractHost<UserDefaultsHost> {
+ public:
+  LinuxUserDefaults() { restart(); }
+  UserDefaults& store() override { return *store_; }
+  void restart() override {
+    store_.reset();
+    store_ = std::make_unique<linux_host::JsonUserDefaults>(
+        folder_.path() / "quillo" / "settings.json", mainThread(), clock_, log_);
+  }
+
+ private:
+  TemporaryFolder folder_;
+  linux_host::SystemClock clock_;
+  LinesLog log_;
+  std::unique_ptr<linux_host::JsonUserDefaults> store_;
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, UserDefaultsContract,
+                         (onLinux<UserDefaultsHost, LinuxUserDefaults>()),
+                         hostName<UserDefaultsHost>);
+
+class LinuxFileManager final : public LinuxContractHost<FileManagerHost> {
+ public:
+  FileManager& files() override { return files_; }
+  void leaveRoomFor(std::optional<std::int64_t> bytes) override { disk_.leaveRoomFor(bytes); }
+
+ private:
+  TemporaryFolder home_;
+  SmallDisk disk_{home_.path()};
+  linux_host::PosixFileManager files_{{.cacheHome = home_.path() / ".cache",
+                                       .configHome = home_.path() / ".config",
+                                       .dataHome = home_.path() / ".local/share",
+                                       .stateHome = home_.path() / ".local/state"}};
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, FileManagerContract,
+                         (onLinux<FileManagerHost, LinuxFileManager>()), hostName<FileManagerHost>);
+
+// The password of the keyring of scripts/virtual-desktop.
+constexpr const char* keyringPassword = "quillo";
+
+// Locks and unlocks the keyring beside the program, as the user's session would.
+class DesktopKeyring {
+ public:
+  DesktopKeyring() : bus_(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)) {}
+  ~DesktopKeyring() { g_object_unref(bus_); }
+  DesktopKeyring(const DesktopKeyring&) = delete;
+  DesktopKeyring& operator=(const DesktopKeyring&) = delete;
+
+  void lock() {
+    call("org.freedesktop.Secret.Service", "Lock", g_variant_new_parsed("([%o],)", collection));
+  }
+  void unlock() {
+    GVariant* const session = call("org.freedesktop.Secret.Service", "OpenSession",
+                                   g_variant_new_parsed("('plain', <''>)"));
+    const char* path = nullptr;
+    g_variant_get_child(session, 1, "&o", &path);
+    call("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
+         g_variant_new_parsed("(%o, (%o, @ay b'', @ay %^ay, 'text/plain'))", collection, path,
+                              keyringPassword));
+  }
+
+ private:
+  static constexpr const char* collection = "/org/freedesktop/secrets/collection/login";
+
+  GVariant* call(const char* interface, const char* method, GVariant* arguments) {
+    GError* error = nullptr;
+    GVariant* const answer = g_dbus_connection_call_sync(
+        bus_, "org.freedesktop.secrets", "/org/freedesktop/secrets", interface, method, arguments,
+        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error);
+    EXPECT_EQ(error, nullptr) << method << ": " << error->message;
+    return answer;
+  }
+
+  GDBusConnection* bus_;
+};
+
+class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
+ public:
+  LinuxKeychain() { removeItems(); }
+  ~LinuxKeychain() override {
+    if (isLocked_) keyring_.unlock();
+    removeItems();
+  }
+  Keychain& keychain() override { return keychain_; }
+  bool refuseEverything() override {
+    keyring_.lock();
+    isLocked_ = true;
+    return true;
+  }
+
+ private:
+  void removeItems() {
+    for (const char* account : {"mac.accessToken", "mac.refreshToken", "bytes", "token", "new"})
+      for (const char* service : {"com.murmex.mac.auth", "another program"})
+        keychain_.remove(service, account);
+  }
+
+  LinesLog log_;
+  linux_host::SecretServiceKeychain keychain_{log_};
+  DesktopKeyring keyring_;
+  bool isLocked_ = false;
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, KeychainContract, (onLinux<KeychainHost, LinuxKeychain>()),
+                         hostName<KeychainHost>);
+
+}  // namespace
+}  // namespace quillo::contracts
