@@ -27,7 +27,7 @@ ClipboardCapture::ClipboardCapture(MainThread& mainThread, Pasteboard& pasteboar
 
 Task<> ClipboardCapture::captureViaClipboard(Captured completion) {
   // Letting go of our Command would cancel the one that the user holds.
-  if (isCommandDown()) {
+  if (isUserHoldingCommand()) {
     log_.log("bubble",
              "user is holding ⌘ (their own copy) — skipping synthetic ⌘C so we don't drop their "
              "modifier");
@@ -48,12 +48,12 @@ Task<std::optional<std::string>> ClipboardCapture::captureInGate() {
     co_return std::nullopt;
   }
   // The gate and the snapshot may have taken time.
-  if (isCommandDown()) {
+  if (isUserHoldingCommand()) {
     log_.log("bubble", "⌘ went down during snapshot — skipping synthetic ⌘C");
     co_return std::nullopt;
   }
   const std::int64_t changeCountBefore = pasteboard_.changeCount();
-  co_await postCommandShortcut(keyPoster_, copyShortcut);
+  co_await postCopyShortcut();
   auto text = co_await copiedText(changeCountBefore);
   restorePasteboard(pasteboard_, *snapshot);
   log_.log("bubble",
@@ -71,8 +71,15 @@ Task<std::optional<std::string>> ClipboardCapture::copiedText(std::int64_t chang
   co_return std::nullopt;
 }
 
-bool ClipboardCapture::isCommandDown() const {
-  return (keyboardState_.modifierFlags() & event_flags::command) != 0;
+Task<> ClipboardCapture::postCopyShortcut() {
+  isOwnCommandDown_ = true;
+  co_await postCommandShortcut(keyPoster_, copyShortcut);
+  isOwnCommandDown_ = false;
+}
+
+// The flags hold our own Command as well: a capture that is asked for meanwhile waits its turn.
+bool ClipboardCapture::isUserHoldingCommand() const {
+  return !isOwnCommandDown_ && (keyboardState_.modifierFlags() & event_flags::command) != 0;
 }
 
 }  // namespace quillo

@@ -31,7 +31,8 @@ class ClipboardCapture {
  private:
   Task<std::optional<std::string>> captureInGate();
   Task<std::optional<std::string>> copiedText(std::int64_t changeCountBefore);
-  bool isCommandDown() const;
+  Task<> postCopyShortcut();
+  bool isUserHoldingCommand() const;
 
   MainThread& mainThread_;
   Pasteboard& pasteboard_;
@@ -39,6 +40,7 @@ class ClipboardCapture {
   const KeyboardState& keyboardState_;
   MacClipboardGate& gate_;
   Log& log_;
+  bool isOwnCommandDown_ = false;
 };
 
 }  // namespace quillo
