@@ -1,6 +1,5 @@
 #include "api/fresh_auth.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "hosts/simulated/simulated_desktop.h"
@@ -8,91 +7,66 @@
 namespace quillo {
 namespace {
 
-using testing::ElementsAre;
+struct Script {
+  std::vector<int> statuses{};  // of one request after another
+  bool loggedIn = true;
+  bool stale = false;
+  bool refreshWorks = true;
+  bool endsAtRequest = false;
+};
 
-// A session that does as it is told, and a request that meets one answer after another.
-class FreshAuthTest : public testing::Test, protected SessionAuthority {
- protected:
-  bool isLoggedIn() const override { return loggedIn_; }
-  bool needsRefresh() const override { return stale_; }
+class ScriptedSession final : public SessionAuthority {
+ public:
+  explicit ScriptedSession(Script script) : script_(std::move(script)) {}
+
+  bool isLoggedIn() const override { return script_.loggedIn; }
+  bool needsRefresh() const override { return script_.stale; }
   Task<bool> refreshSession() override {
-    events_.push_back("refresh");
-    co_await sleepFor(std::chrono::milliseconds(10));
-    co_return refreshWorks_;
+    events += "refresh ";
+    co_await yieldTurn();
+    co_return script_.refreshWorks;
   }
-
   Task<int> request() {
-    events_.push_back("request");
-    const int status = statuses_.at(0);
-    statuses_.erase(statuses_.begin());
-    if (signsOutDuringRequest_) loggedIn_ = false;
-    if (status != 200) throw APIError::serverError(status, std::to_string(status));
+    const int status = script_.statuses.at(0);
+    script_.statuses.erase(script_.statuses.begin());
+    events += std::to_string(status) + " ";
+    if (script_.endsAtRequest) script_.loggedIn = false;
+    if (status != 200) throw APIError::serverError(status, "refused");
     co_return status;
   }
 
-  // The status that the caller gets, or the words of the error.
-  std::string outcome() {
-    try {
-      return std::to_string(
-          desktop_.await(withFreshAuth<int>(*this, [this] { return request(); })));
-    } catch (const APIError& error) {
-      return error.errorDescription().value();
-    }
-  }
+  std::string events;
 
-  simulated::SimulatedDesktop desktop_;
-  bool loggedIn_ = true;
-  bool stale_ = false;
-  bool refreshWorks_ = true;
-  bool signsOutDuringRequest_ = false;
-  std::vector<int> statuses_;
-  std::vector<std::string> events_;
+ private:
+  Script script_;
 };
 
-TEST_F(FreshAuthTest, AStaleSessionIsRefreshedBeforeTheRequest) {
-  stale_ = true;
-  statuses_ = {200};
-  EXPECT_EQ(outcome(), "200");
-  EXPECT_THAT(events_, ElementsAre("refresh", "request"));
-
-  refreshWorks_ = false;
-  EXPECT_EQ(outcome(), "Please sign in again.");
-  EXPECT_THAT(events_, ElementsAre("refresh", "request", "refresh"));
-}
-
-TEST_F(FreshAuthTest, ARefusedRequestIsMadeAgainOnceAfterARefresh) {
-  for (const int refusal : {401, 403}) {
-    events_.clear();
-    statuses_ = {refusal, 200};
-    EXPECT_EQ(outcome(), "200");
-    EXPECT_THAT(events_, ElementsAre("request", "refresh", "request"));
+// What happened, and the words of the error that it ended with.
+std::string eventsOf(Script script) {
+  simulated::SimulatedDesktop desktop;
+  ScriptedSession session(std::move(script));
+  try {
+    desktop.await(withFreshAuth<int>(session, [&] { return session.request(); }));
+  } catch (const APIError& error) {
+    session.events += error.errorDescription().value();
   }
-  statuses_ = {401, 403};
-  EXPECT_EQ(outcome(), "403");
-
-  events_.clear();
-  refreshWorks_ = false;
-  statuses_ = {401};
-  EXPECT_EQ(outcome(), "Please sign in again.");
-  EXPECT_THAT(events_, ElementsAre("request", "refresh"));
+  return session.events;
 }
 
-TEST_F(FreshAuthTest, OtherErrorsAndGuestsAreLeftAlone) {
-  statuses_ = {429};
-  EXPECT_EQ(outcome(), "429");
-  loggedIn_ = false;
-  stale_ = true;
-  statuses_ = {401};
-  EXPECT_EQ(outcome(), "401");
-  EXPECT_THAT(events_, ElementsAre("request", "request"));
+TEST(FreshAuthTest, RefreshesASessionThatIsStaleOrRefusedOnce) {
+  EXPECT_EQ(eventsOf({.statuses = {200}}), "200 ");
+  EXPECT_EQ(eventsOf({.statuses = {200}, .stale = true}), "refresh 200 ");
+  EXPECT_EQ(eventsOf({.stale = true, .refreshWorks = false}), "refresh Please sign in again.");
+  EXPECT_EQ(eventsOf({.statuses = {401, 200}}), "401 refresh 200 ");
+  EXPECT_EQ(eventsOf({.statuses = {403, 401}}), "403 refresh 401 refused");
+  EXPECT_EQ(eventsOf({.statuses = {401}, .refreshWorks = false}),
+            "401 refresh Please sign in again.");
 }
 
-// The session is read again after the refusal: its end is no reason to refresh.
-TEST_F(FreshAuthTest, ASessionThatEndedMeanwhileIsNotRefreshed) {
-  signsOutDuringRequest_ = true;
-  statuses_ = {401};
-  EXPECT_EQ(outcome(), "401");
-  EXPECT_THAT(events_, ElementsAre("request"));
+TEST(FreshAuthTest, LeavesOtherErrorsAndGuestsAlone) {
+  EXPECT_EQ(eventsOf({.statuses = {429}}), "429 refused");
+  EXPECT_EQ(eventsOf({.statuses = {401}, .loggedIn = false, .stale = true}), "401 refused");
+  EXPECT_EQ(eventsOf({.statuses = {401}, .endsAtRequest = true}), "401 refused");
 }
 
 }  // namespace

@@ -1,0 +1,165 @@
+#include "input/dictation_shortcuts.h"
+
+#include "input/input_test_fixture.h"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DictationShortcutsTest : public InputTest {
+ protected:
+  void bindAll() {
+    shortcuts_.bindPasteLast();
+    apply("toggle");
+  }
+  // Which routes there are: of tap and keyboards, the first has the chords alone to itself.
+  void refuse(bool tap, bool keyboards) {
+    desktop_.eventTaps().route().setRefused(tap);
+    desktop_.hidKeyboards().route().setRefused(keyboards);
+  }
+
+  const std::vector<Key> toggle_{Key::control, Key::option, Key::space};
+  const std::vector<Key> pasteLast_{Key::control, Key::command, Key::v};
+};
+
+TEST_F(DictationShortcutsTest, APressActsOnceByWhateverRoutesThereAre) {
+  for (const auto [tapRefused, keyboardsRefused] :
+       {std::pair{false, false}, {false, true}, {true, false}, {true, true}}) {
+    refuse(tapRefused, keyboardsRefused);
+    eventTap_.stop();
+    hidMonitor_.stop();
+    bindAll();
+    EXPECT_EQ(desktop_.hotKeys().registrationCount(), tapRefused ? 2u : 0u);
+    tap(toggle_);
+    tap(pasteLast_);
+    tap({Key::capsLock});  // no part of a chord
+    tap({Key::rightControl, Key::rightOption, Key::space});
+    EXPECT_THAT(asked(), ElementsAre("toggle", "paste last", "toggle"));
+    tap({Key::control, Key::option, Key::shift, Key::space});
+    tap({Key::control, Key::option, Key::s});
+    EXPECT_THAT(asked(), IsEmpty());
+  }
+  EXPECT_THAT(desktop_.log().lines(), testing::Contains("[hotkey] event tap could not be created"));
+}
+
+TEST_F(DictationShortcutsTest, TwoPressesWithinAQuarterOfASecondActOnce) {
+  bindAll();
+  tap(toggle_, 200ms);
+  tap(toggle_, 1s);
+  EXPECT_THAT(asked(), ElementsAre("toggle"));
+  tap(pasteLast_, 250ms);
+  tap(pasteLast_, 1s);
+  EXPECT_THAT(asked(), ElementsAre("paste last", "paste last"));
+}
+
+TEST_F(DictationShortcutsTest, TheTapKeepsTheChordAndItsRepeatsFromTheEditor) {
+  refuse(false, true);
+  bindAll();
+  hold(toggle_, 2s);
+  letGo({Key::space, Key::option, Key::control});
+  EXPECT_THAT(asked(), ElementsAre("toggle"));
+  for (const KeyEvent& event : editor_.receivedKeys())
+    EXPECT_NE(event.type, KeyEvent::Type::keyDown) << event.keyCode;
+
+  desktop_.eventTaps().interrupt(TapInterruption::timeout);
+  desktop_.runTurns();
+  tap(toggle_);
+  EXPECT_THAT(asked(), ElementsAre("toggle"));
+}
+
+TEST_F(DictationShortcutsTest, LettersMatchByKeyAndByWhatTheyType) {
+  refuse(false, true);
+  bindAll();
+  desktop_.keyboard().setLayout(simulated::KeyboardLayout::russian);
+  tap(pasteLast_);
+  desktop_.keyboard().setLayout(simulated::KeyboardLayout::dvorak);
+  tap(pasteLast_);
+  tap({Key::control, Key::command, Key::period});  // types "v" there
+  EXPECT_THAT(asked(), ElementsAre("paste last", "paste last", "paste last"));
+}
+
+TEST_F(DictationShortcutsTest, ChangingTheShortcutLeavesNoRouteOnTheOldOne) {
+  bindAll();
+  for (const char* shortcut : {"right_opt", "fn"}) {
+    state_.toggleShortcut = shortcut;
+    apply("toggle");
+    tap(toggle_);
+    EXPECT_THAT(asked(), IsEmpty());
+  }
+  tap({Key::function});
+  tap(pasteLast_);
+  EXPECT_THAT(asked(), ElementsAre("toggle", "paste last"));
+
+  state_.toggleShortcut = "no such shortcut";
+  apply("no such mode");  // bound as for toggling, but the action knows better
+  tap(toggle_);
+  tap({Key::function});
+  EXPECT_THAT(asked(), IsEmpty());
+  EXPECT_EQ(desktop_.eventMonitors().monitorCount(), 0u);
+
+  eventTap_.unbind("pasteLast");
+  apply("hold");
+  EXPECT_FALSE(eventTap_.isRunning());  // nobody needs it any more
+}
+
+TEST_F(DictationShortcutsTest, WithoutLeaveTheUserIsAskedAndTheHotKeysServe) {
+  desktop_.permissions().setListenEventAccess(false);
+  bindAll();
+  EXPECT_EQ(desktop_.permissions().listenEventRequests(), 4);  // each start asks again
+  EXPECT_THAT(desktop_.log().lines(),
+              testing::Contains("[hotkey] HID monitor could not start result=-536870174"));
+  desktop_.hotKeys().takeByAnotherProgram(49, 6144);
+  apply("toggle");
+  EXPECT_THAT(desktop_.log().lines(),
+              testing::Contains("[hotkey] failed to register id=1 status=-9878"));
+  tap(toggle_);
+  tap(pasteLast_);
+  EXPECT_THAT(asked(), ElementsAre("paste last"));
+}
+
+// --- The cycle hot key ---
+
+class CycleHotKeyTest : public InputTest {
+ protected:
+  bool bind(std::int64_t keyCode, const char* character) {
+    return cycle_.bindCyclePair(keyCode, character, hot_key_modifiers::control,
+                                [this] { ++steps_; });
+  }
+  int stepsOf(Key key, Duration pause = 1s) {
+    steps_ = 0;
+    tap({Key::control, key}, pause);
+    return steps_;
+  }
+  int steps_ = 0;
+};
+
+TEST_F(CycleHotKeyTest, OnePressIsOneStepAndAnEarlierChordIsForgotten) {
+  EXPECT_TRUE(bind(5, "G"));
+  EXPECT_EQ(stepsOf(Key::g, 299ms), 1);
+  EXPECT_EQ(stepsOf(Key::g), 0);
+  EXPECT_TRUE(bind(38, "J"));
+  EXPECT_EQ(stepsOf(Key::g), 0);
+  EXPECT_EQ(stepsOf(Key::j), 1);
+  EXPECT_TRUE(bind(0, "A"));  // which the keyboards are not asked for
+  EXPECT_EQ(stepsOf(Key::j), 0);
+  EXPECT_EQ(stepsOf(Key::a), 1);
+  EXPECT_EQ(desktop_.hotKeys().registrationCount(), 1u);
+  EXPECT_EQ(desktop_.eventMonitors().monitorCount(), 2u);
+}
+
+TEST_F(CycleHotKeyTest, TheMonitorsServeWhenEverythingElseFails) {
+  desktop_.eventTaps().route().setRefused(true);
+  desktop_.hidKeyboards().route().setRefused(true);
+  desktop_.hotKeys().takeByAnotherProgram(5, hot_key_modifiers::control);
+  desktop_.eventMonitors().globalRoute().setRefused(true);
+  desktop_.workspace().focus(desktop_.workspace().self());
+  EXPECT_TRUE(bind(5, "G"));
+  desktop_.eventMonitors().localRoute().setRefused(true);
+  EXPECT_FALSE(bind(5, "G"));
+}
+
+}  // namespace
+}  // namespace quillo
