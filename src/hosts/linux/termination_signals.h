@@ -9,11 +9,13 @@
 
 namespace quillo::linux_host {
 
-// Made before any other thread, which inherits what is blocked here; the notifier needs Qt's event
-// loop, so QCoreApplication comes first.
+// Made before any other thread is, Qt's own included: threads inherit what is blocked here. A
+// signal that comes before deliver() waits for it.
 class TerminationSignals {
  public:
-  explicit TerminationSignals(std::function<void()> asked);
+  TerminationSignals();
+  // Calls `asked` in Qt's event loop, at each signal; after QCoreApplication was made.
+  void deliver(std::function<void()> asked);
 
  private:
   FileDescriptor signals_;
