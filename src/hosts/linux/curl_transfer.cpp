@@ -14,6 +14,11 @@ constexpr long longestRedirection = 16;
 constexpr long keepIdleConnectionSeconds = 660;
 constexpr long firstKeepAliveProbeSeconds = 45;
 
+// A limit of nothing is none.
+Duration orNever(Duration limit) {
+  return limit > Duration::zero() ? limit : Duration::max() / 4;
+}
+
 // A line break would begin another header.
 std::string withoutLineBreaks(std::string text) {
   std::erase_if(text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
@@ -133,8 +138,8 @@ void CurlTransfer::prepare() {
 }
 
 MonotonicTime CurlTransfer::deadline() const {
-  const Duration idleLimit = request_.timeout.value_or(configuration_.timeoutForRequest);
-  return std::min(lastByte_ + idleLimit, begun_ + configuration_.timeoutForResource);
+  const Duration idle = request_.timeout.value_or(configuration_.timeoutForRequest);
+  return std::min(lastByte_ + orNever(idle), begun_ + orNever(configuration_.timeoutForResource));
 }
 
 CurlFailure CurlTransfer::failure(CURLcode code) const {

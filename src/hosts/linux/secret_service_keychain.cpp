@@ -87,8 +87,7 @@ struct SecretServiceKeychain::Call {
   }
 
   void store(const Bytes& data) {
-    service_.reset(secret_service_get_sync(SECRET_SERVICE_NONE, cancellable_, &error_));
-    if (!service_) return;
+    if (error_) return;
     secret_service_store_sync(service_.get(), schema(), attributes_.get(), nullptr, label_.c_str(),
                               secretValue(data).get(), cancellable_, &error_);
   }
@@ -194,7 +193,9 @@ KeychainStatus SecretServiceKeychain::update(std::string_view service, std::stri
 KeychainStatus SecretServiceKeychain::add(std::string_view service, std::string_view account,
                                           const Bytes& data) {
   return run(service, account,
-             [data](Call& call) {
+             [data](Call& call) -> Outcome {
+               const auto items = call.find();
+               if (!items.empty()) return {secret_service_status::duplicate, {}, {}};
                call.store(data);
                return call.outcome();
              })

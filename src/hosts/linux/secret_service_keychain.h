@@ -17,6 +17,7 @@ inline constexpr KeychainStatus unavailable{1};  // no session bus, or no keyrin
 inline constexpr KeychainStatus locked{2};       // the item is there and needs the user's password
 inline constexpr KeychainStatus timedOut{3};     // no answer within the limit
 inline constexpr KeychainStatus refused{4};      // any other error of the service
+inline constexpr KeychainStatus duplicate{5};    // what is to be added is there already
 }  // namespace secret_service_status
 
 // The service is asked on a thread of its own, and a call waits for it no longer than the limit.

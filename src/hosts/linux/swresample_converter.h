@@ -9,8 +9,7 @@ struct SwrContext;
 
 namespace quillo::linux_host {
 
-// Channels are mapped, not mixed: each output channel is the input channel of its number, or the
-// last one there is.
+// One channel is the mean of those of the input; otherwise the counts are the same.
 class SwresampleConverter final : public AudioConverter {
  public:
   // Null when there is no conversion.
@@ -21,6 +20,7 @@ class SwresampleConverter final : public AudioConverter {
 
  private:
   SwresampleConverter(AudioFormat to, SwrContext* resampler) : to_(to), resampler_(resampler) {}
+  AudioBuffer mixed(const AudioBuffer& input) const;
 
   const AudioFormat to_;
   SwrContext* const resampler_;
