@@ -1,0 +1,275 @@
+#include "state/app_state.h"
+
+#include "base/iso8601.h"
+#include "state/key_labels.h"
+#include "state/plan_label.h"
+#include "state_fixture.h"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+using AppStateTest = StateTest;
+
+// --- Launch ---
+
+TEST_F(AppStateTest, TheFirstLaunchStartsFromTheDefaultsAndWritesOnlyTheMode) {
+  MacAppState& state = launch();
+  EXPECT_TRUE(state.autoPaste && state.noiseReduction && state.showPreview && state.showInDock);
+  EXPECT_FALSE(state.escInserts || state.discreetMode || state.selectionBubbleEnabled);
+  EXPECT_THAT(stored().keys(), ElementsAre("transformMode"));
+}
+
+TEST_F(AppStateTest, TheSpokenLanguageFollowsTheSystemUntilItIsChosen) {
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"pt-PT", "pt-BR"}, {"zh-Hant-TW", "zh-CN"}, {"ur-PK", "en-US"},
+      {"fr-CA", "fr"},    {"EN-gb", "en-US"},      {"de", "de"},
+      {"ckb-IQ", "en-US"}};
+  for (const auto& [system, language] : expected) {
+    desktop_.machine().setPreferredLanguages({system, "it-IT"});
+    EXPECT_EQ(launch().inputLanguage.get(), language) << system;
+  }
+  desktop_.machine().setPreferredLanguages({});
+  EXPECT_EQ(launch().inputLanguage.get(), "en-US");
+  EXPECT_FALSE(stored().contains("inputLanguage"));
+  state_->inputLanguage = "ja";
+  EXPECT_EQ(launch().inputLanguage.get(), "ja");
+}
+
+TEST_F(AppStateTest, WhatOlderVersionsAndTheSystemLeftIsCorrectedInTheStore) {
+  stored().setText("transformMode", "polish");
+  stored().setText("mac.microphoneUID", "x-CADefaultDeviceAggregate-4711-0");
+  stored().setInteger("mac.cycleHotKeyKeyCode", 5);
+  stored().setInteger("mac.cycleHotKeyModifiers", 2048);
+  EXPECT_EQ(launch().transformMode.get(), "improve");
+  EXPECT_EQ(stored().text("transformMode"), "improve");
+  EXPECT_EQ(stored().text("mac.microphoneUID"), "");
+  EXPECT_EQ(stored().integer("mac.cycleHotKeyModifiers"), 4096);
+
+  stored().setText("transformMode", "shakespeare");
+  stored().setInteger("mac.cycleHotKeyKeyCode", 38);
+  EXPECT_EQ(launch().transformMode.get(), "auto");
+  EXPECT_EQ(state_->cycleHotKeyKeyCode.get(), 38);
+}
+
+TEST_F(AppStateTest, MistypedValuesReadAsDefaultsAndStayInTheStore) {
+  stored().setBoolean("tone", true);
+  stored().setText("mac.autoPaste", "false");
+  stored().setNumber("mac.historyRetentionDays", 7.5);
+  stored().setText("mac.cycleHotKeyKeyCode", "38");
+  stored().setTexts("snippets", {"no dictionary"});
+  stored().setForeignValue("dictionaryVocabulary");
+  stored().setText("mac.writingProfiles", "[]");
+  stored().setData("mac.promptInstructions", "[{\"text\":\"cut o");
+  MacAppState& state = launch();
+  EXPECT_EQ(state.tone.get(), "neutral");
+  EXPECT_TRUE(state.autoPaste);
+  EXPECT_EQ(state.historyRetentionDays.get(), 0);
+  EXPECT_EQ(state.cycleHotKeyKeyCode.get(), 5);
+  EXPECT_THAT(state.snippets.get(), IsEmpty());
+  EXPECT_THAT(state.dictionaryVocabulary.get(), IsEmpty());
+  EXPECT_THAT(state.writingProfiles.get(), IsEmpty());
+  EXPECT_THAT(state.promptInstructions.get(), IsEmpty());
+  EXPECT_EQ(stored().text("mac.autoPaste"), "false");
+}
+
+// --- Write-through ---
+
+TEST_F(AppStateTest, WhatIsAssignedIsThereInTheNextRun) {
+  MacAppState& first = launch();
+  first.transformMode = "polish";  // as given: only a launch corrects it
+  std::string seen;                // by an observer, who finds the value stored already
+  const Subscription watching = first.tone.observe(
+      [&](const std::string& tone) { seen = tone + "/" + *stored().text("tone"); });
+  first.tone = "friendly";
+  EXPECT_EQ(seen, "friendly/friendly");
+  first.autoPaste = false;
+  first.historyRetentionDays = 30;
+  first.snippets.append({{"cue", "sig"}, {"text", "Best regards"}});
+  first.addStyleInstruction();
+  first.promptInstructions.edit(0, [](PromptInstruction& style) { style.text = "Be brief. ✂︎"; });
+  first.showPreview = false;
+
+  MacAppState& second = launch();
+  EXPECT_EQ(second.transformMode.get(), "improve");
+  EXPECT_FALSE(second.autoPaste);
+  EXPECT_EQ(second.historyRetentionDays.get(), 30);
+  EXPECT_EQ(second.snippets->front().at("text"), "Best regards");
+  EXPECT_EQ(second.promptInstructions->front().text, "Be brief. ✂︎");
+  EXPECT_TRUE(second.showPreview);  // this one is only ever read
+}
+
+// --- Identity ---
+
+TEST_F(AppStateTest, TheDeviceIsNamedOnceAndKeepsItsName) {
+  desktop_.clock().set(*dateFromIso8601("2026-03-04T09:15:02Z"));  // tbdb12 in base 36
+  const std::string made = launch().deviceId();
+  EXPECT_THAT(made, MatchesRegex("qd_tbdb12_[a-z0-9]{11}"));
+  EXPECT_EQ(launch().deviceId(), made);
+
+  stored().setText("mac.deviceId", "qm_abc_qm_def");
+  EXPECT_EQ(state_->deviceId(), "qd_abc_qm_def");
+  EXPECT_EQ(stored().text("mac.deviceId"), "qd_abc_qm_def");
+}
+
+TEST_F(AppStateTest, AGuestsKeyIsMadeOfTheDeviceAndNeverStored) {
+  MacAppState& state = launch();
+  EXPECT_EQ(state.apiKey(), "mx_" + state.deviceId());
+  EXPECT_FALSE(stored().contains("mac.apiKey"));
+
+  stored().setText("mac.apiKey", "token");
+  stored().setText("mac.userId", "u1");
+  state.plan = "pro";
+  state.usage = UsageData{};
+  state.tone = "friendly";
+  EXPECT_EQ(state.identity().apiKey, "token");
+  int cleared = 0;
+  const Subscription watching = state.observeAccountCleared([&] { ++cleared; });
+  state.clearAccountState();
+  EXPECT_EQ(state.apiKey(), "mx_" + state.deviceId());
+  EXPECT_FALSE(stored().contains("mac.userId"));
+  EXPECT_EQ(stored().text("plan"), "free");
+  EXPECT_FALSE(state.usage.get());
+  EXPECT_EQ(state.tone.get(), "friendly");
+  EXPECT_EQ(cleared, 1);
+}
+
+// --- Usage ---
+
+class UsageTest : public StateTest {
+ protected:
+  // A service that answers after `delay` with a reply, or with nothing but an error.
+  void answerAfter(Duration delay, std::optional<UsageData> reply) {
+    state_->setUsageSource([this, delay, reply] { return answer(delay, reply); });
+  }
+  Task<UsageData> answer(Duration delay, std::optional<UsageData> reply) {
+    co_await sleepFor(delay);
+    if (!reply) throw URLError(URLErrorCode::timedOut, "The request timed out.");
+    co_return *reply;
+  }
+  static UsageData usageOf(std::string plan, std::int64_t maximumSeconds) {
+    UsageData usage{.plan = std::move(plan)};
+    usage.limits.maxRecordingSeconds = maximumSeconds;
+    return usage;
+  }
+  // How long the refresh can be seen.
+  Duration refresh() {
+    const MonotonicTime began = desktop_.now();
+    const auto running = start(desktop_.mainThread(), state_->refreshUsage());
+    desktop_.runFor(1ms);
+    EXPECT_TRUE(state_->isRefreshingUsage);
+    EXPECT_TRUE(desktop_.runUntil([&] { return !state_->isRefreshingUsage; }));
+    return desktop_.now() - began;
+  }
+};
+
+TEST_F(UsageTest, AReplyIsKeptAndThePlanSurvivesTheRun) {
+  launch();
+  answerAfter(100ms, usageOf("pro", 1800));
+  EXPECT_EQ(refresh(), 600ms);
+  EXPECT_EQ(state_->usage.get()->plan, "pro");
+  answerAfter(2s, usageOf("premium", 0));
+  EXPECT_EQ(refresh(), 2s);  // long enough to be seen by itself
+  EXPECT_EQ(stored().integer("plan.maxRecordingSeconds"), 1800);
+  launch();
+  EXPECT_EQ(state_->plan.get(), "premium");
+  EXPECT_FALSE(state_->usage.get());
+}
+
+TEST_F(UsageTest, AFailureKeepsTheOldNumbersAndACancelledRefreshDoesNotLinger) {
+  launch();
+  answerAfter(0ms, usageOf("pro", 60));
+  refresh();
+  answerAfter(100ms, std::nullopt);
+  EXPECT_EQ(refresh(), 600ms);
+  EXPECT_EQ(state_->usage.get()->plan, "pro");
+  EXPECT_EQ(state_->usageError.get(), "Usage could not be refreshed.");
+  EXPECT_THAT(desktop_.log().lines(),
+              ElementsAre("[usage] refresh failed: The request timed out."));
+
+  const auto running = start(desktop_.mainThread(), state_->refreshUsage());
+  desktop_.runFor(200ms);
+  running.cancel();
+  desktop_.runTurns();
+  EXPECT_FALSE(state_->isRefreshingUsage);
+}
+
+// --- The program on the desktop ---
+
+TEST_F(AppStateTest, DockAndAppearanceFollowTheirSettingsAtOnce) {
+  MacAppState& state = launch();
+  const auto& application = desktop_.application();
+  state.showInDock = false;
+  EXPECT_EQ(application.activationPolicy(), ActivationPolicy::accessory);
+  state.showInDock = true;
+  EXPECT_EQ(application.activationPolicy(), ActivationPolicy::regular);
+  EXPECT_EQ(application.activations(), 1);
+  for (const auto& [setting, shown] : {std::pair("dark", Appearance::dark),
+                                       {"light", Appearance::light},
+                                       {"sepia", Appearance::system}}) {
+    state.appearance = setting;
+    EXPECT_EQ(application.appearance(), shown);
+  }
+}
+
+TEST_F(AppStateTest, LaunchAtLoginIsTheSystemsToKeep) {
+  launch().setLaunchAtLogin(true);
+  EXPECT_TRUE(launch().launchAtLogin);
+  desktop_.loginItem().refuse("Operation not permitted");
+  state_->setLaunchAtLogin(true);  // is so already: nothing is asked of the system
+  state_->launchAtLogin = false;
+  state_->setLaunchAtLogin(false);
+  EXPECT_FALSE(state_->launchAtLogin);
+  EXPECT_THAT(desktop_.log().lines(),
+              ElementsAre("[settings] launch-at-login change failed: Operation not permitted"));
+}
+
+TEST_F(AppStateTest, TheCycleHotKeyIsBoundAgainWhenItChangesAndSaysWhenItIsTaken) {
+  MacAppState& state = launch();
+  state.registerCycleHotKey();  // nothing to bind it with yet
+  std::vector<std::string> bound;
+  bool isFree = true;
+  std::function<void()> press;
+  state.setCyclePairBinding([&](std::int64_t keyCode, std::string character, std::int64_t modifiers,
+                                std::function<void()> action) {
+    bound.push_back(std::to_string(keyCode) + character + std::to_string(modifiers));
+    press = std::move(action);
+    return isFree;
+  });
+  state.registerCycleHotKey();
+  state.cycleHotKeyKeyCode = 38;
+  EXPECT_THAT(bound, ElementsAre("5G4096", "38J4096"));
+  EXPECT_THAT(toasts_, IsEmpty());
+
+  state.inputLanguage = "fr";
+  press();
+  EXPECT_EQ(state.inputLanguage.get(), "fr");  // not in the turn of the key
+  desktop_.runTurns();
+  EXPECT_EQ(state.inputLanguage.get(), "en-US");
+
+  toasts_.clear();
+  isFree = false;
+  state.cycleHotKeyKeyCode = 41;
+  EXPECT_THAT(toasts_, ElementsAre("⌃; is already in use — pick another in Settings"));
+  EXPECT_EQ(stored().integer("mac.cycleHotKeyKeyCode"), 41);
+}
+
+TEST(Labels, KeysPlansAndLanguagesAsTheUserReadsThem) {
+  EXPECT_EQ(keyLabel(126), "↑");
+  EXPECT_EQ(keyLabel(10), "Key 10");
+  EXPECT_EQ(hotKeyLabel(49, 0x1B00), "⌃⌥⇧⌘Space");
+  EXPECT_EQ(planLabel("PRO"), "Pro");
+  EXPECT_EQ(planLabel(""), "Free");
+  EXPECT_EQ(planLabel("team gold"), "Team Gold");
+  EXPECT_EQ(languageLabel("auto"), "Auto");
+  EXPECT_EQ(languageLabel("de-AT"), "German");
+  EXPECT_EQ(languageLabel("ckb"), "Central Kurdish");
+  EXPECT_EQ(languageLabel("klingonish"), "klingonish");
+}
+
+}  // namespace
+}  // namespace quillo
