@@ -191,6 +191,29 @@ TEST_F(KeyboardTest, APasteTakesWhatTheClipboardHoldsWhenTheProgramAsks) {
   EXPECT_EQ(desktop.pasteboard().text(), "Dear");
 }
 
+// When each of ten pastes arrived, and which of ten keys the lossy route let through.
+std::vector<std::int64_t> dayOf(std::uint64_t seed) {
+  SimulatedDesktop desktop(seed);
+  Program& editor = desktop.workspace().launch({"com.example.editor", "Editor"});
+  desktop.pasteboard().copy("x");
+  std::vector<std::int64_t> day;
+  const auto hid = desktop.hidKeyboards().open(
+      [&](const HIDValue&) { day.push_back(desktop.now().sinceStart.count()); });
+  desktop.hidKeyboards().route().setLoss(0.5);
+  for (int paste = 1; paste <= 10; ++paste) {
+    desktop.keyboard().tap({Key::command, Key::v});
+    desktop.runUntil([&] { return editor.pastes() == paste; });
+    day.push_back(desktop.now().sinceStart.count());
+    desktop.runFor(100ms);
+  }
+  return day;
+}
+
+TEST(SimulatedSeedTest, TheSameSeedAndTheSameVerbsGiveTheSameDay) {
+  EXPECT_EQ(dayOf(5), dayOf(5));
+  EXPECT_NE(dayOf(5), dayOf(6));
+}
+
 TEST_F(KeyboardTest, KeysGoToWhateverIsInFrontWhenTheyArrive) {
   auto& workspace = desktop.workspace();
   Program& notes = workspace.launch({"com.example.notes", "Notes"});
