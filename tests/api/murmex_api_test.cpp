@@ -188,6 +188,8 @@ TEST_F(MurmexAPITest, FaultsThatMayPassAreTriedThreeTimesAndOthersOnce) {
             "No internet connection. Check Wi-Fi or cellular data.");
   expectEnd({failure(URLErrorCode::badServerResponse)}, 0ms,
             "Connection problem. Please try again.");
+  expectEnd({simulated::Stall{}, simulated::Stall{}, simulated::Stall{}}, 3 * 60s + 1800ms,
+            "Request timed out. Please try again.");
   expectEnd({simulated::NotHTTP{}}, 0ms, "Couldn't reach the server. Please try again.");
 }
 
@@ -217,6 +219,12 @@ TEST_F(MurmexAPITest, CancellationEndsTheTransferOrTheWaitAtOnce) {
   wait.cancel();
   EXPECT_THROW(desktop_.await(wait.value()), CancellationError);
   EXPECT_EQ(network_.requestsTo("/get-config").size(), 2u);
+}
+
+TEST_F(MurmexAPITest, ARecordingMayTakeLonger) {
+  network_.handle("/transcribe", [](const RecordedRequest&) { return simulated::Stall{}; });
+  errorOf(api_.transcribe({.identity = ada}));
+  EXPECT_EQ(desktop_.now(), MonotonicTime{3 * 90s + 1800ms});
 }
 
 TEST_F(MurmexAPITest, AReplyThatIsNotTheRecordIsADecodingError) {

@@ -27,7 +27,7 @@ class DictationShortcutsTest : public InputTest {
 
 TEST_F(DictationShortcutsTest, APressActsOnceByWhateverRoutesThereAre) {
   for (const auto [tapRefused, keyboardsRefused] :
-       {std::pair{false, false}, {false, true}, {true, false}, {true, true}}) {
+       {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
     refuse(tapRefused, keyboardsRefused);
     eventTap_.stop();
     hidMonitor_.stop();
@@ -53,6 +53,19 @@ TEST_F(DictationShortcutsTest, TwoPressesWithinAQuarterOfASecondActOnce) {
   tap(pasteLast_, 250ms);
   tap(pasteLast_, 1s);
   EXPECT_THAT(asked(), ElementsAre("paste last", "paste last"));
+}
+
+TEST_F(DictationShortcutsTest, AKeyboardThatReportsAKeyTwiceFiresOnce) {
+  int fired = 0;
+  hidMonitor_.bind("test", {44, {ShortcutModifier::control}, [&] { ++fired; }});
+  hidMonitor_.start();
+  desktop_.hidKeyboards().route().setDuplication(1);
+  tap({Key::control, Key::space}, 249ms);
+  tap({Key::control, Key::space}, 1ms);
+  EXPECT_EQ(fired, 1);
+  desktop_.runFor(100ms);
+  tap({Key::control, Key::space});
+  EXPECT_EQ(fired, 2);
 }
 
 TEST_F(DictationShortcutsTest, TheTapKeepsTheChordAndItsRepeatsFromTheEditor) {
