@@ -17,6 +17,13 @@ Task<SleepEnd> sleepFor(Duration duration) {
   co_return co_await ended;
 }
 
+Task<> sleepInFull(Duration duration) {
+  const TaskContext context = co_await currentTask();
+  Completion<> elapsed(*context.mainThread);
+  const Timer timer(*context.mainThread, duration, [elapsed] { elapsed.deliver(); });
+  co_await elapsed;
+}
+
 Task<> yieldTurn() {
   const TaskContext context = co_await currentTask();
   Completion<> turn(*context.mainThread);

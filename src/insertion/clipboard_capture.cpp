@@ -65,7 +65,7 @@ Task<std::optional<std::string>> ClipboardCapture::captureInGate() {
 // The first change is taken for the answer, whoever made it.
 Task<std::optional<std::string>> ClipboardCapture::copiedText(std::int64_t changeCountBefore) {
   for (int look = 0; look < pollCount; ++look) {
-    co_await sleepFor(look == 0 ? firstLook : pollInterval);  // may be cut short; look all the same
+    co_await sleepInFull(look == 0 ? firstLook : pollInterval);
     if (pasteboard_.changeCount() != changeCountBefore) co_return pasteboard_.string();
   }
   co_return std::nullopt;

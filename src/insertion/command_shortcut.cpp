@@ -32,7 +32,7 @@ class PressedShortcut {
 
 Task<> postCommandShortcut(KeyPoster& keyPoster, CommandShortcut shortcut) {
   const PressedShortcut pressed(keyPoster, shortcut);
-  co_await sleepFor(shortcut.hold);  // a short hold is better than none: keys must come up again
+  co_await sleepInFull(shortcut.hold);
 }
 
 }  // namespace quillo

@@ -34,21 +34,6 @@ std::string applicationDescription(const RunningApplication& application) {
          std::to_string(application.processIdentifier) + ")";
 }
 
-// A pause of the sequence. One that cancellation ends early is ignored: the sequence goes on, so
-// that keys come up and the clipboard comes back.
-Task<> pauseFor(Duration duration) {
-  co_await sleepFor(duration);
-}
-
-// A pause that cancellation does not end: in a loop that waits for the world, a cancelled sleep
-// would never let time pass.
-Task<> pauseInFull(Duration duration) {
-  const TaskContext context = co_await currentTask();
-  Completion<> elapsed(*context.mainThread);
-  const Timer timer(*context.mainThread, duration, [elapsed] { elapsed.deliver(); });
-  co_await elapsed;
-}
-
 }  // namespace
 
 MacTextInsertion::MacTextInsertion(MainThread& mainThread, const Permissions& permissions,
@@ -112,20 +97,20 @@ bool MacTextInsertion::isFrontmost(const RunningApplication& target) const {
 // A target that cannot be brought to the front stops nothing: the paste goes ahead.
 Task<> MacTextInsertion::activateTarget(RunningApplication target) {
   if (isFrontmost(target)) {
-    co_await pauseFor(settleWhenFrontmost);
+    co_await sleepInFull(settleWhenFrontmost);
     co_return;
   }
   const bool accepted = workspace_.activate(target);
   log_.log("insert", "activate target=" + applicationDescription(target) +
                          " result=" + (accepted ? "true" : "false"));
   co_await waitUntilFrontmost(target);
-  co_await pauseFor(settleAfterActivation);
-  co_await pauseFor(settleBeforePaste);
+  co_await sleepInFull(settleAfterActivation);
+  co_await sleepInFull(settleBeforePaste);
 }
 
 Task<> MacTextInsertion::waitUntilFrontmost(RunningApplication target) {
   const MonotonicTime deadline = mainThread_.now() + activationDeadline;
-  while (mainThread_.now() < deadline && !isFrontmost(target)) co_await pauseInFull(activationPoll);
+  while (mainThread_.now() < deadline && !isFrontmost(target)) co_await sleepInFull(activationPoll);
 }
 
 // --- Paste ---
@@ -136,9 +121,9 @@ Task<> MacTextInsertion::pasteViaClipboard(std::string text) {
   const auto snapshot = snapshotPasteboard(pasteboard_, mainThread_);
   pasteboard_.clearContents();
   pasteboard_.setString(text);
-  co_await pauseFor(settleClipboard);
+  co_await sleepInFull(settleClipboard);
   co_await postCommandShortcut(keyPoster_, pasteShortcut);
-  co_await pauseFor(pasteAllowance);
+  co_await sleepInFull(pasteAllowance);
   // What could not be copied is lost: the user asked for the text, and the text stays instead.
   if (snapshot) restorePasteboard(pasteboard_, *snapshot);
   log_.log("insert", withLength("paste shortcut posted length=", text));

@@ -26,8 +26,8 @@ class MacTextInsertion {
 
   // Brings `target` (or else the frontmost application) to the front and pastes. True when the
   // paste keystroke was posted; whether the application took it cannot be known. False leaves the
-  // text on the clipboard and sets lastInsertFailure(). Cancellation only shortens the pauses: the
-  // keystroke and the return of the clipboard are always completed.
+  // text on the clipboard and sets lastInsertFailure(). Cancellation changes nothing once it
+  // has begun: a clipboard that came back early would be what a slow application pastes.
   Task<bool> insertText(std::string text, std::optional<RunningApplication> target);
 
   // Leaves the text on the clipboard, for the user to paste.

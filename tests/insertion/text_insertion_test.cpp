@@ -153,6 +153,7 @@ TEST_F(InsertionTest, ACancelledCallerCompletesTheKeystrokeAndTheRestore) {
   handle.cancel();
   EXPECT_TRUE(desktop_.await(handle.value()));
   EXPECT_EQ(editor_.receivedKeys().size(), 4u);  // the wait for the target was not cut short
+  EXPECT_EQ(editor_.editor().text(), "text");    // and the clipboard not given back too early
   EXPECT_EQ(pasteboard_.text(), "mine");
 }
 
