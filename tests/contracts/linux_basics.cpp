@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(RealDesktop, FileManagerContract,
                          (onLinux<FileManagerHost, LinuxFileManager>()), hostName<FileManagerHost>);
 
 // The password of the keyring of scripts/virtual-desktop.
-constexpr const char* keyringPassword = "quillo";
+constexpr std::string_view keyringPassword = "quillo";
 
 // Locks and unlocks the keyring beside the program, as the user's session would.
 class DesktopKeyring {
@@ -93,24 +93,29 @@ class DesktopKeyring {
     call("org.freedesktop.Secret.Service", "Lock", g_variant_new_parsed("([%o],)", collection));
   }
   void unlock() {
-    GVariant* const session = call("org.freedesktop.Secret.Service", "OpenSession",
-                                   g_variant_new_parsed("('plain', <''>)"));
+    const Variant session = call("org.freedesktop.Secret.Service", "OpenSession",
+                                 g_variant_new_parsed("('plain', <''>)"));
     const char* path = nullptr;
-    g_variant_get_child(session, 1, "&o", &path);
-    call("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
-         g_variant_new_parsed("(%o, (%o, @ay b'', @ay %^ay, 'text/plain'))", collection, path,
-                              keyringPassword));
+    g_variant_get_child(session.get(), 1, "&o", &path);
+    GVariant* const password = g_variant_new_fixed_array(
+        G_VARIANT_TYPE_BYTE, keyringPassword.data(), keyringPassword.size(), 1);
+    call(
+        "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
+        g_variant_new_parsed("(%o, (%o, @ay [], %@ay, 'text/plain'))", collection, path, password));
   }
 
  private:
+  using Variant = std::unique_ptr<GVariant, decltype(&g_variant_unref)>;
   static constexpr const char* collection = "/org/freedesktop/secrets/collection/login";
 
-  GVariant* call(const char* interface, const char* method, GVariant* arguments) {
+  Variant call(const char* interface, const char* method, GVariant* arguments) {
     GError* error = nullptr;
-    GVariant* const answer = g_dbus_connection_call_sync(
-        bus_, "org.freedesktop.secrets", "/org/freedesktop/secrets", interface, method, arguments,
-        nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error);
-    EXPECT_EQ(error, nullptr) << method << ": " << error->message;
+    Variant answer(g_dbus_connection_call_sync(
+                       bus_, "org.freedesktop.secrets", "/org/freedesktop/secrets", interface,
+                       method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error),
+                   &g_variant_unref);
+    if (error) ADD_FAILURE() << method << ": " << error->message;
+    g_clear_error(&error);
     return answer;
   }
 
