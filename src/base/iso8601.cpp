@@ -38,7 +38,7 @@ std::optional<Date> dateFromIso8601(std::string_view text) {
              h = digits(text, 11, 2), mi = digits(text, 14, 2), s = digits(text, 17, 2);
   if (!y || !mo || !d || !h || !mi || !s || *h > 23 || *mi > 59 || *s > 59) return std::nullopt;
   const year_month_day ymd{year(*y), month(unsigned(*mo)), day(unsigned(*d))};
-  if (!ymd.ok()) return std::nullopt;
+  if (!ymd.ok() || *y < 1678 || *y > 2261) return std::nullopt;  // what a Date can hold
   return sys_days(ymd) + hours(*h) + minutes(*mi) + seconds(*s);
 }
 

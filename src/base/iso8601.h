@@ -11,7 +11,7 @@ namespace quillo {
 
 // Fractions of a second are dropped.
 std::string iso8601(Date date);
-// Nothing for any other form or for a day that no calendar has.
+// Nothing for any other form, a day that no calendar has, or a year outside 1678...2261.
 std::optional<Date> dateFromIso8601(std::string_view text);
 
 }  // namespace quillo

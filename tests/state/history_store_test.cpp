@@ -94,6 +94,7 @@ TEST_F(HistoryTest, TheFileIsReadWholeOrNotAtAll) {
   const std::vector<std::string> bad = {
       R"({"id":"6f9619ff-8b86-d011-b42d-00c04fc964ff","finalText":"no date"})",
       entryJson("2026-02-30T00:00:00Z", "no such day"),
+      entryJson("9999-01-01T00:00:00Z", "no date that we can count"),
       entryJson("2026-03-01T00:00:00Z", "name of another type", R"(,"targetAppName":5)"), "7"};
   for (const std::string& element : bad) {
     put(deviceFile, "[" + good + "," + element + "]");
