@@ -1,0 +1,18 @@
+// Event taps, which X11 does not have.
+#pragma once
+
+#include "platform/keyboard.h"
+
+namespace quillo::linux_host {
+
+// No program may look at every key before the focused application and swallow some: the tap is
+// declined, and registered hot keys serve.
+class X11EventTaps final : public EventTaps {
+ public:
+  std::unique_ptr<Tap> createKeyDownTap(std::function<TapVerdict(const KeyEvent&)>,
+                                        std::function<void(TapInterruption)>) override {
+    return nullptr;
+  }
+};
+
+}  // namespace quillo::linux_host

@@ -1,0 +1,80 @@
+// Registered hot keys as passive grabs of the X server.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <bitset>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "base/log.h"
+#include "base/main_thread.h"
+#include "hosts/linux/x11_connection.h"
+#include "hosts/linux/x11_event_source.h"
+#include "hosts/linux/x11_keyboard.h"
+#include "platform/keyboard.h"
+
+namespace quillo::linux_host {
+
+// Main thread. While a grabbed chord is down the server takes the keyboard from the focused
+// application, which then seems unfocused and receives no paste. So the keyboard is given back as
+// soon as the chord is seen, and taken again only when the user lets a modifier go first: the
+// application would receive the key's repeats.
+class X11HotKeys final : public HotKeys {
+ public:
+  // All arguments outlive the hot keys.
+  X11HotKeys(MainThread& mainThread, X11Connection& connection, X11EventSource& events,
+             X11Keyboard& keyboard, Log& log);
+  ~X11HotKeys() override;
+
+  Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                              std::function<void()> pressed) override;
+
+  // Between the two, synthetic keys reach the focused application also while a chord is down.
+  void lendKeyboard();
+  void takeKeyboardBack();
+
+ private:
+  struct Chord {
+    xcb_keycode_t keycode = 0;
+    std::uint32_t modifiers = 0;
+    std::uint16_t mask = 0;
+    std::shared_ptr<std::function<void()>> pressed;
+  };
+  using ChordId = std::uint64_t;
+
+  // The layout has no key for one of the modifiers: nothing.
+  std::optional<std::uint16_t> maskOf(std::uint32_t modifiers) const;
+  Status grab(const Chord& chord);
+  bool isFreeForInputExtension(const Chord& chord);
+  void ungrab(const Chord& chord);
+  void unregister(ChordId id);
+
+  void handle(const xcb_generic_event_t& event);
+  void grabbedKeyPressed(const xcb_key_press_event_t& event);
+  void keyChanged(const KeyChange& change);
+  void layoutChanged();
+  void keepKeyboardUntilKeyIsUp();
+  void giveKeyboardBack();
+
+  MainThread& mainThread_;
+  X11Connection& connection_;
+  X11Keyboard& keyboard_;
+  Log& log_;
+  ModifierMasks masks_;  // of the layout in which the chords are grabbed
+  std::map<ChordId, Chord> chords_;
+  ChordId nextId_ = 1;
+  // Keys that went down and have not fired yet: a grab's later presses are autorepeat.
+  std::bitset<256> freshlyPressed_;
+  xcb_keycode_t heldKey_ = 0;  // of the chord that fired and whose key is still down; 0 for none
+  bool isKeyboardKept_ = false;
+  bool isKeyboardLent_ = false;
+  xcb_keycode_t lentKey_ = 0;  // of the chords that are not grabbed while the keyboard is lent
+  std::shared_ptr<void> alive_ = std::make_shared<int>();
+  std::shared_ptr<void> subscriptions_[3];
+};
+
+}  // namespace quillo::linux_host

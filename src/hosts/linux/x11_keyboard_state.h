@@ -1,0 +1,24 @@
+// What the keyboard is doing now.
+#pragma once
+
+#include "hosts/linux/x11_keyboard.h"
+#include "platform/keyboard.h"
+
+namespace quillo::linux_host {
+
+// Main thread; each question is one round trip to the server.
+class X11KeyboardState final : public KeyboardState {
+ public:
+  // `keyboard` outlives this.
+  explicit X11KeyboardState(X11Keyboard& keyboard) : keyboard_(keyboard) {}
+
+  std::uint64_t modifierFlags() const override { return keyboard_.modifierFlags(); }
+  // X11 has no secure input, but a program that grabs the keyboard (a password question, a lock
+  // screen, an open menu) receives every keystroke, a synthetic paste too.
+  bool isSecureEventInputEnabled() const override { return keyboard_.isGrabbedByAnother(); }
+
+ private:
+  X11Keyboard& keyboard_;
+};
+
+}  // namespace quillo::linux_host
