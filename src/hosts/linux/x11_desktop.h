@@ -1,0 +1,52 @@
+// The parts of an X11 desktop: applications, keys and the clipboard.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "base/log.h"
+#include "base/main_thread.h"
+#include "platform/keyboard.h"
+#include "platform/pasteboard.h"
+#include "platform/workspace.h"
+
+namespace quillo::linux_host {
+
+// Main thread, made after QCoreApplication. What the ports gave out (registrations, monitors,
+// managers) may outlive the desktop, but ends with it.
+class X11Desktop {
+ public:
+  struct Arguments {
+    MainThread& mainThread;
+    Log& log;
+    std::optional<std::string> ownBundleIdentifier;
+    // Called once, in the event loop, when the server has gone. Nothing works any more then.
+    std::function<void()> lost;
+  };
+  struct Opened {
+    std::unique_ptr<X11Desktop> desktop;
+    std::string refusal;  // a sentence for the user when there is no desktop
+  };
+
+  // The references of the arguments outlive the desktop.
+  static Opened open(Arguments arguments);
+  ~X11Desktop();
+
+  Workspace& workspace();
+  HotKeys& hotKeys();
+  EventTaps& eventTaps();
+  EventMonitors& eventMonitors();
+  HIDKeyboards& hidKeyboards();
+  KeyPoster& keyPoster();
+  KeyboardState& keyboardState();
+  Pasteboard& pasteboard();
+
+ private:
+  struct Parts;
+  explicit X11Desktop(std::unique_ptr<Parts> parts);
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace quillo::linux_host
