@@ -35,7 +35,10 @@ Task<Delivery::End> Delivery::deliver(FinishedText text) {
   const bool isTranslated = !text.languages.areEqual();
   const bool isVerified = state_.validateTranslation && isTranslated;
   const bool isReviewed = isVerified && state_.autoPaste && !text.finalText.empty();
-  if (isVerified) co_await verify(text.finalText, text.languages);
+  if (isVerified) {
+    co_await verify(text.finalText, text.languages);
+    co_await checkCancellation();
+  }
 
   if (isReviewed) {
     const End end = co_await deliverReviewed(text);

@@ -33,7 +33,8 @@ class Delivery {
            MacHistoryStore& history, StatusPanel& panel, ReviewPanel& review,
            TransformPipeline& pipeline, Log& log);
 
-  // Delivers by the user's settings, and keeps the dictation in history.
+  // Delivers by the user's settings, and keeps the dictation in history. Throws when it is
+  // cancelled before the text is on its way.
   Task<End> deliver(FinishedText text);
 
   // Pastes an earlier result into `target`.
