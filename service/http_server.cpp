@@ -21,6 +21,7 @@ constexpr const char* loopback = "127.0.0.1";
 constexpr std::size_t connectionThreads = 48;
 // Longer than a dictation, so that the connection that was warmed up at its start still serves.
 constexpr time_t keepAliveSeconds = 120;
+constexpr int waitingConnections = 128;
 constexpr std::size_t requestsOnAConnection = 1'000'000;
 
 // The library would share the port with whoever listens there already (SO_REUSEPORT).
@@ -79,16 +80,22 @@ ServiceError refusalOfStatus(int status) {
   }
 }
 
+// Takes more connections at once than the library's five.
+class PatientServer : public httplib::Server {
+ public:
+  void lengthenQueue() { ::listen(svr_sock_, waitingConnections); }
+};
+
 }  // namespace
 
 struct HttpServer::Listener {
-  httplib::Server server;
+  PatientServer server;
   std::future<void> ended;
 };
 
 HttpServer::HttpServer(Settings settings)
     : settings_(std::move(settings)), listener_(std::make_unique<Listener>()) {
-  httplib::Server& server = listener_->server;
+  PatientServer& server = listener_->server;
   server.set_socket_options(claimPortAlone);
   server.set_tcp_nodelay(true);
   server.set_keep_alive_max_count(requestsOnAConnection);
@@ -132,6 +139,7 @@ HttpServer::HttpServer(Settings settings)
   if (port_ <= 0)
     throw std::runtime_error("cannot listen on 127.0.0.1 port " + std::to_string(settings_.port) +
                              ": it is in use");
+  server.lengthenQueue();
 }
 
 HttpServer::~HttpServer() {

@@ -17,9 +17,8 @@ struct FillerPhrase {
   std::string_view second;
 };
 constexpr std::array fillerPhrases{FillerPhrase{"you", "know"}, FillerPhrase{"i", "mean"}};
-constexpr std::array<std::string_view, 14> meaningfulBefore{
-    "do",   "did",  "does", "if",     "that",  "let",    "as",
-    "what", "when", "will", "should", "don't", "didn't", "would"};
+constexpr std::array<std::string_view, 11> meaningfulBefore{
+    "do", "did", "does", "if", "that", "let", "as", "what", "when", "don't", "didn't"};
 constexpr std::array<std::string_view, 22> meaningfulAfter{
     "what", "how",  "why",  "who",  "when", "where", "that", "if", "about", "him",  "her",
     "it",   "them", "this", "your", "me",   "us",    "the",  "a",  "an",    "well", "business"};

@@ -10,6 +10,7 @@
 #include "service/pronunciation.h"
 
 struct ps_decoder_s;
+struct ngram_model_s;
 
 namespace quillo::service {
 
@@ -39,6 +40,7 @@ class Recogniser {
 
   Pronunciation& pronunciation_;
   std::unique_ptr<ps_decoder_s, int (*)(ps_decoder_s*)> decoder_;
+  ngram_model_s* languageModel_ = nullptr;  // the decoder's
   std::size_t learned_ = 0;
 };
 

@@ -114,14 +114,26 @@ bool isAddress(const Piece& piece) {
   return piece.kind == PieceKind::fixed && piece.text.find_first_of(":@/`") != std::string::npos;
 }
 
-// "how are", "where did": a question word with its verb, or a verb with its subject.
+// How far behind a question word its verb may stand, as in "how many people are there".
+constexpr int furthestVerb = 3;
+
+std::string wordAt(const Pieces& pieces, std::ptrdiff_t index) {
+  return index < std::ssize(pieces) ? lowercased(pieces[index].text) : std::string();
+}
+
+// A verb before its subject, or a question word with its verb right behind it or before a subject.
 bool asks(const Pieces& pieces, std::ptrdiff_t start) {
-  const std::ptrdiff_t second = nextContent(pieces, start + 1);
-  if (second >= std::ssize(pieces)) return false;
-  const std::string first = lowercased(pieces[start].text);
-  const std::string then = lowercased(pieces[second].text);
-  return (isOneOf(first, questionWords) && isOneOf(then, auxiliaries)) ||
-         (isOneOf(first, auxiliaries) && isOneOf(then, subjects));
+  const std::string first = wordAt(pieces, start);
+  std::ptrdiff_t verb = nextContent(pieces, start + 1);
+  if (isOneOf(first, auxiliaries)) return isOneOf(wordAt(pieces, verb), subjects);
+  if (!isOneOf(first, questionWords)) return false;
+  if (isOneOf(wordAt(pieces, verb), auxiliaries)) return true;
+  for (int place = 1; place < furthestVerb; ++place) {
+    verb = nextContent(pieces, verb + 1);
+    const std::string behind = wordAt(pieces, nextContent(pieces, verb + 1));
+    if (isOneOf(wordAt(pieces, verb), auxiliaries) && isOneOf(behind, subjects)) return true;
+  }
+  return false;
 }
 
 struct SpokenMark {

@@ -33,14 +33,24 @@ class Suggestions {
   std::map<std::string, std::vector<std::string>> known_;
 };
 
-// The same letters in the case of a proper name or an abbreviation, or nothing.
-std::optional<std::string> capitalVariant(const std::string& word, const Dictionary& dictionary,
-                                          const std::vector<std::string>& suggestions) {
+bool hasSameLetters(const std::string& a, const std::string& b) {
+  return characterCount(a) == characterCount(b) && containsIgnoringCaseAndDiacritics(a, b);
+}
+
+// The same letters with their accents, or in the case of a proper name or an abbreviation.
+std::optional<std::string> variant(const std::string& word, const Dictionary& dictionary,
+                                   const std::vector<std::string>& suggestions) {
+  const auto accented =
+      std::find_if(suggestions.begin(), suggestions.end(), [&word](const std::string& suggestion) {
+        return isLowercase(suggestion) && hasSameLetters(suggestion, word);
+      });
+  if (accented != suggestions.end()) return *accented;
   std::string name = capitalisedFirst(word);
   if (dictionary.knows(name)) return name;
-  for (const std::string& suggestion : suggestions)
-    if (lowercased(suggestion) == word) return suggestion;
-  return std::nullopt;
+  const auto other = std::find_if(
+      suggestions.begin(), suggestions.end(),
+      [&word](const std::string& suggestion) { return hasSameLetters(suggestion, word); });
+  return other != suggestions.end() ? std::optional(*other) : std::nullopt;
 }
 
 bool isUnknownLowercase(const Piece& piece, const Dictionary& dictionary) {
@@ -53,15 +63,17 @@ bool isLostBlank(const std::string& suggestion, std::string_view word) {
          std::string_view(suggestion).substr(2) == word.substr(1);
 }
 
+bool isNear(const std::string& suggestion, const std::string& word) {
+  return suggestion.find_first_of(" -") == std::string::npos && isLowercase(suggestion) &&
+         editDistance(word, suggestion) <= allowedDistance(characterCount(word));
+}
+
 std::vector<std::string> corrections(const std::string& word,
                                      const std::vector<std::string>& suggestions) {
+  if (!suggestions.empty() && isLostBlank(suggestions.front(), word)) return {suggestions.front()};
   std::vector<std::string> near;
-  for (const std::string& suggestion : suggestions) {
-    const bool close = suggestion.find_first_of(" -") == std::string::npos &&
-                       isLowercase(suggestion) &&
-                       editDistance(word, suggestion) <= allowedDistance(characterCount(word));
-    if (close || isLostBlank(suggestion, word)) near.push_back(suggestion);
-  }
+  std::copy_if(suggestions.begin(), suggestions.end(), std::back_inserter(near),
+               [&word](const std::string& suggestion) { return isNear(suggestion, word); });
   return near;
 }
 
@@ -122,8 +134,8 @@ void correctWords(Pieces& pieces, TextOrigin origin, const Dictionary& dictionar
     Piece& piece = pieces[i];
     if (!isUnknownLowercase(piece, dictionary)) continue;
     const auto& suggested = suggestions.of(piece.text);
-    if (auto variant = capitalVariant(piece.text, dictionary, suggested)) {
-      piece.text = *std::move(variant);
+    if (auto same = variant(piece.text, dictionary, suggested)) {
+      piece.text = *std::move(same);
       continue;
     }
     if (origin == TextOrigin::spoken || characterCount(piece.text) < shortestCorrected) continue;

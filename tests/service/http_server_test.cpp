@@ -1,0 +1,161 @@
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <future>
+
+#include "service/running_service.h"
+
+namespace quillo::service {
+namespace {
+
+// What the service answers to raw bytes and the end of the stream, until it closes the connection.
+std::string exchange(int port, const std::string& bytes) {
+  const int connection = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  EXPECT_EQ(::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  ::shutdown(connection, SHUT_WR);
+  std::string reply;
+  std::array<char, 4096> buffer{};
+  for (ssize_t count = 0; (count = ::recv(connection, buffer.data(), buffer.size(), 0)) > 0;)
+    reply.append(buffer.data(), static_cast<std::size_t>(count));
+  ::close(connection);
+  return reply;
+}
+
+TEST(HttpServer, DemandsTheAnonymousKeyOnEveryRoute) {
+  RunningService service;
+  httplib::Client client = service.client();
+  EXPECT_EQ(Service::anonymousKey().size(), 208u);
+  EXPECT_EQ(client.Get("/functions/v1/get-config")->status, 401);
+  EXPECT_EQ(client.Get("/functions/v1/get-config", {{"apikey", "guess"}})->status, 401);
+  EXPECT_EQ(client.Options("/functions/v1/transcribe")->status, 401);
+  EXPECT_EQ(client.Get("/functions/v1/get-config", RunningService::key())->status, 200);
+}
+
+TEST(HttpServer, AnswersWrongRequestsWithAStatusAndJson) {
+  RunningService service;
+  const Identity ada = guest("qd_ada");
+  const auto headers = RunningService::headersOf(ada);
+
+  const Answer unknown = service.get("/functions/v1/nowhere");
+  EXPECT_EQ(unknown.status, 404);
+  EXPECT_EQ(unknown.at("error"), "not_found");
+
+  const Answer method = service.get("/functions/v1/transform", headers);
+  EXPECT_EQ(method.status, 405);
+  EXPECT_EQ(method.at("error"), "method_not_allowed");
+
+  for (const char* body : {"", "{", "[]", "\"text\"", "\xff\xfe"}) {
+    const Answer bad = service.postText("/functions/v1/transform", body, headers);
+    EXPECT_EQ(bad.status, 400) << body;
+    EXPECT_FALSE(bad.at("message").empty());
+  }
+  EXPECT_EQ(service.postText("/auth/v1/signup", std::string(100'000, '['), {}).status, 400);
+
+  const Answer mistyped = service.transform(ada, {{"text", 5}});
+  EXPECT_EQ(mistyped.status, 400);
+  EXPECT_EQ(mistyped.at("message"), "In the body, text: is not a text.");
+  EXPECT_EQ(service.transform(ada, {{"tone", nullptr}}).at("message"),
+            "In the body, tone: is missing.");
+}
+
+TEST(HttpServer, RefusesUploadsThatAreTooLargeOrOfNoDeclaredLength) {
+  ServiceOptions options = testOptions();
+  options.maximumUploadBytes = 10'000;
+  RunningService service(options);
+  const Answer large = service.postText("/functions/v1/transform", std::string(20'000, ' '), {});
+  EXPECT_EQ(large.status, 413);
+  EXPECT_EQ(large.at("message"), "The upload is too large.");
+
+  const auto chunked = service.client().Post(
+      "/functions/v1/transform", RunningService::key(),
+      [](std::size_t, httplib::DataSink& sink) {
+        sink.write("hello", 5);
+        sink.done();
+        return true;
+      },
+      "application/json");
+  ASSERT_TRUE(chunked);
+  EXPECT_EQ(chunked->status, 411);
+}
+
+TEST(HttpServer, LivesOnAfterJunk) {
+  RunningService service;
+  const std::string head = "apikey: " + Service::anonymousKey() + "\r\nHost: x\r\n";
+  const std::vector<std::string> junk{
+      std::string("\0\1\2\3\r\n\r\n", 8),
+      "GET\r\n\r\n",
+      std::string(100'000, 'A'),
+      "GET / HTTP/9.9\r\n\r\n",
+      "POST /functions/v1/transcribe HTTP/1.1\r\n" + head +
+          "Content-Type: multipart/form-data\r\nContent-Length: 5\r\n\r\nhello",
+      "POST /functions/v1/transcribe HTTP/1.1\r\n" + head +
+          "Content-Type: multipart/form-data; boundary=b\r\nContent-Length: 9\r\n\r\n--b\r\nhell",
+      "POST /auth/v1/signup HTTP/1.1\r\n" + head + "Content-Length: -1\r\n\r\n{}",
+      "POST /auth/v1/signup HTTP/1.1\r\n" + head + "Content-Length: 50\r\n\r\n{}",
+  };
+  for (const std::string& bytes : junk) {
+    const std::string reply = exchange(service.port(), bytes);
+    EXPECT_EQ(reply.find("HTTP/1.1 2"), std::string::npos) << bytes.substr(0, 60);
+  }
+  EXPECT_EQ(service.get("/functions/v1/get-config").status, 200);
+}
+
+TEST(HttpServer, WarmConnectionServesTheRequestsThatFollow) {
+  RunningService service;
+  httplib::Client client = service.client();
+  client.set_keep_alive(true);
+  const auto warmUp = client.Options("/functions/v1/transcribe", RunningService::key());
+  EXPECT_EQ(warmUp->status, 204);
+  const auto socket = client.socket();
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_EQ(client.Get("/functions/v1/get-config", RunningService::key())->status, 200);
+    EXPECT_EQ(client.socket(), socket);
+  }
+}
+
+TEST(HttpServer, StopsAtOnceThoughConnectionsAreKeptAlive) {
+  RunningService service;
+  httplib::Client client = service.client();
+  client.set_keep_alive(true);
+  ASSERT_TRUE(client.Get("/functions/v1/get-config", RunningService::key()));
+  const auto begin = std::chrono::steady_clock::now();
+  service.stop();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_FALSE(client.Get("/functions/v1/get-config", RunningService::key()));
+}
+
+TEST(HttpServer, SecondServerOnThePortIsRefused) {
+  RunningService first;
+  ServiceOptions options = testOptions();
+  options.port = first.port();
+  try {
+    RunningService second(options);
+    FAIL() << "two servers share a port";
+  } catch (const std::runtime_error& error) {
+    EXPECT_NE(std::string(error.what()).find(std::to_string(first.port())), std::string::npos);
+  }
+  EXPECT_EQ(first.get("/functions/v1/get-config").status, 200);
+}
+
+TEST(HttpServer, ServesManyAtATime) {
+  RunningService service;
+  std::vector<std::future<int>> statuses;
+  for (int i = 0; i < 24; ++i) {
+    statuses.push_back(std::async(std::launch::async, [&service, i] {
+      const Identity who = guest("qd_" + std::to_string(i));
+      const int transformed = service.transform(who, {{"text", "twelve letters"}}).status;
+      return transformed == 200 ? service.usage(who).body["monthlyChars"].get<int>() : -1;
+    }));
+  }
+  for (auto& status : statuses) EXPECT_EQ(status.get(), 14);
+}
+
+}  // namespace
+}  // namespace quillo::service

@@ -1,0 +1,28 @@
+// Speech for tests: recorded people, and a synthetic voice.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quillo::service {
+
+// 16 kHz mono.
+using Samples = std::vector<std::int16_t>;
+
+// A recording of the package pocketsphinx-testdata, as "cards/001.wav".
+Samples recordedSpeech(const std::string& name);
+// English text in a synthetic voice that the recogniser understands well.
+Samples spoken(const std::string& text);
+Samples silence(double seconds);
+// Uniform noise, the same each time.
+Samples noise(double seconds);
+Samples joinedSamples(const std::vector<Samples>& parts);
+
+std::string wav(const Samples& samples);
+
+enum class Mpeg4Form { plain, fragmented };
+// AAC-LC at 48 kbit/s, as the client records.
+std::string m4a(const Samples& samples, Mpeg4Form form);
+
+}  // namespace quillo::service
