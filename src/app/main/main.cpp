@@ -9,6 +9,7 @@
 #include "hosts/linux/linux_desktop.h"
 #include "hosts/linux/single_instance.h"
 #include "hosts/linux/termination_signals.h"
+#include "hosts/linux/x11_connection.h"
 #include "shell/diagnostics_log.h"
 
 namespace quillo {
@@ -35,7 +36,7 @@ bool hasDisplay() {
 }
 
 int run(int argumentCount, char** arguments) {
-  linux_host::TerminationSignals signals;  // before any thread is made
+  linux_host::TerminationSignals termination;  // before any thread is made
   if (!hasDisplay())
     return refuse("there is no graphical desktop here (no X display answers under DISPLAY).");
   QApplication::setQuitOnLastWindowClosed(false);
@@ -66,7 +67,7 @@ int run(int argumentCount, char** arguments) {
   if (!opened.desktop) return refuse(opened.refusal);
 
   linux_host::LinuxDesktop desktop(ground, log, bundle, std::move(opened.desktop));
-  signals.deliver([&desktop] { desktop.application().terminate(); });
+  termination.deliver([&desktop] { desktop.application().terminate(); });
   instance.onReopen([&desktop] { desktop.application().reopen(); });
 
   Program program(portsOf(desktop), Backend{QUILLO_PROJECT_ROOT, QUILLO_ANON_KEY});
