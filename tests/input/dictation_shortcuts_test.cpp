@@ -124,7 +124,7 @@ TEST_F(DictationShortcutsTest, WithoutLeaveTheUserIsAskedAndTheHotKeysServe) {
   EXPECT_EQ(desktop_.permissions().listenEventRequests(), 4);  // each start asks again
   EXPECT_THAT(desktop_.log().lines(),
               testing::Contains("[hotkey] HID monitor could not start result=-536870174"));
-  desktop_.hotKeys().takeByAnotherProgram(49, 6144);
+  const auto taken = desktop_.hotKeys().takeByAnotherProgram(49, 6144);
   apply("toggle");
   EXPECT_THAT(desktop_.log().lines(),
               testing::Contains("[hotkey] failed to register id=1 status=-9878"));
@@ -166,7 +166,7 @@ TEST_F(CycleHotKeyTest, OnePressIsOneStepAndAnEarlierChordIsForgotten) {
 TEST_F(CycleHotKeyTest, TheMonitorsServeWhenEverythingElseFails) {
   desktop_.eventTaps().route().setRefused(true);
   desktop_.hidKeyboards().route().setRefused(true);
-  desktop_.hotKeys().takeByAnotherProgram(5, hot_key_modifiers::control);
+  const auto taken = desktop_.hotKeys().takeByAnotherProgram(5, hot_key_modifiers::control);
   desktop_.eventMonitors().globalRoute().setRefused(true);
   desktop_.workspace().focus(desktop_.workspace().self());
   EXPECT_TRUE(bind(5, "G"));

@@ -16,18 +16,29 @@ std::uint64_t flagsOf(std::uint32_t modifiers) {
 
 }  // namespace
 
+std::shared_ptr<RegisteredHotKeys::Registered> RegisteredHotKeys::add(
+    Chord chord, std::function<void()> pressed) {
+  std::erase_if(registered_, [](const auto& old) { return old.expired(); });
+  const bool isTaken = std::any_of(registered_.begin(), registered_.end(),
+                                   [&](const auto& other) { return other.lock()->chord == chord; });
+  if (isTaken) return nullptr;
+  auto added = std::make_shared<Registered>(Registered{chord, std::move(pressed)});
+  registered_.push_back(added);
+  return added;
+}
+
 HotKeys::Registration RegisteredHotKeys::registerHotKey(std::uint32_t keyCode,
                                                         std::uint32_t modifiers,
                                                         std::function<void()> pressed) {
-  const Chord chord(keyCode, flagsOf(modifiers));
-  std::erase_if(registered_, [](const auto& old) { return old.expired(); });
-  const bool isTaken = foreign_.contains(chord) || route_.isRefused() ||
-                       std::any_of(registered_.begin(), registered_.end(),
-                                   [&](const auto& other) { return other.lock()->chord == chord; });
-  if (isTaken) return {Status::alreadyTaken, nullptr};
-  auto registered = std::make_shared<Registered>(Registered{chord, std::move(pressed)});
-  registered_.push_back(registered);
+  if (route_.isRefused()) return {Status::alreadyTaken, nullptr};
+  auto registered = add({keyCode, flagsOf(modifiers)}, std::move(pressed));
+  if (!registered) return {Status::alreadyTaken, nullptr};
   return {Status::success, std::move(registered)};
+}
+
+std::shared_ptr<void> RegisteredHotKeys::takeByAnotherProgram(std::uint32_t keyCode,
+                                                              std::uint32_t modifiers) {
+  return add({keyCode, flagsOf(modifiers)}, nullptr);
 }
 
 bool RegisteredHotKeys::claim(const KeyEvent& event) {
@@ -35,11 +46,12 @@ bool RegisteredHotKeys::claim(const KeyEvent& event) {
   if (event.type != KeyEvent::Type::keyDown) return false;
   if (event.isAutorepeat) return claimedKeys_.contains(event.keyCode);
   const Chord chord(event.keyCode, event.flags & event_flags::chordMask);
-  bool isClaimed = foreign_.contains(chord);
+  bool isClaimed = false;
   for (const auto& weak : registered_) {
     const auto registered = weak.lock();
     if (!registered || registered->chord != chord) continue;
     isClaimed = true;
+    if (!registered->pressed) continue;
     route_.carry([weak] {
       if (const auto alive = weak.lock()) alive->pressed();
     });
@@ -48,13 +60,12 @@ bool RegisteredHotKeys::claim(const KeyEvent& event) {
   return isClaimed;
 }
 
-void RegisteredHotKeys::takeByAnotherProgram(std::uint32_t keyCode, std::uint32_t modifiers) {
-  foreign_.emplace(keyCode, flagsOf(modifiers));
-}
-
 std::size_t RegisteredHotKeys::registrationCount() const {
-  return static_cast<std::size_t>(std::count_if(registered_.begin(), registered_.end(),
-                                                [](const auto& weak) { return !weak.expired(); }));
+  return static_cast<std::size_t>(
+      std::count_if(registered_.begin(), registered_.end(), [](const auto& weak) {
+        const auto alive = weak.lock();
+        return alive && alive->pressed;
+      }));
 }
 
 }  // namespace quillo::simulated

@@ -23,8 +23,9 @@ class RegisteredHotKeys final : public HotKeys {
 
   // --- Driver ---
 
-  // Another program owns this chord from now on.
-  void takeByAnotherProgram(std::uint32_t keyCode, std::uint32_t modifiers);
+  // Another program registers this chord, until the result is dropped; null when it is taken.
+  [[nodiscard]] std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                                           std::uint32_t modifiers);
   KeyRoute& route() { return route_; }
   std::size_t registrationCount() const;
 
@@ -32,12 +33,14 @@ class RegisteredHotKeys final : public HotKeys {
   using Chord = std::pair<std::int64_t, std::uint64_t>;  // key code and chord flags
   struct Registered {
     Chord chord;
-    std::function<void()> pressed;
+    std::function<void()> pressed;  // empty for another program's
   };
+
+  // Null when the chord is taken.
+  std::shared_ptr<Registered> add(Chord chord, std::function<void()> pressed);
 
   KeyRoute route_;
   std::vector<std::weak_ptr<Registered>> registered_;
-  std::set<Chord> foreign_;
   std::set<std::int64_t> claimedKeys_;
 };
 
