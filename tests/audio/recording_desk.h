@@ -19,27 +19,28 @@ class RecordingDesk : public testing::Test {
 
   RecordingDesk() {
     // Buffers of exactly 100 ms, at the rate of the files.
-    desktop.audioDevices().builtInMicrophone().describe(
-        {.uid = "built-in", .name = "Built-in", .sampleRate = 16000});
-    microphone().setFramesPerBuffer(1600);
+    microphone.describe({.uid = "built-in", .name = "Built-in", .sampleRate = 16000});
+    microphone.setFramesPerBuffer(1600);
   }
   ~RecordingDesk() override { EXPECT_EQ(desktop.audioSystem().runningEngines(), 0); }
 
-  simulated::Microphone& microphone() { return desktop.audioDevices().builtInMicrophone(); }
-
-  MacAudioRecorder::StartArguments arguments() {
+  MacAudioRecorder::StartArguments arguments(std::string deviceUID = "") {
     return {
         .maxDurationSeconds = 600,
+        .deviceUID = std::move(deviceUID),
         .onLevel = [this](float level) { levels.push_back({desktop.now(), level}); },
         .onMaxDuration = [this] { ++maxDurations; },
         .onSegmentReady = [this](const Result& segment) { segments.push_back(segment); },
     };
   }
-  // Records until everything that was planned has been said, and a buffer's length more.
-  std::optional<Result> recordAll() {
-    recorder.start(arguments());
-    desktop.runFor(desktop.voice().end() - desktop.now());
+  std::optional<Result> record(MacAudioRecorder::StartArguments arguments, Duration duration) {
+    recorder.start(std::move(arguments));
+    desktop.runFor(duration);
     return recorder.stop();
+  }
+  // Until everything that was planned has been said.
+  std::optional<Result> recordAll() {
+    return record(arguments(), desktop.voice().end() - desktop.now());
   }
   std::vector<double> segmentSeconds() const {
     std::vector<double> seconds;
@@ -53,10 +54,12 @@ class RecordingDesk : public testing::Test {
   };
 
   simulated::SimulatedDesktop desktop;
+  simulated::SimulatedAudioDevices& devices = desktop.audioDevices();
+  simulated::Microphone& microphone = devices.builtInMicrophone();
   std::vector<Level> levels;
   std::vector<Result> segments;
   int maxDurations = 0;
-  MacAudioRecorder recorder{desktop.mainThread(), desktop.audioSystem(), desktop.audioDevices(),
+  MacAudioRecorder recorder{desktop.mainThread(), desktop.audioSystem(), devices,
                             desktop.files(),      desktop.random(),      desktop.log()};
 };
 

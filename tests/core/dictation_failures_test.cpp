@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "api/api_error.h"
-#include "core/failed_recording.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "platform/url_session.h"
 #include "recorded_panels.h"
@@ -96,47 +95,6 @@ TEST(DictationFailuresTest, AsksWhetherToSeeThePlans) {
   EXPECT_EQ(ask(LimitScope::device, 0).messageText, "This Mac's free limit reached");
   EXPECT_EQ(navigator.plansOpened, 1);
   EXPECT_EQ(desktop.application().activations(), 2);
-}
-
-class FailedRecordingTest : public testing::Test {
- protected:
-  MacAudioRecorder::RecordingResult recorded(const std::string& name) {
-    const FilePath path = *desktop.files().directory(UserDirectory::caches) / name;
-    desktop.files().createEmpty(path);
-    return {.fileURL = path};
-  }
-  std::vector<std::string> files() {
-    std::vector<std::string> names;
-    for (const FilePath& path : desktop.files().allFiles()) names.push_back(path.filename());
-    return names;
-  }
-
-  simulated::SimulatedDesktop desktop;
-  Published<bool> canRetryLast{false};
-  FailedRecording failed{desktop.files(), canRetryLast};
-};
-
-TEST_F(FailedRecordingTest, KeepsOneFileAndDeletesTheOthers) {
-  const auto first = recorded("1"), second = recorded("2"), third = recorded("3");
-  failed.discard(first);
-  EXPECT_THAT(files(), ElementsAre("2", "3")) << "a delivered dictation needs no file";
-  failed.keep(second);
-  EXPECT_TRUE(canRetryLast);
-  failed.discard(third);
-  EXPECT_THAT(files(), ElementsAre("2")) << "the failure of another dictation stays on offer";
-  EXPECT_TRUE(canRetryLast);
-  failed.keep(second);
-  EXPECT_THAT(files(), ElementsAre("2")) << "a failed retry keeps its file";
-  const auto fourth = recorded("4");
-  failed.keep(fourth);
-  EXPECT_THAT(files(), ElementsAre("4")) << "the older failure goes";
-  failed.discard(fourth);
-  EXPECT_THAT(files(), ElementsAre()) << "its retry was delivered";
-  EXPECT_FALSE(canRetryLast || failed.recording());
-  failed.keep(recorded("5"));
-  failed.dismiss();
-  EXPECT_THAT(files(), ElementsAre());
-  EXPECT_FALSE(canRetryLast || failed.recording());
 }
 
 }  // namespace

@@ -89,7 +89,7 @@ TEST_F(DictationFlow, TheTargetIsFixedAtTheStart) {
   EXPECT_EQ(browser.editor().text(), "from the window");
 }
 
-TEST_F(DictationFlow, NothingIsRecordedOrPlayedWhenTheUserDoesNotWantIt) {
+TEST_F(DictationFlow, CuesAndHistoryAreTheUsersChoice) {
   state.historyEnabled = false;
   state.soundsEnabled = false;
   dictate("quiet");
@@ -99,19 +99,7 @@ TEST_F(DictationFlow, NothingIsRecordedOrPlayedWhenTheUserDoesNotWantIt) {
 
 // --- Gates ---
 
-TEST_F(DictationFlow, ASignedOutUserIsSentToSignIn) {
-  auth.signOut();
-  toggle();
-  EXPECT_EQ(dictation.statusText.get(), "Sign in to dictate");
-  EXPECT_EQ(errorLine(), "Opening sign-in…");
-  EXPECT_THAT(navigator.signInMessages,
-              ElementsAre("Dictation needs an account on Mac. Your free plan is included — sign in "
-                          "to start dictating."));
-  EXPECT_THAT(panel.requests, ElementsAre("show", "hide after 2.00"));
-  EXPECT_THAT(desktop.network().requestsTo("/transcribe"), IsEmpty());
-}
-
-TEST_F(DictationFlow, ADeniedMicrophoneEndsTheStart) {
+TEST_F(DictationFlow, NobodyDictatesWithoutAnAccountAndAMicrophone) {
   using Decision = simulated::SwitchedPermissions::Decision;
   desktop.permissions().setMicrophone(Decision::undecided);
   desktop.permissions().answerMicrophoneQuestion(Decision::denied, 2s);
@@ -119,7 +107,16 @@ TEST_F(DictationFlow, ADeniedMicrophoneEndsTheStart) {
   desktop.runFor(2s);
   EXPECT_EQ(dictation.statusText.get(), "Microphone permission needed");
   EXPECT_EQ(errorLine(), "Enable microphone access in System Settings.");
-  EXPECT_EQ(panel.last(), "hide after 3.00");
+
+  auth.signOut();
+  toggle();
+  EXPECT_EQ(dictation.statusText.get(), "Sign in to dictate");
+  EXPECT_EQ(errorLine(), "Opening sign-in…");
+  EXPECT_THAT(navigator.signInMessages,
+              ElementsAre("Dictation needs an account on Mac. Your free plan is included — sign in "
+                          "to start dictating."));
+  EXPECT_THAT(panel.requests, ElementsAre("show", "hide after 3.00", "show", "hide after 2.00"));
+  EXPECT_THAT(desktop.network().requestsTo("/transcribe"), IsEmpty()) << "not even a warm-up";
 }
 
 TEST_F(DictationFlow, TwoStartsThatWaitForThePermissionBecomeOneRecording) {
@@ -137,26 +134,24 @@ TEST_F(DictationFlow, TwoStartsThatWaitForThePermissionBecomeOneRecording) {
   EXPECT_EQ(editor.editor().text(), "hello there");
 }
 
-TEST_F(DictationFlow, AStaleSessionIsRefreshedWhileTheUserSpeaks) {
+TEST_F(DictationFlow, ASessionIsRefreshedWhileTheUserSpeaksOrWhenItIsRefused) {
+  const auto renewAs = [this](const std::string& token) {
+    desktop.network().reply("/auth/v1/token", Reply{.body = encodeJson({{"access_token", token},
+                                                                        {"refresh_token", "r"},
+                                                                        {"expires_in", 3600}}),
+                                                    .delay = 1s});
+  };
   desktop.userDefaults().setNumber("mac.tokenExpiresAt", 0);
-  desktop.network().reply(
-      "/auth/v1/token",
-      Reply{.body = R"({"access_token":"access-2","refresh_token":"r","expires_in":3600})",
-            .delay = 1s});
+  renewAs("access-2");
   dictate("fresh");
   EXPECT_EQ(transcriptions().at(0).header("X-Quillo-API-Key"), "access-2");
-  EXPECT_THAT(desktop.network().requestsTo("/auth/v1/token"), SizeIs(1));
-  EXPECT_EQ(editor.editor().text(), "fresh");
-}
 
-TEST_F(DictationFlow, ARefusedSessionIsRefreshedAndTheRequestMadeAgain) {
   desktop.network().reply("/transcribe", Reply{.status = 401, .body = "{}"});
-  desktop.network().reply("/auth/v1/token",
-                          Reply{.body = R"({"access_token":"access-2","refresh_token":"r"})"});
-  dictate("once more");
-  ASSERT_THAT(transcriptions(), SizeIs(2));
-  EXPECT_EQ(transcriptions().at(1).header("X-Quillo-API-Key"), "access-2");
-  EXPECT_EQ(editor.editor().text(), "once more");
+  renewAs("access-3");
+  dictate(" again");
+  ASSERT_THAT(transcriptions(), SizeIs(3));
+  EXPECT_EQ(transcriptions().at(2).header("X-Quillo-API-Key"), "access-3");
+  EXPECT_EQ(editor.editor().text(), "freshagain");
 }
 
 // --- Start attempts ---
@@ -222,11 +217,6 @@ TEST_F(DictationFlow, ASlowMicrophoneHas350Milliseconds) {
   microphone.setFirstBufferDelay(260ms);  // and 85 ms for the buffer
   dictate("just in time");
   EXPECT_THAT(logged(), IsEmpty());
-  microphone.setFirstBufferDelay(270ms);
-  toggle();
-  desktop.runFor(3s);
-  EXPECT_EQ(dictation.statusText.get(), "Could not start recording");
-  orphanedRecordings = 4;
 }
 
 TEST_F(DictationFlow, TwoTogglesAtOnceLeaveOneRecordingAndNoOrphan) {
@@ -241,8 +231,7 @@ TEST_F(DictationFlow, TwoTogglesAtOnceLeaveOneRecordingAndNoOrphan) {
   EXPECT_EQ(editor.editor().text(), "hello there");
 }
 
-TEST_F(DictationFlow, QuietSpeechIsAmplified) {
-  desktop.audioDevices().builtInMicrophone().setFramesPerBuffer(4800);
+TEST_F(DictationFlow, QuietSpeechIsAmplifiedInDiscreetMode) {
   const auto levelWhileSpeaking = [this] {
     desktop.voice().speak(3s, -30.0);
     toggle();
@@ -251,10 +240,9 @@ TEST_F(DictationFlow, QuietSpeechIsAmplified) {
     finish();
     return level;
   };
-  EXPECT_NEAR(levelWhileSpeaking(), 1.0f / 3, 0.01);
+  EXPECT_NEAR(levelWhileSpeaking(), 0.333f, 0.01);
   state.discreetMode = true;
-  EXPECT_NEAR(levelWhileSpeaking(), 1.0f / 3 + 0.265f, 0.01);  // 8 dB more
-  EXPECT_EQ(dictation.audioLevel.get(), 0.0f);
+  EXPECT_NEAR(levelWhileSpeaking(), 0.599f, 0.01);  // 8 dB more
 }
 
 // --- Hold ---
@@ -312,26 +300,29 @@ TEST_F(DictationFlow, WhoStopsAtTheLimitKeepsTheNextRecording) {
   finish();
 }
 
-TEST_F(DictationFlow, ARecordingOf499MillisecondsIsRefused) {
-  desktop.audioDevices().builtInMicrophone().setFramesPerBuffer(480);
-  record(399ms);  // and 100 ms until it was live, or less
-  const Duration lived = desktop.now() - desktop.sounds().played().back().time;
-  ASSERT_LT(lived, 500ms);
+TEST_F(DictationFlow, ARecordingWithNothingInItIsRefused) {
+  record(200ms);
   finish();
   EXPECT_EQ(errorLine(), "Recording was too short.");
   EXPECT_EQ(dictation.statusText.get(), "Ready");
   EXPECT_EQ(panel.last(), "hide after 3.00");
-  EXPECT_THAT(logged(), ElementsAre("recording validation failed: Recording was too short."));
-  EXPECT_THAT(transcriptions(), IsEmpty());
-}
 
-TEST_F(DictationFlow, AFileWithoutAudioIsRefused) {
   record(200ms);
   desktop.files().setFull(true);
   desktop.runFor(1s);
   finish();
   EXPECT_EQ(errorLine(), "No usable audio was captured.");
+  EXPECT_THAT(logged(), ElementsAre("recording validation failed: Recording was too short.",
+                                    "recording validation failed: No usable audio was captured."));
   EXPECT_THAT(transcriptions(), IsEmpty());
+
+  const auto judge = [](std::int64_t ms, std::int64_t size) {
+    const auto problem = MacAudioRecorder::validate({.durationMs = ms, .fileSize = size});
+    return problem ? problem->description() : "";
+  };
+  EXPECT_EQ(judge(499, 9999), "Recording was too short.");
+  EXPECT_EQ(judge(500, 1023), "No usable audio was captured.");
+  EXPECT_EQ(judge(500, 1024), "");
 }
 
 TEST_F(DictationFlow, SilenceIsNoSpeech) {

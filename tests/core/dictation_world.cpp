@@ -1,7 +1,5 @@
 #include "dictation_world.h"
 
-#include <algorithm>
-
 namespace quillo {
 namespace {
 
@@ -18,6 +16,12 @@ Reply transformation(const std::string& text, Duration delay) {
 }
 
 }  // namespace
+
+SignedInDesktop::SignedInDesktop() {
+  keychain().setItem("com.murmex.mac.auth", "mac.accessToken", "access-1");
+  keychain().setItem("com.murmex.mac.auth", "mac.refreshToken", "refresh-1");
+  userDefaults().setNumber("mac.tokenExpiresAt", secondsSince1970(clock().now()) + 86400);
+}
 
 DictationWorld::DictationWorld() {
   auto& network = desktop.network();
@@ -71,9 +75,9 @@ void DictationWorld::transforms(const std::string& text, Duration delay) {
   desktop.network().reply("/transform", transformation(text, delay));
 }
 
-std::vector<std::string> DictationWorld::logged(const std::string& category) const {
+std::vector<std::string> DictationWorld::logged(const std::string& category) {
   std::vector<std::string> messages;
-  for (const auto& entry : const_cast<SignedInDesktop&>(desktop).log().entries()) {
+  for (const auto& entry : desktop.log().entries()) {
     if (entry.category == category) messages.push_back(entry.message);
   }
   return messages;

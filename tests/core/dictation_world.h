@@ -23,16 +23,9 @@ using simulated::RecordedRequest;
 using simulated::Reply;
 using simulated::Stall;
 
-// The disk, settings and keychain of a user who signed in an hour ago.
+// With the session of a user who signed in before.
 struct SignedInDesktop : simulated::SimulatedDesktop {
-  SignedInDesktop() {
-    keychain().setItem("com.murmex.mac.auth", "mac.accessToken", "access-1");
-    keychain().setItem("com.murmex.mac.auth", "mac.refreshToken", "refresh-1");
-    userDefaults().setText("mac.userId", "ada");
-    userDefaults().setNumber("mac.tokenExpiresAt", secondsSince1970(clock().now()) + 86400);
-    userDefaults().setText("mac.deviceId", "qd_device_1");
-    userDefaults().setText("inputLanguage", "en-US");
-  }
+  SignedInDesktop();
 };
 
 class DictationWorld {
@@ -67,7 +60,7 @@ class DictationWorld {
 
   // --- What can be seen ---
 
-  std::vector<std::string> logged(const std::string& category = "dictation") const;
+  std::vector<std::string> logged(const std::string& category = "dictation");
   // Recording files on the disk, by name.
   std::vector<std::string> recordings();
   std::string clipboard() { return desktop.pasteboard().text().value_or(""); }

@@ -32,62 +32,45 @@ class FailureFlow : public DictationFlow {
 
 // --- Errors keep the audio ---
 
-struct ErrorCase {
-  std::vector<simulated::Answer> answers;
-  const char* status;
-  const char* message;
-};
-
-class FailureTexts : public FailureFlow, public testing::WithParamInterface<ErrorCase> {};
-
-TEST_P(FailureTexts, KeepTheAudioAndSayWhatHappened) {
-  for (const auto& answer : GetParam().answers) desktop.network().reply("/transcribe", answer);
-  record(2s);
-  finish();
-  EXPECT_EQ(dictation.statusText.get(), GetParam().status);
-  EXPECT_EQ(errorLine(), GetParam().message);
-  EXPECT_EQ(panel.last(), "hide after 12.0");
-  EXPECT_THAT(logged(),
-              ElementsAre(std::string("process failed; kept retry audio: ") + GetParam().message));
-  EXPECT_TRUE(dictation.canRetryLast);
-  EXPECT_EQ(editor.editor().text(), "");
-  EXPECT_THAT(desktop.sounds().names(), ElementsAre("Tink"));
-  EXPECT_FALSE(desktop.network().hasQueuedAnswers());
-
-  retry();
-  EXPECT_EQ(editor.editor().text(), "hello there") << "no word is lost";
+TEST(FailureTexts, KeepTheAudioAndSayWhatHappened) {
+  struct Case {
+    std::vector<simulated::Answer> answers;
+    std::string status, message;
+  };
+  constexpr auto offline = URLErrorCode::notConnectedToInternet;
+  constexpr auto insecure = URLErrorCode::secureConnectionFailed;
+  const std::string general = "Couldn't transcribe";
+  const std::vector<Case> cases = {
+      {{Failure{offline}, Failure{offline}, Failure{offline}},
+       "Connection problem",
+       "No internet connection. Check Wi-Fi or cellular data."},
+      {{Failure{insecure}}, "Connection problem", "Connection problem. Please try again."},
+      {{Stall{}, Stall{}, Stall{}}, "Request timed out", "Request timed out. Please try again."},
+      {{Reply{.status = 503}, Reply{.status = 500}, Reply{.status = 503, .body = "Busy"}},
+       general,
+       "Busy"},
+      {{Reply{.status = 429, .body = R"({"error":"slow down"})"}}, general, "slow down"},
+      {{Reply{.body = "<html>"}}, general, "Something went wrong. Please try again."},
+      {{simulated::NotHTTP{}}, general, "Couldn't reach the server. Please try again."},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.message);
+    DictationWorld world;
+    for (const auto& answer : each.answers) world.desktop.network().reply("/transcribe", answer);
+    world.record(2s);
+    world.finish();
+    EXPECT_EQ(world.dictation.statusText.get(), each.status);
+    EXPECT_EQ(world.errorLine(), each.message);
+    EXPECT_EQ(world.panel.last(), "hide after 12.0");
+    EXPECT_THAT(world.logged(), ElementsAre("process failed; kept retry audio: " + each.message));
+    EXPECT_EQ(world.editor.editor().text(), "");
+    EXPECT_THAT(world.desktop.sounds().names(), ElementsAre("Tink"));
+    world.dictation.retryLastRecording();
+    world.settle();
+    EXPECT_EQ(world.editor.editor().text(), "hello there") << "no word is lost";
+    EXPECT_THAT(world.recordings(), IsEmpty());
+  }
 }
-
-constexpr auto offline = URLErrorCode::notConnectedToInternet;
-
-INSTANTIATE_TEST_SUITE_P(
-    Answers, FailureTexts,
-    testing::Values(ErrorCase{{Failure{offline}, Failure{offline}, Failure{offline}},
-                              "Connection problem",
-                              "No internet connection. Check Wi-Fi or cellular data."},
-                    ErrorCase{{Failure{URLErrorCode::secureConnectionFailed}},
-                              "Connection problem",
-                              "Connection problem. Please try again."},
-                    ErrorCase{{Stall{}, Stall{}, Stall{}},
-                              "Request timed out",
-                              "Request timed out. Please try again."},
-                    ErrorCase{{Reply{.status = 503}, Reply{.status = 500},
-                               Reply{.status = 503, .body = "Busy"}},
-                              "Couldn't transcribe",
-                              "Busy"},
-                    ErrorCase{{Reply{.status = 429, .body = R"({"error":"slow down"})"}},
-                              "Couldn't transcribe",
-                              "slow down"},
-                    ErrorCase{
-                        {Reply{.status = 413, .body = R"({"message":"The file is too large."})"}},
-                        "Recording too large",
-                        "The file is too large."},
-                    ErrorCase{{Reply{.body = "<html>"}},
-                              "Couldn't transcribe",
-                              "Something went wrong. Please try again."},
-                    ErrorCase{{simulated::NotHTTP{}},
-                              "Couldn't transcribe",
-                              "Couldn't reach the server. Please try again."}));
 
 // --- Retry and Dismiss ---
 
@@ -113,23 +96,22 @@ TEST_F(FailureFlow, RetrySendsTheKeptFileToTheLastApplication) {
   EXPECT_THAT(recordings(), IsEmpty());
 }
 
-TEST_F(FailureFlow, AFailedRetryKeepsTheSameFile) {
-  const std::string file = failedDictation();
+TEST_F(FailureFlow, OneFileIsKeptUntilItsWordsAreDelivered) {
+  const std::string older = failedDictation();
   failTranscription();
   retry();
   EXPECT_EQ(dictation.statusText.get(), "Couldn't transcribe");
-  EXPECT_THAT(recordings(), ElementsAre(file));
-  EXPECT_TRUE(dictation.canRetryLast);
-}
-
-TEST_F(FailureFlow, OnlyTheNewerOfTwoFailuresIsKept) {
-  const std::string older = failedDictation();
+  EXPECT_THAT(recordings(), ElementsAre(older)) << "a failed retry keeps it";
   const std::string newer = failedDictation();
   EXPECT_NE(older, newer);
-  EXPECT_THAT(recordings(), ElementsAre(newer));
+  EXPECT_THAT(recordings(), ElementsAre(newer)) << "a newer failure takes its place";
   dictate("a success between");
-  EXPECT_THAT(recordings(), ElementsAre(newer)) << "stays on offer";
-  EXPECT_TRUE(dictation.canRetryLast);
+  EXPECT_THAT(recordings(), ElementsAre(newer)) << "another dictation leaves it on offer";
+  record(1s);
+  dictation.retryLastRecording();
+  desktop.runFor(1s);
+  EXPECT_TRUE(dictation.isRecording) << "a retry waits for the running dictation";
+  finish();
 }
 
 TEST_F(FailureFlow, DismissDeletesTheFile) {
@@ -152,16 +134,6 @@ TEST_F(FailureFlow, ARetryOfAMissingFileFails) {
   EXPECT_EQ(errorLine(), "Something went wrong. Please try again.");
   EXPECT_TRUE(dictation.canRetryLast);
   dictation.dismissLastFailure();
-}
-
-TEST_F(FailureFlow, RetryIsNotForTheBusy) {
-  failedDictation();
-  record(1s);
-  dictation.retryLastRecording();
-  settle();
-  EXPECT_TRUE(dictation.isRecording);
-  EXPECT_THAT(transcriptions(), SizeIs(1));
-  finish();
 }
 
 // --- Cancel ---
