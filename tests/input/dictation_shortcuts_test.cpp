@@ -120,11 +120,11 @@ TEST_F(DictationShortcutsTest, ChangingTheShortcutLeavesNoRouteOnTheOldOne) {
 
 TEST_F(DictationShortcutsTest, WithoutLeaveTheUserIsAskedAndTheHotKeysServe) {
   desktop_.permissions().setListenEventAccess(false);
+  const auto taken = desktop_.hotKeys().takeByAnotherProgram(49, 6144);
   bindAll();
   EXPECT_EQ(desktop_.permissions().listenEventRequests(), 4);  // each start asks again
   EXPECT_THAT(desktop_.log().lines(),
               testing::Contains("[hotkey] HID monitor could not start result=-536870174"));
-  const auto taken = desktop_.hotKeys().takeByAnotherProgram(49, 6144);
   apply("toggle");
   EXPECT_THAT(desktop_.log().lines(),
               testing::Contains("[hotkey] failed to register id=1 status=-9878"));
