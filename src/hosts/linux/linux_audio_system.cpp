@@ -1,10 +1,20 @@
 #include "hosts/linux/linux_audio_system.h"
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 #include "hosts/linux/ffmpeg_audio_file.h"
 #include "hosts/linux/pulse_audio_engine.h"
 #include "hosts/linux/swresample_converter.h"
 
 namespace quillo::linux_host {
+
+LinuxAudioSystem::LinuxAudioSystem(PulseConnection& connection, Log& log)
+    : connection_(connection), log_(log) {
+  // The libraries would write their statistics to standard error.
+  av_log_set_level(AV_LOG_ERROR);
+}
 
 std::unique_ptr<AudioEngine> LinuxAudioSystem::makeEngine() {
   return std::make_unique<PulseAudioEngine>(connection_, log_);

@@ -10,7 +10,7 @@ namespace quillo::linux_host {
 class LinuxAudioSystem final : public AudioSystem {
  public:
   // Both outlive this and every engine.
-  LinuxAudioSystem(PulseConnection& connection, Log& log) : connection_(connection), log_(log) {}
+  LinuxAudioSystem(PulseConnection& connection, Log& log);
 
   std::unique_ptr<AudioEngine> makeEngine() override;
   std::unique_ptr<AudioFile> openForWriting(const FilePath& path,

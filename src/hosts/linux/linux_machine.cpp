@@ -41,9 +41,11 @@ std::uint64_t bigEndian(QByteArrayView bytes) {
 }  // namespace
 
 std::optional<std::string> platformUUIDOf(std::string_view machineId) {
+  const bool isId = machineId.size() == 32 &&
+                    machineId.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+  if (!isId) return std::nullopt;
   const auto key =
       QByteArray::fromHex(QByteArray(machineId.data(), static_cast<qsizetype>(machineId.size())));
-  if (machineId.size() != 32 || key.size() != 16) return std::nullopt;
   const QByteArray message(reinterpret_cast<const char*>(applicationId.data()),
                            static_cast<qsizetype>(applicationId.size()));
   const QByteArray hash =

@@ -34,8 +34,7 @@ bool XdgOpener::openURL(std::string_view url) {
   const auto address = QString::fromUtf8(url.data(), static_cast<qsizetype>(url.size()));
   // Without a scheme it could be taken for an option or a file.
   const QUrl parsed(address, QUrl::StrictMode);
-  return parsed.isValid() && !parsed.scheme().isEmpty() &&
-         open(parsed.toString(QUrl::FullyEncoded));
+  return parsed.isValid() && !parsed.scheme().isEmpty() && open(address);
 }
 
 }  // namespace quillo::linux_host

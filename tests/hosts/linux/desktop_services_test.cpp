@@ -1,0 +1,157 @@
+// The program towards the desktop: questions, windows, opening things, the session and the machine.
+#include <gmock/gmock.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QWindow>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "base/identifiers.h"
+#include "contracts/environment_variable.h"
+#include "contracts/linux_contract_host.h"
+#include "hosts/linux/autostart_login_item.h"
+#include "hosts/linux/bundle.h"
+#include "hosts/linux/linux_machine.h"
+#include "hosts/linux/qt_alerts.h"
+#include "hosts/linux/qt_application.h"
+#include "hosts/linux/xdg_opener.h"
+
+namespace quillo::linux_host {
+namespace {
+
+using contracts::ContractHost;
+using contracts::EnvironmentVariable;
+using contracts::LinuxContractHost;
+using contracts::TemporaryFolder;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(QtAlerts, GiveThePressedButtonWhileTimersGoOn) {
+  LinuxContractHost<ContractHost> host;
+  const Alerts::Alert question{
+      "New: edit any text, anywhere", "Turn it on?", {"Turn it on", "Not now"}};
+  const auto answer = [&](const std::function<void(QMessageBox&)>& act) {
+    host.mainThread().callAfter(milliseconds(20), [&] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_EQ(box->text().toStdString(), question.messageText);
+      act(*box);
+    });
+    return QtAlerts().runModal(question);
+  };
+  EXPECT_EQ(answer([](QMessageBox& box) { box.buttons().at(0)->click(); }), 0u);
+  EXPECT_EQ(answer([](QMessageBox& box) { box.buttons().at(1)->click(); }), 1u);
+  EXPECT_EQ(answer([](QMessageBox& box) { box.reject(); }), 1u) << "Escape is the last button";
+}
+
+TEST(QtApplication, TellsItsWindowsAndEndsThroughItsCallback) {
+  LinuxContractHost<ContractHost> host;
+  QtApplication application(bundleOfThisProgram(), host.mainThread());
+  EXPECT_EQ(application.bundle().bundleIdentifier, "com.murmex.mac");
+  EXPECT_TRUE(FilePath(application.bundle().bundlePath).is_absolute());
+
+  QWindow main;
+  QWindow panel;
+  panel.setFlags(Qt::Tool | Qt::FramelessWindowHint);
+  panel.show();
+  EXPECT_FALSE(application.hasVisibleWindows()) << "a panel is no window of the program";
+  application.orderMainWindowsFront();
+  EXPECT_TRUE(application.hasVisibleWindows());
+  main.close();
+
+  std::vector<std::string> events;
+  application.setEvents({.didBecomeActive = [] {},
+                         .reopen = [&] { events.push_back("reopen"); },
+                         .willTerminate = [&] { events.push_back("willTerminate"); }});
+  application.reopen();
+  host.mainThread().post([&] {
+    application.terminate();
+    events.push_back("asked");
+  });
+  QApplication::exec();
+  EXPECT_THAT(events, ElementsAre("reopen", "asked", "willTerminate"));
+}
+
+TEST(XdgOpener, StartsTheUsersProgramWithTheWholeAddress) {
+  LinuxContractHost<ContractHost> host;
+  const TemporaryFolder folder;
+  const FilePath opened = folder.path() / "opened";
+  const FilePath program = folder.path() / "xdg-open";
+  std::ofstream(program) << "#!/bin/sh\necho \"$# $1\" >>" << opened << ".new\n"
+                         << "mv " << opened << ".new " << opened << "\n";
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  const auto nextLine = [&] {
+    EXPECT_TRUE(
+        host.runUntil([&] { return std::filesystem::exists(opened); }, std::chrono::seconds(10)));
+    std::string line;
+    std::getline(std::ifstream(opened), line);
+    std::filesystem::remove(opened);
+    return line;
+  };
+  XdgOpener opener;
+  {
+    const EnvironmentVariable path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
+    EXPECT_TRUE(opener.openFile("/tmp/Quillo Mac.log"));
+    EXPECT_EQ(nextLine(), "1 /tmp/Quillo Mac.log");
+    EXPECT_TRUE(opener.openURL("https://quillo.invalid/help?a=b&c=%20"));
+    EXPECT_EQ(nextLine(), "1 https://quillo.invalid/help?a=b&c=%20");
+    EXPECT_FALSE(opener.openURL("--help"));
+    EXPECT_FALSE(opener.openURL(""));
+  }
+  const EnvironmentVariable nothing("PATH", "/nowhere");
+  EXPECT_FALSE(opener.openURL("https://quillo.invalid/"));
+}
+
+TEST(AutostartLoginItem, IsAnEntryThatTheUserMaySwitchOff) {
+  const TemporaryFolder folder;
+  const FilePath entry = folder.path() / "autostart" / "quillo.desktop";
+  AutostartLoginItem item(folder.path() / "autostart", R"(/opt/my "tools"/100%/$quillo)");
+  EXPECT_FALSE(item.isEnabled());
+  EXPECT_EQ(item.unregisterItem(), std::nullopt) << "what is not there is no failure";
+  EXPECT_EQ(item.registerItem(), std::nullopt);
+  EXPECT_TRUE(item.isEnabled());
+  std::ostringstream text;
+  text << std::ifstream(entry).rdbuf();
+  EXPECT_THAT(text.str(), HasSubstr("\nExec=\"/opt/my \\\\\"tools\\\\\"/100%%/\\\\$quillo\"\n"));
+  std::ofstream(entry, std::ios::app) << "Hidden=true\n";
+  EXPECT_FALSE(item.isEnabled());
+  EXPECT_EQ(item.registerItem(), std::nullopt);
+  EXPECT_TRUE(item.isEnabled());
+  EXPECT_EQ(item.unregisterItem(), std::nullopt);
+  EXPECT_FALSE(item.isEnabled());
+  EXPECT_NE(AutostartLoginItem("/proc/nowhere", "/bin/true").registerItem(), std::nullopt);
+}
+
+TEST(LinuxMachine, NamesTheLanguagesAsTheUserOrderedThem) {
+  const LinuxMachine machine;
+  const EnvironmentVariable all("LC_ALL", nullptr);
+  const EnvironmentVariable messages("LC_MESSAGES", "de_AT.UTF-8");
+  const EnvironmentVariable lang("LANG", "en_GB.UTF-8");
+  {
+    const EnvironmentVariable language("LANGUAGE", nullptr);
+    EXPECT_THAT(machine.preferredLanguages(), ElementsAre("de-AT"));
+  }
+  const EnvironmentVariable language("LANGUAGE", "sr_RS@latin:pt_BR::fr");
+  EXPECT_THAT(machine.preferredLanguages(), ElementsAre("sr-Latn-RS", "pt-BR", "fr", "de-AT"));
+  const EnvironmentVariable none("LC_ALL", "C.UTF-8");
+  EXPECT_THAT(machine.preferredLanguages(), testing::IsEmpty());
+}
+
+TEST(LinuxMachine, HidesTheMachineIdInAnIdOfItsOwn) {
+  const auto id = platformUUIDOf("0123456789abcdef0123456789abcdef");
+  ASSERT_TRUE(id.has_value());
+  EXPECT_EQ(canonicalUuid(*id), id);
+  EXPECT_EQ((*id)[14], '4') << "version 4, as the ids of systemd";
+  EXPECT_EQ(platformUUIDOf("0123456789abcdef0123456789abcdef"), id);
+  EXPECT_NE(platformUUIDOf("0123456789abcdef0123456789abcdee"), id);
+  for (const char* noId :
+       {"", "uninitialized", "0123456789abcdef", "0123456789abcdef0123456789abcdeg"})
+    EXPECT_EQ(platformUUIDOf(noId), std::nullopt) << noId;
+}
+
+}  // namespace
+}  // namespace quillo::linux_host
