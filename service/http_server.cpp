@@ -68,6 +68,10 @@ void write(const HttpReply& reply, httplib::Response& to) {
   if (reply.status != 204) to.set_content(encodeJson(reply.body), "application/json");
 }
 
+HttpReply lengthRequired() {
+  return ServiceError(411, "length_required", "The request has no Content-Length.").reply();
+}
+
 // What the library refuses by itself, before a route is asked.
 ServiceError refusalOfStatus(int status) {
   switch (status) {
@@ -86,6 +90,19 @@ class PatientServer : public httplib::Server {
   void lengthenQueue() { ::listen(svr_sock_, waitingConnections); }
 };
 
+// The port that it now has.
+int bind(PatientServer& server, int wanted) {
+  server.set_socket_options(claimPortAlone);
+  server.set_tcp_nodelay(true);
+  const bool bound = wanted != 0 && server.bind_to_port(loopback, wanted);
+  const int port = wanted == 0 ? server.bind_to_any_port(loopback) : bound ? wanted : 0;
+  if (port <= 0)
+    throw std::runtime_error("cannot listen on 127.0.0.1 port " + std::to_string(wanted) +
+                             ": it is in use");
+  server.lengthenQueue();
+  return port;
+}
+
 }  // namespace
 
 struct HttpServer::Listener {
@@ -96,50 +113,45 @@ struct HttpServer::Listener {
 HttpServer::HttpServer(Settings settings)
     : settings_(std::move(settings)), listener_(std::make_unique<Listener>()) {
   PatientServer& server = listener_->server;
-  server.set_socket_options(claimPortAlone);
-  server.set_tcp_nodelay(true);
   server.set_keep_alive_max_count(requestsOnAConnection);
   server.set_keep_alive_timeout(keepAliveSeconds);
   server.set_payload_max_length(settings_.maximumBodyBytes);
   server.new_task_queue = [] { return new httplib::ThreadPool(connectionThreads); };
+  receiveRequests();
+  port_ = bind(server, settings_.port);
+}
 
-  // Without a declared length nothing would bound what is read into memory.
-  server.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
-    if (!request.has_header("Transfer-Encoding"))
-      return httplib::Server::HandlerResponse::Unhandled;
-    write(ServiceError(411, "length_required", "The request has no Content-Length.").reply(),
-          response);
-    return httplib::Server::HandlerResponse::Handled;
-  });
-  server.set_error_handler([](const httplib::Request&, httplib::Response& response) {
-    if (response.body.empty()) write(refusalOfStatus(response.status).reply(), response);
-  });
-
+void HttpServer::receiveRequests() {
+  httplib::Server& server = listener_->server;
   const auto serve = [this](const httplib::Request& from, httplib::Response& to) {
     const auto begin = std::chrono::steady_clock::now();
     write(reply(requestFrom(from)), to);
+    const auto taken = std::chrono::steady_clock::now() - begin;
     if (settings_.served)
       settings_.served(from.method, from.path, to.status,
-                       std::chrono::duration_cast<std::chrono::milliseconds>(
-                           std::chrono::steady_clock::now() - begin));
+                       std::chrono::duration_cast<std::chrono::milliseconds>(taken));
   };
+  // The library would read a body of no declared length to the end of the connection.
+  server.set_pre_routing_handler([serve](const httplib::Request& from, httplib::Response& to) {
+    using Outcome = httplib::Server::HandlerResponse;
+    if (from.has_header("Transfer-Encoding")) {
+      write(lengthRequired(), to);
+    } else if (from.has_header("Content-Length")) {
+      return Outcome::Unhandled;
+    } else {
+      serve(from, to);  // no body (RFC 9112, section 6.3)
+    }
+    return Outcome::Handled;
+  });
+  server.set_error_handler([](const httplib::Request&, httplib::Response& to) {
+    if (to.body.empty()) write(refusalOfStatus(to.status).reply(), to);
+  });
   server.Get(".*", serve);
   server.Post(".*", serve);
   server.Put(".*", serve);
   server.Patch(".*", serve);
   server.Delete(".*", serve);
   server.Options(".*", serve);
-
-  port_ = settings_.port;
-  if (settings_.port == 0) {
-    port_ = server.bind_to_any_port(loopback);
-  } else if (!server.bind_to_port(loopback, settings_.port)) {
-    port_ = -1;
-  }
-  if (port_ <= 0)
-    throw std::runtime_error("cannot listen on 127.0.0.1 port " + std::to_string(settings_.port) +
-                             ": it is in use");
-  server.lengthenQueue();
 }
 
 HttpServer::~HttpServer() {

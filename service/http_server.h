@@ -46,6 +46,7 @@ class HttpServer {
  private:
   struct Listener;
 
+  void receiveRequests();
   HttpReply reply(const HttpRequest& request) const;
   const Handler& handlerFor(const HttpRequest& request) const;
   void demandAnonymousKey(const HttpRequest& request) const;

@@ -10,8 +10,10 @@
 namespace quillo::service {
 namespace {
 
-// What the service answers to raw bytes and the end of the stream, until it closes the connection.
-std::string exchange(int port, const std::string& bytes) {
+enum class Sending { ends, goesOn };
+
+// What the service answers to raw bytes, until it closes the connection.
+std::string exchange(int port, const std::string& bytes, Sending sending) {
   const int connection = ::socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -19,7 +21,7 @@ std::string exchange(int port, const std::string& bytes) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   EXPECT_EQ(::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
   ::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-  ::shutdown(connection, SHUT_WR);
+  if (sending == Sending::ends) ::shutdown(connection, SHUT_WR);
   std::string reply;
   std::array<char, 4096> buffer{};
   for (ssize_t count = 0; (count = ::recv(connection, buffer.data(), buffer.size(), 0)) > 0;)
@@ -85,6 +87,18 @@ TEST(HttpServer, RefusesUploadsThatAreTooLargeOrOfNoDeclaredLength) {
   EXPECT_EQ(chunked->status, 411);
 }
 
+TEST(HttpServer, RequestWithoutALengthHasNoBody) {
+  RunningService service;
+  const std::string token = service.signUp("ada@example.com").at("access_token");
+  const std::string reply = exchange(
+      service.port(),
+      "POST /functions/v1/delete-user HTTP/1.1\r\nHost: x\r\nConnection: close\r\napikey: " +
+          Service::anonymousKey() + "\r\nAuthorization: Bearer " + token + "\r\n\r\n",
+      Sending::goesOn);
+  EXPECT_TRUE(reply.starts_with("HTTP/1.1 200")) << reply;
+  EXPECT_EQ(service.get("/auth/v1/user", RunningService::bearer(token)).status, 401);
+}
+
 TEST(HttpServer, LivesOnAfterJunk) {
   RunningService service;
   const std::string head = "apikey: " + Service::anonymousKey() + "\r\nHost: x\r\n";
@@ -101,7 +115,7 @@ TEST(HttpServer, LivesOnAfterJunk) {
       "POST /auth/v1/signup HTTP/1.1\r\n" + head + "Content-Length: 50\r\n\r\n{}",
   };
   for (const std::string& bytes : junk) {
-    const std::string reply = exchange(service.port(), bytes);
+    const std::string reply = exchange(service.port(), bytes, Sending::ends);
     EXPECT_EQ(reply.find("HTTP/1.1 2"), std::string::npos) << bytes.substr(0, 60);
   }
   EXPECT_EQ(service.get("/functions/v1/get-config").status, 200);
