@@ -1,5 +1,7 @@
 #include "base/main_thread.h"
 
+#include <utility>
+
 namespace quillo {
 
 void MainThread::abandonTasks() {
