@@ -36,23 +36,28 @@ std::unique_ptr<VoiceProcessor> VoiceProcessor::make() {
 }
 
 VoiceProcessor::VoiceProcessor(std::unique_ptr<webrtc::AudioProcessing> processing)
-    : processing_(std::move(processing)) {}
+    : processing_(std::move(processing)), processed_(framesAtATime, 0.0f) {}
 VoiceProcessor::~VoiceProcessor() = default;
 
 void VoiceProcessor::process(AudioBuffer& buffer) {
+  float* const samples = buffer.channel(0);
+  waiting_.insert(waiting_.end(), samples, samples + buffer.frames());
+  processWaiting();
+  const auto count = static_cast<std::ptrdiff_t>(buffer.frames());
+  std::copy_n(processed_.begin(), count, samples);
+  processed_.erase(processed_.begin(), processed_.begin() + count);
+}
+
+void VoiceProcessor::processWaiting() {
   const webrtc::StreamConfig stream = streamConfig();
-  std::array<float, framesAtATime> frame;
-  float* const plane = frame.data();
-  for (std::size_t done = 0; done < buffer.frames(); done += framesAtATime) {
-    float* const here = buffer.channel(0) + done;
-    const std::size_t count = std::min(framesAtATime, buffer.frames() - done);
-    frame.fill(0);
-    std::copy_n(here, count, plane);
+  std::size_t done = 0;
+  for (; waiting_.size() - done >= framesAtATime; done += framesAtATime) {
     // A frame that cannot be processed stays as it was said.
-    if (processing_->ProcessStream(&plane, stream, stream, &plane) ==
-        webrtc::AudioProcessing::kNoError)
-      std::copy_n(plane, count, here);
+    float* const frame = waiting_.data() + done;
+    processing_->ProcessStream(&frame, stream, stream, &frame);
+    processed_.insert(processed_.end(), frame, frame + framesAtATime);
   }
+  waiting_.erase(waiting_.begin(), waiting_.begin() + static_cast<std::ptrdiff_t>(done));
 }
 
 }  // namespace quillo::linux_host

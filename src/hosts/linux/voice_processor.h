@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/audio.h"
 
@@ -22,13 +23,18 @@ class VoiceProcessor {
   static std::unique_ptr<VoiceProcessor> make();
   ~VoiceProcessor();
 
-  // In place; the buffer has the format above.
+  // In place; the buffer has the format above and any length. What comes out was said 10 ms before:
+  // the library works on whole frames of that length, which straddle buffers.
   void process(AudioBuffer& buffer);
 
  private:
   explicit VoiceProcessor(std::unique_ptr<webrtc::AudioProcessing> processing);
 
+  void processWaiting();
+
   std::unique_ptr<webrtc::AudioProcessing> processing_;
+  std::vector<float> waiting_;    // less than a frame
+  std::vector<float> processed_;  // not handed out yet
 };
 
 }  // namespace quillo::linux_host

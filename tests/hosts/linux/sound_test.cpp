@@ -80,6 +80,23 @@ TEST(VoiceProcessor, TakesSteadyNoiseOut) {
   EXPECT_LT(after, before / 3);
 }
 
+TEST(VoiceProcessor, HearsTheSameHoweverTheSoundIsCutIntoBuffers) {
+  const auto processed = [](std::size_t framesPerBuffer) {
+    const auto processor = VoiceProcessor::make();
+    std::vector<float> heard;
+    for (std::size_t begin = 0; begin + framesPerBuffer <= 16000; begin += framesPerBuffer) {
+      AudioBuffer buffer(VoiceProcessor::format, framesPerBuffer);
+      for (std::size_t i = 0; i < framesPerBuffer; ++i)
+        buffer.channel(0)[i] = 0.3F * std::sin(0.05F * static_cast<float>(begin + i));
+      processor->process(buffer);
+      heard.insert(heard.end(), buffer.channel(0), buffer.channel(0) + framesPerBuffer);
+    }
+    heard.resize(15000);
+    return heard;
+  };
+  EXPECT_EQ(processed(1365), processed(160));
+}
+
 // A sound server of the test's own, which can die.
 class PrivateSoundServer {
  public:
