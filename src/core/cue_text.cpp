@@ -64,14 +64,10 @@ std::vector<std::size_t> CueText::occurrences(std::string_view folded) const {
     const void* found = memmem(all.data() + from, all.size() - from, folded.data(), folded.size());
     if (!found) break;
     const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - all.data());
-    if (isScalarStart(at)) starts.push_back(folded_.origins[at]);
+    starts.push_back(folded_.origins[at]);
     from = at + 1;
   }
   return starts;
-}
-
-bool CueText::isScalarStart(std::size_t foldedOffset) const {
-  return foldedOffset == 0 || folded_.origins[foldedOffset - 1] != folded_.origins[foldedOffset];
 }
 
 std::size_t CueText::foldedOffset(std::size_t offset) const {

@@ -27,7 +27,6 @@ class CueText {
  private:
   // Where the folded cue stands: every match begins at one of these.
   std::vector<std::size_t> occurrences(std::string_view folded) const;
-  bool isScalarStart(std::size_t foldedOffset) const;
   std::size_t foldedOffset(std::size_t offset) const;
 
   std::string text_;

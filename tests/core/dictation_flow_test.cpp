@@ -130,6 +130,7 @@ TEST_F(DictationFlow, TwoStartsThatWaitForThePermissionBecomeOneRecording) {
   desktop.runFor(5s);
   EXPECT_TRUE(dictation.isRecording);
   EXPECT_THAT(recordings(), SizeIs(2)) << "a session file and its segment";
+  EXPECT_THAT(desktop.sounds().names(), ElementsAre("Tink")) << "nothing began anew";
   finish();
   EXPECT_EQ(editor.editor().text(), "hello there");
 }
@@ -227,6 +228,18 @@ TEST_F(DictationFlow, TwoTogglesAtOnceLeaveOneRecordingAndNoOrphan) {
   desktop.runFor(2s);
   EXPECT_TRUE(dictation.isRecording);
   EXPECT_EQ(desktop.audioSystem().runningEngines(), 1);
+  finish();
+  EXPECT_EQ(editor.editor().text(), "hello there");
+}
+
+TEST_F(DictationFlow, ASlowerStartLeavesTheLiveRecordingAlone) {
+  desktop.audioDevices().builtInMicrophone().refuseStart("busy", 1);
+  desktop.voice().speak(10s);
+  toggle();  // tries again after 200 ms
+  desktop.runFor(60ms);
+  toggle();  // live after 100 ms
+  desktop.runFor(2s);
+  EXPECT_THAT(desktop.sounds().names(), ElementsAre("Tink"));
   finish();
   EXPECT_EQ(editor.editor().text(), "hello there");
 }

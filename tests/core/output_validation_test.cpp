@@ -48,6 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
         CleanCase{"«Zitat»", "Zitat"}, CleanCase{"»Zitat«", "Zitat"},
         CleanCase{"「\"both\"」", "\"both\""},  // straight marks come first in both lists
         CleanCase{"He said \"no\"", "He said \"no"}, CleanCase{"\"", ""},
+        CleanCase{"」x」", "」x」"},          // what begins with the mark as well keeps it
         CleanCase{"\"\u0301x", "\"\u0301x"},  // a mark with an accent is another character
         CleanCase{" \n ", ""}, CleanCase{"Translationx: y", "Translationx: y"}));
 

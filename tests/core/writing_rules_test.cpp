@@ -44,6 +44,7 @@ TEST(ReplacementRulesTest, ReplacesWholeWordsWhateverTheirCase) {
   EXPECT_EQ(applyReplacements({rule("a.b", "dot")}, "a.b axb"), "dot axb");
   EXPECT_EQ(applyReplacements({rule("groß", "klein")}, "GROSS, Groß, größer"),
             "KLEIN, Klein, größer");
+  EXPECT_EQ(applyReplacements({rule("a a", "b")}, "xa a a"), "xa b");
   EXPECT_EQ(applyReplacements({rule("kelvin", "degree")}, "a \u212Aelvin"), "a Degree");
 }
 
