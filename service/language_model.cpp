@@ -6,10 +6,11 @@
 
 #include <stdexcept>
 
+#include "service/speech_model.h"
+
 namespace quillo::service {
 namespace {
 
-constexpr const char* languageModel = "/usr/share/pocketsphinx/model/en-us/en-us.lm.bin";
 constexpr double logarithmBase = 1.0001;
 
 const char* orBoundary(const std::string& word, const char* boundary) {
@@ -22,7 +23,7 @@ LanguageModel::LanguageModel()
     : logarithms_(nullptr, logmath_free), model_(nullptr, ngram_model_free) {
   err_set_logfp(nullptr);
   logarithms_.reset(logmath_init(logarithmBase, 0, 0));
-  model_.reset(ngram_model_read(nullptr, languageModel, NGRAM_AUTO, logarithms_.get()));
+  model_.reset(ngram_model_read(nullptr, speech_model::language, NGRAM_AUTO, logarithms_.get()));
   if (!model_)
     throw std::runtime_error("the language model is missing (package pocketsphinx-en-us)");
 }

@@ -60,6 +60,10 @@ Pieces piecesOf(std::string_view text) {
   return pieces;
 }
 
+void append(Pieces& pieces, Pieces more) {
+  std::move(more.begin(), more.end(), std::back_inserter(pieces));
+}
+
 std::string textOf(const Pieces& pieces) {
   std::string text;
   for (const Piece& piece : pieces) text += piece.text;

@@ -1,6 +1,9 @@
 // A text cut into words, blanks, marks and what no rule may touch.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +41,14 @@ std::ptrdiff_t nextContent(const Pieces& pieces, std::ptrdiff_t index);
 std::ptrdiff_t previousContent(const Pieces& pieces, std::ptrdiff_t index);
 // Whether nothing but blanks lies between the two.
 bool onlySpaceBetween(const Pieces& pieces, std::ptrdiff_t first, std::ptrdiff_t second);
+
+// Adds all of `more` behind `pieces`.
+void append(Pieces& pieces, Pieces more);
+
+template <std::size_t size>
+bool isOneOf(std::string_view text, const std::array<std::string_view, size>& set) {
+  return std::find(set.begin(), set.end(), text) != set.end();
+}
 
 // With its first character in upper case.
 std::string capitalisedFirst(std::string_view text);

@@ -37,11 +37,6 @@ constexpr std::array plainWordings{
     Wording{"hey", "hello"},      Wording{"hi", "hello"},      Wording{"thanks", "thank you"},
 };
 
-template <std::size_t size>
-bool isOneOf(std::string_view text, const std::array<std::string_view, size>& set) {
-  return std::find(set.begin(), set.end(), text) != set.end();
-}
-
 std::string lowerAt(const Pieces& pieces, std::ptrdiff_t index) {
   const bool inside = index >= 0 && index < std::ssize(pieces);
   return inside ? lowercased(pieces[index].text) : std::string();

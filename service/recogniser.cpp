@@ -8,15 +8,12 @@
 #include <stdexcept>
 
 #include "base/text.h"
+#include "service/speech_model.h"
 #include "service/utterances.h"
 #include "service/vocabulary.h"
 
 namespace quillo::service {
 namespace {
-
-constexpr const char* acousticModel = "/usr/share/pocketsphinx/model/en-us/en-us";
-constexpr const char* languageModelFile = "/usr/share/pocketsphinx/model/en-us/en-us.lm.bin";
-constexpr const char* dictionary = "/usr/share/pocketsphinx/model/en-us/cmudict-en-us.dict";
 
 // New words are members of one class of the language model. Words of their own would be looked up
 // among the sorted followers of other words, and this version of the library then reads beyond
@@ -52,10 +49,10 @@ void Recogniser::load() {
   // Every second frame is scored in full and two densities a codebook: twice as fast, and the
   // texts are the same. The mean is taken over the whole utterance, so that no request depends on
   // the one before it.
-  cmd_ln_t* settings =
-      cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acousticModel, "-lm", languageModelFile,
-                  "-dict", dictionary, "-ds", "2", "-topn", "2", "-maxhmmpf", "3000", "-bestpath",
-                  "0", "-cmn", "batch", "-logfn", "/dev/null", nullptr);
+  cmd_ln_t* settings = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", speech_model::acoustics, "-lm",
+                                   speech_model::language, "-dict", speech_model::dictionary, "-ds",
+                                   "2", "-topn", "2", "-maxhmmpf", "3000", "-bestpath", "0", "-cmn",
+                                   "batch", "-logfn", "/dev/null", nullptr);
   if (settings) decoder_.reset(ps_init(settings));
   cmd_ln_free_r(settings);
   if (!decoder_)

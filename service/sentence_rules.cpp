@@ -24,11 +24,6 @@ constexpr std::array<std::string_view, 18> auxiliaries{
 constexpr std::array<std::string_view, 11> subjects{"i",    "you",  "he",   "she",   "it", "we",
                                                     "they", "this", "that", "there", "the"};
 
-template <std::size_t size>
-bool isOneOf(std::string_view text, const std::array<std::string_view, size>& set) {
-  return std::find(set.begin(), set.end(), text) != set.end();
-}
-
 bool isAbbreviation(const Piece& piece) {
   const std::string text = lowercased(piece.text);
   if (piece.kind == PieceKind::fixed)  // "e.g", "a.m"

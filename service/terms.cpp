@@ -35,10 +35,6 @@ bool overlaps(const std::vector<Claim>& claims, Regex::Range range) {
   });
 }
 
-void append(Pieces& pieces, Pieces more) {
-  std::move(more.begin(), more.end(), std::back_inserter(pieces));
-}
-
 }  // namespace
 
 Term preserved(const std::string& term) {

@@ -1,6 +1,7 @@
 // Terms that the caller wants spelled in one way.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -72,10 +72,6 @@ std::size_t indexIn(std::string_view placeholderText) {
   return index;
 }
 
-void append(Pieces& pieces, Pieces more) {
-  std::move(more.begin(), more.end(), std::back_inserter(pieces));
-}
-
 Pieces unpacked(std::string_view text, const std::vector<Piece>& terms) {
   Pieces pieces;
   std::size_t begin = 0;

@@ -140,18 +140,18 @@ Samples joinedSamples(const std::vector<Samples>& parts) {
   return all;
 }
 
-std::string wav(const Samples& samples) {
+std::string wav(const Samples& samples, std::uint32_t rate, std::uint32_t channels) {
   const auto size = static_cast<std::uint32_t>(samples.size() * 2);
   std::string file = "RIFF";
   append(file, 36 + size, 4);
   file += "WAVEfmt ";
   append(file, 16, 4);
-  append(file, 1, 2);               // PCM
-  append(file, 1, 2);               // channels
-  append(file, sampleRate, 4);      // frames a second
-  append(file, sampleRate * 2, 4);  // bytes a second
-  append(file, 2, 2);               // bytes a frame
-  append(file, 16, 2);              // bits a sample
+  append(file, 1, 2);  // PCM
+  append(file, channels, 2);
+  append(file, rate, 4);                 // frames a second
+  append(file, rate * channels * 2, 4);  // bytes a second
+  append(file, channels * 2, 2);         // bytes a frame
+  append(file, 16, 2);                   // bits a sample
   file += "data";
   append(file, size, 4);
   file.append(reinterpret_cast<const char*>(samples.data()), size);

@@ -19,7 +19,8 @@ Samples silence(double seconds);
 Samples noise(double seconds);
 Samples joinedSamples(const std::vector<Samples>& parts);
 
-std::string wav(const Samples& samples);
+// Samples of several channels alternate.
+std::string wav(const Samples& samples, std::uint32_t rate = 16'000, std::uint32_t channels = 1);
 
 enum class Mpeg4Form { plain, fragmented };
 // AAC-LC at 48 kbit/s, as the client records.

@@ -149,6 +149,18 @@ TEST(Transcribe, RefusesWhatIsNotARecording) {
   EXPECT_EQ(service.usage(guest("qd_ada")).body["dailyMinutes"], 0.0);
 }
 
+TEST(AudioDecoder, BringsEveryRateToSixteenKilohertzWithoutLosingTheEnd) {
+  for (const std::uint32_t rate : {8'000u, 44'100u, 48'000u}) {
+    Samples stereo(rate * 2 * 2);  // two seconds
+    // The left channel is loud in the last tenth of a second; the right is silent.
+    for (std::size_t i = stereo.size() - rate / 5; i < stereo.size(); i += 2) stereo[i] = 20'000;
+    const Audio audio = decodeAudio(wav(stereo, rate, 2), 600);
+    EXPECT_NEAR(static_cast<double>(audio.samples.size()), 32'000, 1) << rate;
+    EXPECT_EQ(audio.samples[1'000], 0);
+    EXPECT_GT(audio.samples[31'500], 5'000);
+  }
+}
+
 TEST(AudioDecoder, SurvivesDamageAndStopsAtTheLongestRecording) {
   const Samples speech = recordedSpeech("cards/005.wav");
   std::string file = m4a(speech, Mpeg4Form::fragmented);
