@@ -26,6 +26,7 @@ struct Rect {
 
   double midX() const { return origin.x + size.width / 2; }
   double midY() const { return origin.y + size.height / 2; }
+  double minX() const { return origin.x; }
   double minY() const { return origin.y; }
   double maxX() const { return origin.x + size.width; }
   double maxY() const { return origin.y + size.height; }

@@ -10,7 +10,7 @@ FilePath configFolder(const LinuxGround& ground) {
 }  // namespace
 
 LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bundle,
-                           std::unique_ptr<X11Desktop> x11)
+                           std::unique_ptr<X11Desktop> x11, Views& views)
     : ground_(ground),
       log_(log),
       x11_(std::move(x11)),
@@ -25,6 +25,8 @@ LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bund
       permissions_(audioDevices_,
                    {.canPostKeys = [] { return true; }, .canSeeKeys = [] { return true; }}),
       application_(bundle, ground.mainThread),
+      panels_(views),
+      statusItem_(views),
       loginItem_(configFolder(ground) / "autostart", bundle.bundlePath) {}
 
 }  // namespace quillo::linux_host

@@ -16,6 +16,9 @@
 #include "hosts/linux/pulse_sounds.h"
 #include "hosts/linux/qt_alerts.h"
 #include "hosts/linux/qt_application.h"
+#include "hosts/linux/qt_panels.h"
+#include "hosts/linux/qt_screens.h"
+#include "hosts/linux/qt_status_item.h"
 #include "hosts/linux/secret_service_keychain.h"
 #include "hosts/linux/x11_desktop.h"
 
@@ -25,9 +28,9 @@ namespace quillo::linux_host {
 // without a display cannot be made at all, which is found out before (X11Desktop::open).
 class LinuxDesktop {
  public:
-  // `ground` and `log` outlive the desktop.
+  // `ground`, `log` and `views` outlive the desktop.
   LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bundle,
-               std::unique_ptr<X11Desktop> x11);
+               std::unique_ptr<X11Desktop> x11, Views& views);
 
   MainThread& mainThread() { return ground_.mainThread; }
   Clock& clock() { return ground_.clock; }
@@ -54,6 +57,9 @@ class LinuxDesktop {
   KeyboardState& keyboardState() { return x11_->keyboardState(); }
   Pasteboard& pasteboard() { return x11_->pasteboard(); }
   QtApplication& application() { return application_; }
+  Screens& screens() { return screens_; }
+  Panels& panels() { return panels_; }
+  StatusItem& statusItem() { return statusItem_; }
   Alerts& alerts() { return alerts_; }
   LoginItem& loginItem() { return loginItem_; }
 
@@ -71,7 +77,10 @@ class LinuxDesktop {
   PulseSounds sounds_;
   LinuxPermissions permissions_;
   QtApplication application_;
-  QtAlerts alerts_;
+  QtScreens screens_;
+  QtPanels panels_;
+  QtStatusItem statusItem_;
+  QtAlerts alerts_{panels_, screens_};
   AutostartLoginItem loginItem_;
 };
 

@@ -1,27 +1,39 @@
 #include "hosts/linux/qt_alerts.h"
 
-#include <QMessageBox>
-#include <QPushButton>
-#include <algorithm>
-#include <vector>
+#include <QEventLoop>
+#include <memory>
+#include <optional>
+
+#include "hosts/linux/alert_content.h"
 
 namespace quillo::linux_host {
+namespace {
+
+constexpr Size initialSize{400, 10};
+
+}  // namespace
 
 std::size_t QtAlerts::runModal(const Alert& alert) {
-  QMessageBox box;
-  box.setWindowTitle("Quillo");
-  box.setText(QString::fromStdString(alert.messageText));
-  box.setInformativeText(QString::fromStdString(alert.informativeText));
-  std::vector<QAbstractButton*> buttons;
-  for (const std::string& label : alert.buttons)
-    buttons.push_back(box.addButton(QString::fromStdString(label), QMessageBox::ActionRole));
-  if (buttons.empty()) buttons.push_back(box.addButton(QMessageBox::Ok));
-  box.setDefaultButton(qobject_cast<QPushButton*>(buttons.front()));
-  box.setEscapeButton(buttons.back());
-  box.exec();
-  const auto pressed = std::ranges::find(buttons, box.clickedButton());
-  return pressed == buttons.end() ? buttons.size() - 1
-                                  : static_cast<std::size_t>(pressed - buttons.begin());
+  QEventLoop untilAnswered;
+  std::optional<std::size_t> answer;
+  AlertContent content(alert, [&](std::size_t button) {
+    answer = answer.value_or(button);
+    untilAnswered.quit();
+  });
+  const std::unique_ptr<Panel> panel = panels_.make({initialSize, PanelStyle::dialog}, content);
+  panel->setContentSize(panel->fittingSize());
+  center(*panel);
+  panel->makeKeyAndOrderFront();
+  untilAnswered.exec();
+  return answer.value_or(content.alert().buttons.size() - 1);
+}
+
+void QtAlerts::center(Panel& panel) const {
+  const auto screen = screens_.mainScreen();
+  if (!screen) return;
+  const Size size = panel.frame().size;
+  panel.setFrameOrigin({screen->visibleFrame.midX() - size.width / 2,
+                        screen->visibleFrame.midY() - size.height / 2});
 }
 
 }  // namespace quillo::linux_host
