@@ -1,0 +1,72 @@
+#include "shell/views/shadow_item.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace quillo::views {
+namespace {
+
+// One light from above, and the dark line where the panel all but touches what it lies on.
+struct Layer {
+  double opacity;
+  double blur;  // how far it reaches, in parts of the extent
+  double drop;
+};
+constexpr Layer layers[] = {{0.24, 0.9, 5}, {0.14, 0.25, 1}};
+
+// The distance of `point` from a rounded rectangle around the origin; negative inside.
+double distanceFrom(QSizeF half, double radius, QPointF point) {
+  const double x = std::abs(point.x()) - half.width() + radius;
+  const double y = std::abs(point.y()) - half.height() + radius;
+  return std::hypot(std::max(x, 0.0), std::max(y, 0.0)) + std::min(std::max(x, y), 0.0) - radius;
+}
+
+double opacityOf(const Layer& layer, double distance, double extent) {
+  const double reach = layer.blur * extent;
+  const double closeness = std::clamp(1 - (distance + reach / 3) / (reach * 4 / 3), 0.0, 1.0);
+  return layer.opacity * closeness * closeness * closeness;
+}
+
+}  // namespace
+
+void ShadowItem::setRadius(double radius) {
+  radius_ = radius;
+  update();
+  Q_EMIT appearanceChanged();
+}
+
+void ShadowItem::setExtent(double extent) {
+  extent_ = extent;
+  update();
+  Q_EMIT appearanceChanged();
+}
+
+QImage ShadowItem::draw() const {
+  QImage image(QSize(static_cast<int>(std::ceil(width())), static_cast<int>(std::ceil(height()))),
+               QImage::Format_Alpha8);
+  const QPointF middle(width() / 2, height() / 2);
+  const QSizeF half(width() / 2 - extent_, height() / 2 - extent_);
+  for (int y = 0; y < image.height(); ++y) {
+    uchar* const row = image.scanLine(y);
+    for (int x = 0; x < image.width(); ++x) {
+      const QPointF point = QPointF(x + 0.5, y + 0.5) - middle;
+      const double outside = std::clamp(distanceFrom(half, radius_, point) + 0.5, 0.0, 1.0);
+      double opacity = 0;
+      for (const Layer& layer : layers) {
+        if (outside == 0) break;
+        const double distance = distanceFrom(half, radius_, point - QPointF(0, layer.drop));
+        opacity += opacityOf(layer, distance, extent_);
+      }
+      row[x] = static_cast<uchar>(std::lround(255 * outside * opacity));
+    }
+  }
+  return image;
+}
+
+void ShadowItem::paint(QPainter* painter) {
+  if (!isVisible()) return;
+  painter->drawImage(0, 0, draw());
+}
+
+}  // namespace quillo::views
