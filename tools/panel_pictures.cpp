@@ -1,0 +1,277 @@
+// quillo-panel-pictures FOLDER: shows each state of the panels on this display, in both colour
+// schemes, and writes a picture of each. The panels and their logic are the program's own.
+#include <QApplication>
+#include <QPainter>
+#include <QRasterWindow>
+#include <QScreen>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/dictation_state.h"
+#include "hosts/linux/console_system_log.h"
+#include "hosts/linux/qt_alerts.h"
+#include "hosts/linux/qt_application.h"
+#include "hosts/linux/qt_main_thread.h"
+#include "hosts/linux/qt_panels.h"
+#include "hosts/linux/qt_screens.h"
+#include "hosts/simulated/simulated_desktop.h"
+#include "shell/dictation_hud.h"
+#include "shell/review_panel.h"
+#include "shell/toast_panel.h"
+#include "shell/views/quick_views.h"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Something for a panel to lie on.
+class Backdrop final : public QRasterWindow {
+ public:
+  Backdrop() {
+    setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus |
+             Qt::WindowTransparentForInput);
+    setGeometry(QGuiApplication::primaryScreen()->geometry());
+  }
+  void show(Appearance appearance) {
+    isDark_ = appearance == Appearance::dark;
+    QRasterWindow::show();
+    lower();
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    QLinearGradient sky(0, 0, width(), height());
+    sky.setColorAt(0, isDark_ ? QColor(24, 34, 66) : QColor(178, 208, 242));
+    sky.setColorAt(0.55, isDark_ ? QColor(58, 44, 92) : QColor(206, 214, 246));
+    sky.setColorAt(1, isDark_ ? QColor(110, 56, 84) : QColor(250, 214, 196));
+    painter.fillRect(QRect(0, 0, width(), height()), sky);
+  }
+
+ private:
+  bool isDark_ = false;
+};
+
+class Pictures {
+ public:
+  explicit Pictures(std::string folder) : folder_(std::move(folder)) {
+    hud_.follow(
+        dictation_,
+        {.cancelProcessing = [] {}, .retryLastRecording = [] {}, .dismissLastFailure = [] {}});
+  }
+
+  void run() {
+    start(mainThread_, playAll());
+    QApplication::exec();
+  }
+
+ private:
+  Task<> playAll() {
+    for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+      scheme_ = appearance == Appearance::dark ? "dark" : "light";
+      application_.setAppearance(appearance);
+      backdrop_.show(appearance);
+      co_await sleepFor(300ms);
+      co_await playStatus();
+      co_await playToasts();
+      co_await playReviews();
+      co_await playAlert();
+    }
+    QApplication::quit();
+  }
+
+  // --- The status panel ---
+
+  struct Status {
+    const char* name;
+    const char* text;
+    bool isRecording = false;
+    bool isProcessing = false;
+    const char* error = nullptr;
+    bool canRetry = false;
+    float loudness = 0;
+  };
+  Task<> playStatus() {
+    static constexpr Status states[] = {
+        {.name = "listening-quiet", .text = "Listening", .isRecording = true, .loudness = 0.1f},
+        {.name = "listening-medium", .text = "Listening", .isRecording = true, .loudness = 0.36f},
+        {.name = "listening-loud", .text = "Listening", .isRecording = true, .loudness = 0.95f},
+        {.name = "limit-reached",
+         .text = "10-min limit reached",
+         .isRecording = true,
+         .loudness = 0.6f},
+        {.name = "transcribing", .text = "Transcribing", .isProcessing = true},
+        {.name = "polishing", .text = "Polishing", .isProcessing = true},
+        {.name = "inserted", .text = "Inserted"},
+        {.name = "copied", .text = "Copied — auto-paste off"},
+        {.name = "no-microphone",
+         .text = "Microphone permission needed",
+         .error = "Enable microphone access in System Settings."},
+        {.name = "sign-in", .text = "Sign in to dictate", .error = "Opening sign-in…"},
+        {.name = "no-start",
+         .text = "Could not start recording",
+         .error = "The microphone gave no audio. Check the input device."},
+        {.name = "no-speech", .text = "Ready", .error = "No speech was detected."},
+        {.name = "timed-out",
+         .text = "Request timed out",
+         .error = "Request timed out. Please try again.",
+         .canRetry = true},
+        {.name = "connection",
+         .text = "Connection problem",
+         .error = "No internet connection. Check Wi-Fi or cellular data.",
+         .canRetry = true},
+        {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
+        {.name = "secure-input",
+         .text = "Copied to clipboard",
+         .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
+                  "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
+                  "paste it."},
+        {.name = "long-failure",
+         .text = "Couldn't transcribe",
+         .error = "The speech service could not read this recording. It was kept on this computer, "
+                  "and it can be sent again as often as you like until it is understood.",
+         .canRetry = true},
+        {.name = "polishing-after-failure",
+         .text = "Pasting",
+         .isProcessing = true,
+         .error = "The text could not be polished, so your own words are used."},
+    };
+    for (const Status& state : states) co_await play(state);
+  }
+
+  Task<> play(Status state) {
+    dictation_.isRecording = state.isRecording;
+    dictation_.isProcessing = state.isProcessing;
+    dictation_.statusText = state.text;
+    dictation_.lastError = state.error ? std::optional<std::string>(state.error) : std::nullopt;
+    dictation_.canRetryLast = state.canRetry;
+    hud_.show();
+    for (int i = 0; state.isRecording && i < 64; ++i) {
+      // Syllables.
+      const float syllable = 0.55f + 0.45f * std::sin(static_cast<float>(i) * 0.55f) *
+                                         std::cos(static_cast<float>(i) * 0.23f);
+      dictation_.audioLevel = state.loudness * syllable;
+      co_await sleepFor(10ms);
+    }
+    co_await sleepFor(400ms);
+    take(std::string("status-") + state.name);
+    hud_.hideNow();
+    co_await sleepFor(30ms);
+  }
+
+  // --- The others ---
+
+  Task<> playToasts() {
+    for (const auto& [name, text] :
+         {std::pair{"short", "OK"},
+          {"profile", "Work mail · Improve"},
+          {"languages", "English (United Kingdom) → Portuguese (Brazil)"},
+          {"busy", "⌃G is already in use — pick another in Settings"}}) {
+      toast_.showToast(text);
+      co_await sleepFor(300ms);
+      take(std::string("toast-") + name);
+    }
+    co_await sleepFor(2s);
+  }
+
+  struct Review {
+    std::string name;
+    ReviewRequest request;
+    bool escInserts = false;
+  };
+  Task<> playReviews() {
+    std::string longText;
+    for (int i = 0; i < 12; ++i)
+      longText += "We meet at nine in the small room on the second floor, and bring the figures. ";
+    const std::vector<Review> reviews = {
+        {"matches",
+         {"Could we move our meeting to Thursday at ten?", "English",
+          "Could we postpone our meeting to Thursday at ten?",
+          "Könnten wir unser Treffen auf Donnerstag um zehn verschieben?", "German"}},
+        {"differs",
+         {"The cheque bounced, so please give me a ring.", "English",
+          "The control jumped, therefore hand me jewellery.",
+          "La comprobación rebotó, así que dame un anillo.", "Spanish"},
+         true},
+        {"plain", {"See you soon.", "Auto", "", "À bientôt.", "French"}},
+        {"long", {longText, "English", longText, longText, "English (United Kingdom)"}},
+    };
+    for (const Review& review : reviews) {
+      appState_.escInserts = review.escInserts;
+      const auto reviewing = start(mainThread_, review_.present(review.request));
+      co_await sleepFor(500ms);
+      take("review-" + review.name);
+      closeDialogs();
+      co_await reviewing.value();
+    }
+  }
+
+  Task<> playAlert() {
+    const Timer look(mainThread_, 600ms, [this] {
+      take("alert-plan-limit");
+      closeDialogs();
+    });
+    alerts_.runModal({"Plan limit reached",
+                      "You've used today's free minutes. Upgrade your plan or try again tomorrow.",
+                      {"View Plans", "Not now"}});
+    co_return;
+  }
+
+  void closeDialogs() {
+    for (QWindow* const window : QGuiApplication::topLevelWindows())
+      if (window->isVisible() && window->type() == Qt::Dialog) window->close();
+  }
+
+  // The windows that are shown, with some of what lies around them.
+  void take(const std::string& name) {
+    constexpr int around = 28;
+    QRect area;
+    for (const QWindow* const window : QGuiApplication::topLevelWindows())
+      if (window->isVisible() && window != &backdrop_) area |= window->frameGeometry();
+    area.adjust(-around, -around, around, around);
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    area &= screen->geometry();
+    const QString file = QString::fromStdString(folder_ + "/" + name + "-" + scheme_ + ".png");
+    const QPixmap picture = const_cast<QScreen*>(screen)->grabWindow(0, area.x(), area.y(),
+                                                                     area.width(), area.height());
+    if (!picture.save(file)) std::fprintf(stderr, "%s cannot be written\n", qPrintable(file));
+  }
+
+  std::string folder_;
+  const char* scheme_ = "";
+  linux_host::ConsoleSystemLog systemLog_;
+  linux_host::QtMainThread mainThread_{systemLog_};
+  linux_host::QtApplication application_{{}, mainThread_};
+  views::QuickViews views_;
+  linux_host::QtScreens screens_;
+  linux_host::QtPanels panels_{views_};
+  linux_host::QtAlerts alerts_{panels_, screens_};
+  Backdrop backdrop_;
+
+  // What is not seen.
+  simulated::SimulatedDesktop desktop_;
+  MacAppState appState_{mainThread_,       desktop_.userDefaults(), desktop_.clock(),
+                        desktop_.random(), desktop_.machine(),      desktop_.loginItem(),
+                        application_,      desktop_.log()};
+  DictationState dictation_;
+  MacDictationHUD hud_{mainThread_, panels_, screens_, [] { return "Ctrl+Option+Space"; }};
+  ToastPanel toast_{mainThread_, panels_, screens_};
+  MacReviewPanel review_{mainThread_, panels_, screens_, application_, appState_};
+};
+
+}  // namespace
+}  // namespace quillo
+
+int main(int count, char** arguments) {
+  QApplication application(count, arguments);
+  if (count != 2) {
+    std::fprintf(stderr, "quillo-panel-pictures FOLDER\n");
+    return 2;
+  }
+  quillo::Pictures(arguments[1]).run();
+}
