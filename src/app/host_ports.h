@@ -9,9 +9,12 @@
 #include "platform/file_manager.h"
 #include "platform/keyboard.h"
 #include "platform/keychain.h"
+#include "platform/panels.h"
 #include "platform/pasteboard.h"
 #include "platform/permissions.h"
+#include "platform/screens.h"
 #include "platform/serial_queue.h"
+#include "platform/status_item.h"
 #include "platform/system_log.h"
 #include "platform/url_session.h"
 #include "platform/user_defaults.h"
@@ -42,6 +45,9 @@ struct HostPorts {
   EventMonitors& eventMonitors;
   HIDKeyboards& hidKeyboards;
   Pasteboard& pasteboard;
+  Screens& screens;
+  Panels& panels;
+  StatusItem& statusItem;
   Application& application;
   Alerts& alerts;
   Sounds& sounds;
@@ -59,7 +65,8 @@ HostPorts portsOf(Desktop& desktop) {
           desktop.audioDevices(), desktop.audioSystem(),   desktop.workspace(),
           desktop.keyPoster(),    desktop.keyboardState(), desktop.hotKeys(),
           desktop.eventTaps(),    desktop.eventMonitors(), desktop.hidKeyboards(),
-          desktop.pasteboard(),   desktop.application(),   desktop.alerts(),
+          desktop.pasteboard(),   desktop.screens(),       desktop.panels(),
+          desktop.statusItem(),   desktop.application(),   desktop.alerts(),
           desktop.sounds(),       desktop.opener(),        desktop.loginItem()};
 }
 

@@ -16,7 +16,9 @@ Program::Program(HostPorts ports, Backend backend)
       insertion_(ports.mainThread, ports.permissions, ports.workspace, ports.pasteboard,
                  ports.keyPoster, ports.keyboardState, ports.application, clipboardGate_,
                  ports.log),
-      reviewPanel_(ports.alerts),
+      hud_(ports.mainThread, ports.panels, ports.screens, [this] { return shortcutText(); }),
+      toast_(ports.mainThread, ports.panels, ports.screens),
+      reviewPanel_(ports.mainThread, ports.panels, ports.screens, ports.application, appState_),
       navigator_(ports.mainThread, ports.alerts),
       dictation_(
           {
@@ -25,7 +27,7 @@ Program::Program(HostPorts ports, Backend backend)
               .state = appState_,
               .history = history_,
               .insertion = insertion_,
-              .panel = statusPanel_,
+              .panel = hud_,
               .review = reviewPanel_,
               .navigator = navigator_,
           },
@@ -50,6 +52,7 @@ Program::Program(HostPorts ports, Backend backend)
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
+      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_, menuBarActions()),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
                 globalHotKey_, ports.log) {
   plugInUpperRooms();
@@ -67,13 +70,36 @@ void Program::launch() {
   ports_.systemLog.write("[Quillo] shortcut armed");
 }
 
+std::string Program::shortcutText() const {
+  return shortcutDisplayText({.activationMode = appState_.activationMode.get(),
+                              .toggleShortcut = appState_.toggleShortcut.get(),
+                              .holdShortcut = appState_.holdShortcut.get()});
+}
+
+DictationHUDCommands Program::hudCommands() {
+  return {.cancelProcessing = [this] { dictation_.cancelProcessing(); },
+          .retryLastRecording = [this] { dictation_.retryLastRecording(); },
+          .dismissLastFailure = [this] { dictation_.dismissLastFailure(); }};
+}
+
+MenuBarActions Program::menuBarActions() {
+  return {
+      .toggleRecording = [this] { start(ports_.mainThread, dictation_.toggleRecording()); },
+      .retryLastRecording = [this] { dictation_.retryLastRecording(); },
+      .insertLastResult = [this] { dictation_.insertLastResult(dictation_.lastResult); },
+      .copyLastResult = [this] { dictation_.copyLastResult(); },
+      .cycleLanguagePair = [this] { appState_.cycleLanguagePair(); },
+      .applyProfile = [this](const WritingProfile& profile) { appState_.applyProfile(profile); },
+      .quit = [this] { ports_.application.terminate(); },
+  };
+}
+
 void Program::plugInUpperRooms() {
+  hud_.follow(dictation_, hudCommands());
   appState_.setUsageSource([this] {
     return withFreshAuth<UsageData>(auth_, [this] { return api_.getUsage(appState_.identity()); });
   });
-  appState_.setToast([this](std::string_view text) {
-    ports_.systemLog.write("[Quillo] toast: " + std::string(text));
-  });
+  appState_.setToast([this](std::string_view text) { toast_.showToast(text); });
   appState_.setCyclePairBinding([this](std::int64_t keyCode, const std::string& character,
                                        std::int64_t modifiers, std::function<void()> action) {
     return cycleHotKey_.bindCyclePair(keyCode, character, modifiers, std::move(action));

@@ -7,9 +7,9 @@
 #include "account/auth_service.h"
 #include "api/backend.h"
 #include "api/murmex_api.h"
+#include "app/alert_navigator.h"
 #include "app/dictation_controls_adapter.h"
 #include "app/host_ports.h"
-#include "app/plain_panels.h"
 #include "core/dictation_controller.h"
 #include "input/cycle_hot_key.h"
 #include "input/dictation_shortcuts.h"
@@ -21,6 +21,10 @@
 #include "insertion/clipboard_gate.h"
 #include "insertion/text_insertion.h"
 #include "shell/app_delegate.h"
+#include "shell/dictation_hud.h"
+#include "shell/menu_bar.h"
+#include "shell/review_panel.h"
+#include "shell/toast_panel.h"
 #include "state/app_state.h"
 #include "state/history_store.h"
 #include "state/token_store.h"
@@ -46,6 +50,9 @@ class Program {
   MacHistoryStore& history() { return history_; }
 
  private:
+  std::string shortcutText() const;
+  DictationHUDCommands hudCommands();
+  MenuBarActions menuBarActions();
   void plugInUpperRooms();
   void observeSettings();
   void receiveDesktopEvents();
@@ -62,8 +69,9 @@ class Program {
   MacClipboardGate clipboardGate_;
   MacTextInsertion insertion_;
 
-  PlainStatusPanel statusPanel_;
-  AlertReviewPanel reviewPanel_;
+  MacDictationHUD hud_;
+  ToastPanel toast_;
+  MacReviewPanel reviewPanel_;
   AlertNavigator navigator_;
   MacDictationController dictation_;
 
@@ -76,6 +84,7 @@ class Program {
   CycleHotKey cycleHotKey_;
   DictationShortcuts shortcuts_;
 
+  MenuBar menuBar_;
   MurmexMacAppDelegate delegate_;
   std::vector<Subscription> effects_;
 };

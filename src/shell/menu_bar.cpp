@@ -31,7 +31,7 @@ MenuBar::MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState&
   follow(appState.formatStyle);
   follow(auth.userEmail);
   subscriptions_.push_back(auth.observeIsLoggedIn([this](bool) { updateLater(); }));
-  update();
+  updateLater();
 }
 
 void MenuBar::setHasUpdateBadge(bool hasBadge) {

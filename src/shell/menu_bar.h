@@ -13,8 +13,8 @@
 
 namespace quillo {
 
-// Follows the dictation, the account and the settings; several changes of one turn are shown
-// together in the next. Main thread.
+// Follows the dictation, the account and the settings; the changes of one turn are shown together
+// in a later one, and so is the item at first. Main thread.
 class MenuBar {
  public:
   MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState& dictation,

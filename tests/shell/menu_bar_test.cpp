@@ -31,6 +31,8 @@ class MenuBarTest : public AccountTest {
             .openDiagnosticsLog = note("log"),
             .quit = note("quit"),
         });
+    EXPECT_FALSE(item().isShown());  // the launch goes first
+    desktop_.runTurns();
   }
   simulated::VirtualStatusItem& item() { return desktop_.statusItem(); }
   std::vector<std::string> titles() {

@@ -11,6 +11,7 @@
 #include "hosts/linux/termination_signals.h"
 #include "hosts/linux/x11_connection.h"
 #include "shell/diagnostics_log.h"
+#include "shell/views/quick_views.h"
 
 namespace quillo {
 namespace {
@@ -66,7 +67,8 @@ int run(int argumentCount, char** arguments) {
        .lost = [] { QApplication::exit(refuse("the display has gone.")); }});
   if (!opened.desktop) return refuse(opened.refusal);
 
-  linux_host::LinuxDesktop desktop(ground, log, bundle, std::move(opened.desktop));
+  views::QuickViews views;
+  linux_host::LinuxDesktop desktop(ground, log, bundle, std::move(opened.desktop), views);
   termination.deliver([&desktop] { desktop.application().terminate(); });
   instance.onReopen([&desktop] { desktop.application().reopen(); });
 
