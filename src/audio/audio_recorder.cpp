@@ -224,7 +224,7 @@ void MacAudioRecorder::emitLevel(float level) {
 
 AudioBuffer MacAudioRecorder::converted(const AudioBuffer& buffer) {
   const double inputRate = buffer.format().sampleRate;
-  if (!(inputRate > 0)) return {};
+  if (!targetFormat_ || !(inputRate > 0)) return {};
   const double frames =
       targetFormat_->sampleRate / inputRate * static_cast<double>(buffer.frames());
   return converter_->convert(buffer, static_cast<std::size_t>(frames) + converterHeadroomFrames);
@@ -234,15 +234,15 @@ void MacAudioRecorder::writeToSegment(const AudioBuffer& buffer, std::optional<f
   segmentFile_->write(buffer);
   segmentFrameCount_ += static_cast<std::int64_t>(buffer.frames());
   const bool quiet = isQuiet(level);
-  const double bufferSeconds = static_cast<double>(buffer.frames()) / targetFormat_->sampleRate;
-  quietRunSeconds_ = quiet ? quietRunSeconds_ + bufferSeconds : 0;
+  quietRunSeconds_ =
+      quiet ? quietRunSeconds_ + secondsOf(static_cast<std::int64_t>(buffer.frames())) : 0;
   if (isCutDue(quiet)) cutSegment();
 }
 
 // --- Segments ---
 
 bool MacAudioRecorder::isCutDue(bool quiet) const {
-  const double segmentSeconds = static_cast<double>(segmentFrameCount_) / targetFormat_->sampleRate;
+  const double segmentSeconds = secondsOf(segmentFrameCount_);
   if (segmentSeconds >= cutAlwaysAfterSeconds) return true;
   return quiet && segmentSeconds >= cutInPauseAfterSeconds && quietRunSeconds_ >= pauseSeconds;
 }
@@ -266,8 +266,7 @@ void MacAudioRecorder::closeSegment(SegmentEnd end) {
     dropSegment();
     return;
   }
-  const double durationSeconds =
-      static_cast<double>(segmentFrameCount_) / targetFormat_->sampleRate;
+  const double durationSeconds = secondsOf(segmentFrameCount_);
   const std::int64_t index = segmentIndex_;
   const FilePath path = *segmentURL_;
   segmentFile_.reset();  // finishes the file
@@ -300,6 +299,11 @@ void MacAudioRecorder::dropSegment() {
 }
 
 // --- Files ---
+
+// Of frames in the files.
+double MacAudioRecorder::secondsOf(std::int64_t frames) const {
+  return targetFormat_ ? static_cast<double>(frames) / targetFormat_->sampleRate : 0;
+}
 
 FilePath MacAudioRecorder::newFile(const std::string& prefix, const std::string& suffix) {
   const FilePath directory =

@@ -117,6 +117,7 @@ class MacAudioRecorder {
 
   void teardown(FinalSegment finalSegment);
   FilePath newFile(const std::string& prefix, const std::string& suffix);
+  double secondsOf(std::int64_t frames) const;
   RecordingResult finishedFile(const FilePath& path, double durationSeconds) const;
 
   MainThread& mainThread_;

@@ -29,7 +29,7 @@ bool isWithoutWordSpaces(char32_t scalar) {
 }
 
 std::string patternOf(std::string_view literal) {
-  const std::string escaped = Regex::escaped(literal);
+  std::string escaped = Regex::escaped(literal);
   const std::vector<char32_t> all = scalars(literal);
   if (std::any_of(all.begin(), all.end(), isWithoutWordSpaces)) return escaped;
   return "\\b" + escaped + "\\b";

@@ -16,9 +16,9 @@ struct Splice {
     const auto shift = static_cast<std::uint32_t>(text.size() - firstOrigin);
     text += piece;
     folded.text += foldedPiece;
-    const std::size_t end = folded.origins.size();
-    folded.origins.resize(end + origins.size());
-    std::transform(origins.begin(), origins.end(), folded.origins.begin() + end,
+    folded.origins.resize(folded.origins.size() + origins.size());
+    std::transform(origins.begin(), origins.end(),
+                   std::prev(folded.origins.end(), std::ssize(origins)),
                    [shift](std::uint32_t origin) { return origin + shift; });
   }
 };

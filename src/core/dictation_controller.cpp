@@ -27,11 +27,6 @@ constexpr Duration retryOffered = 12s;
 constexpr const char* startCue = "Tink";
 constexpr const char* resultCue = "Pop";
 
-// So that the upload will not wait for it.
-Task<> refreshSessionIfNeeded(SessionAuthority& authority) {
-  if (authority.isLoggedIn() && authority.needsRefresh()) co_await authority.refreshSession();
-}
-
 std::string transformFailureText(const LanguagePair& pair) {
   return pair.areEqual() ? "Couldn't polish the text — inserted the raw transcription."
                          : "Couldn't translate — inserted your original words. Please try again.";
@@ -113,9 +108,16 @@ Task<> MacDictationController::startRecording(CaptureFrontmost captureFrontmost)
   if (isBusy()) co_return;
   captureTarget(captureFrontmost);
   rooms_.api.warmUp();
-  start(ports_.mainThread, refreshSessionIfNeeded(rooms_.authority));
-  rolling_.begin(ports_.random.newUuid());
-  co_await attemptToStart();
+  start(ports_.mainThread, refreshSessionIfNeeded());
+  const std::string session = ports_.random.newUuid();
+  rolling_.begin(session);
+  co_await attemptToStart(recorderArguments(session));
+}
+
+// So that the upload will not wait for it.
+Task<> MacDictationController::refreshSessionIfNeeded() {
+  SessionAuthority& authority = rooms_.authority;
+  if (authority.isLoggedIn() && authority.needsRefresh()) co_await authority.refreshSession();
 }
 
 void MacDictationController::askForSignIn() {
@@ -141,8 +143,7 @@ void MacDictationController::captureTarget(CaptureFrontmost captureFrontmost) {
   targetApplication_ = lastExternalApplication_;
 }
 
-Task<> MacDictationController::attemptToStart() {
-  const MacAudioRecorder::StartArguments arguments = recorderArguments();
+Task<> MacDictationController::attemptToStart(MacAudioRecorder::StartArguments arguments) {
   std::exception_ptr error;
   for (int attempt = 1; attempt <= Microphone::attempts; ++attempt) {
     if (attempt > 1) {
@@ -161,7 +162,7 @@ Task<> MacDictationController::attemptToStart() {
   reportStartFailure(error);
 }
 
-MacAudioRecorder::StartArguments MacDictationController::recorderArguments() {
+MacAudioRecorder::StartArguments MacDictationController::recorderArguments(std::string session) {
   using VoiceProcessing = MacAudioRecorder::VoiceProcessing;
   const std::weak_ptr<void> alive = alive_;
   MainThread& mainThread = ports_.mainThread;
@@ -182,7 +183,7 @@ MacAudioRecorder::StartArguments MacDictationController::recorderArguments() {
             if (!alive.expired()) start(ports_.mainThread, stopAtMaximumLength());
           },
       .onSegmentReady =
-          [this, alive, &mainThread, session = *rolling_.sessionId()](const Recording& segment) {
+          [this, alive, &mainThread, session = std::move(session)](const Recording& segment) {
             mainThread.post([this, alive, segment, session] {
               if (!alive.expired()) rolling_.onSegmentReady(segment, session);
             });
@@ -416,22 +417,23 @@ void MacDictationController::cancelProcessing() {
 }
 
 void MacDictationController::retryLastRecording() {
-  if (isBusy() || !failed_.recording()) return;
-  const Recording& recording = *failed_.recording();
-  log("retry recording file=" + recording.fileURL.filename().string() +
-      " duration=" + shortestText(recording.durationSeconds / 60.0));
+  const std::optional<Recording>& recording = failed_.recording();
+  if (isBusy() || !recording) return;
+  log("retry recording file=" + recording->fileURL.filename().string() +
+      " duration=" + shortestText(recording->durationSeconds / 60.0));
   start(ports_.mainThread, retry());
 }
 
 Task<> MacDictationController::retry() {
   // A second press may have come before this turn.
-  if (isBusy() || !failed_.recording()) co_return;
+  const std::optional<Recording> recording = failed_.recording();
+  if (isBusy() || !recording) co_return;
   isProcessing = true;
   audioLevel = 0.0f;
   statusText = "Retrying";
   lastError = std::nullopt;
   rooms_.panel.show();
-  co_await runProcessing(*failed_.recording());
+  co_await runProcessing(*recording);
 }
 
 void MacDictationController::dismissLastFailure() {

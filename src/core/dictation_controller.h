@@ -104,8 +104,9 @@ class MacDictationController : public DictationState {
   void askForSignIn();
   void reportMicrophoneDenied();
   void captureTarget(CaptureFrontmost captureFrontmost);
-  Task<> attemptToStart();
-  MacAudioRecorder::StartArguments recorderArguments();
+  Task<> refreshSessionIfNeeded();
+  Task<> attemptToStart(MacAudioRecorder::StartArguments arguments);
+  MacAudioRecorder::StartArguments recorderArguments(std::string session);
   bool isBusy() const { return isRecording || isProcessing; }
   void goLive();
   void reportStartFailure(const std::exception_ptr& error);

@@ -66,18 +66,17 @@ TranscribeArguments RollingTranscription::argumentsFor(const Segment& segment) c
 Task<RollingTranscription::SegmentEnd> RollingTranscription::runSegment(
     Services services, OwnedFile file, TranscribeArguments arguments, WeakSelf self) {
   try {
-    co_return SegmentEnd{co_await transcribeSegment(services, std::move(file), std::move(arguments),
-                                                    std::move(self)),
-                         nullptr};
+    co_return co_await transcribeSegment(services, std::move(file), std::move(arguments),
+                                         std::move(self));
   } catch (...) {
-    co_return SegmentEnd{std::nullopt, std::current_exception()};
+    co_return std::current_exception();
   }
 }
 
 Task<RollingSegmentTranscript> RollingTranscription::transcribeSegment(
     Services services, OwnedFile file, TranscribeArguments arguments, WeakSelf self) {
-  const std::int64_t index = *arguments.segmentIndex;
-  const std::string sessionId = *arguments.sessionId;
+  const std::int64_t index = arguments.segmentIndex.value_or(0);
+  const std::string sessionId = arguments.sessionId.value_or("");
   arguments.audioData = file.read();
   if (self.expired()) co_return RollingSegmentTranscript{index, ""};
 
@@ -100,14 +99,14 @@ Task<std::optional<std::string>> RollingTranscription::awaitRollingTranscript() 
   statusText_ = "Finishing transcription";
   const auto tasks = rollingSegmentTasks_;
   std::vector<RollingSegmentTranscript> transcripts;
+  transcripts.reserve(tasks.size());
   for (const TaskHandle<SegmentEnd>& task : tasks) {
     SegmentEnd ended = co_await task.value();
-    if (ended.error) {
-      fallBack("rolling transcription failed; falling back to full file: " +
-               errorText(ended.error));
+    if (const auto* error = std::get_if<std::exception_ptr>(&ended)) {
+      fallBack("rolling transcription failed; falling back to full file: " + errorText(*error));
       co_return std::nullopt;
     }
-    transcripts.push_back(std::move(*ended.transcript));
+    transcripts.push_back(std::get<RollingSegmentTranscript>(std::move(ended)));
   }
   co_return joinedText(std::move(transcripts));
 }
@@ -126,6 +125,7 @@ std::optional<std::string> RollingTranscription::joinedText(
   std::sort(transcripts.begin(), transcripts.end(),
             [](const auto& a, const auto& b) { return a.index < b.index; });
   std::vector<std::string> texts;
+  texts.reserve(transcripts.size());
   for (RollingSegmentTranscript& segment : transcripts) texts.push_back(std::move(segment.text));
   const std::string text = trimmed(joined(texts, " "));
   return text.empty() ? std::nullopt : std::optional(text);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "api/murmex_api.h"
@@ -52,11 +53,8 @@ class RollingTranscription {
   void cancelSegments();
 
  private:
-  // How a segment's task ended: with a transcript or with an error.
-  struct SegmentEnd {
-    std::optional<RollingSegmentTranscript> transcript;
-    std::exception_ptr error;
-  };
+  // How a segment's task ended.
+  using SegmentEnd = std::variant<RollingSegmentTranscript, std::exception_ptr>;
   // What outlives this object.
   struct Services {
     MurmexAPI& api;

@@ -62,7 +62,7 @@ std::string TransformPipeline::checkedOutput(const std::string& rawText,
                               std::to_string(characterCount(rawText)) + " chars)");
     return rawText;
   }
-  const std::string cleaned = cleanOutput(reply);
+  std::string cleaned = cleanOutput(reply);
   const ValidationVerdict verdict = validateOutput(rawText, cleaned);
   if (const auto* rejected = std::get_if<Rejected>(&verdict)) {
     log_.log("dictation",
@@ -90,9 +90,8 @@ Task<std::optional<std::string>> TransformPipeline::transformTextTwice(Input inp
   try {
     co_return co_await transformText(std::move(input));
   } catch (...) {
-    // The text is delivered without the transform.
+    co_return std::nullopt;  // the text is delivered without the transform
   }
-  co_return std::nullopt;
 }
 
 Task<std::string> TransformPipeline::verifyTranslation(std::string finalText, LanguagePair pair) {
