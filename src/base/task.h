@@ -328,8 +328,8 @@ enum class SleepEnd { elapsed, cancelled };
 // Waits for `duration`. Cancellation wakes it at once; what that means is for the caller.
 Task<SleepEnd> sleepFor(Duration duration);
 
-// Waits for `duration`, also when cancelled meanwhile: for flows that must not be cut short, such as
-// one that has borrowed something of the user's.
+// Waits for `duration`, also when cancelled meanwhile: for flows that must not be cut short, such
+// as one that has borrowed something of the user's.
 Task<> sleepInFull(Duration duration);
 
 // Lets work that was posted before this go first.
