@@ -27,6 +27,7 @@ SelectionReader::SelectionReader(X11Connection& connection, xcb_atom_t selection
     : connection_(connection),
       selection_(selection),
       window_(window),
+      wanted_(wanted),
       targetsAtom_(connection.atom("TARGETS")),
       incrementalAtom_(connection.atom("INCR")) {
   if (wanted == Wanted::everything) {
@@ -36,11 +37,23 @@ SelectionReader::SelectionReader(X11Connection& connection, xcb_atom_t selection
   }
 }
 
+bool SelectionReader::isSettled(const Conversion& conversion) {
+  return conversion.state == State::received || conversion.state == State::refused;
+}
+
+bool SelectionReader::isAnswered() const {
+  return knowsTargets_ && std::all_of(conversions_.begin(), conversions_.end(), isSettled);
+}
+
 bool SelectionReader::isDone() const {
-  return knowsTargets_ &&
-         std::all_of(conversions_.begin(), conversions_.end(), [](const auto& each) {
-           return each.state == State::received || each.state == State::refused;
-         });
+  if (wanted_ == Wanted::plainText) {
+    // They were asked for in the order of preference.
+    const auto best = std::find_if(
+        conversions_.begin(), conversions_.end(),
+        [](const Conversion& conversion) { return conversion.state != State::refused; });
+    return best == conversions_.end() || best->state == State::received;
+  }
+  return isAnswered();
 }
 
 SelectionContent SelectionReader::takeContent() {

@@ -26,7 +26,10 @@ class SelectionReader {
                   Wanted wanted);
 
   void handle(const xcb_generic_event_t& event);
+  // Nothing more is to come that matters: of plain text, the best form is enough.
   bool isDone() const;
+  // The owner has answered every question, so it will not write to the window any more.
+  bool isAnswered() const;
   // The forms that the owner said it has, but that have not come; none while it has said nothing.
   std::vector<std::string> missingTargets() const;
   // What has come, in the owner's order.
@@ -41,6 +44,7 @@ class SelectionReader {
     SelectionRepresentation form;
   };
 
+  static bool isSettled(const Conversion& conversion);
   void convert(xcb_atom_t target, xcb_atom_t property);
   void convertAll(const std::vector<std::string>& targets);
   void targetsArrived(const xcb_selection_notify_event_t& event);
@@ -50,6 +54,7 @@ class SelectionReader {
   X11Connection& connection_;
   xcb_atom_t selection_;
   xcb_window_t window_;
+  Wanted wanted_;
   xcb_atom_t targetsAtom_;
   xcb_atom_t incrementalAtom_;
   bool knowsTargets_ = false;

@@ -244,7 +244,8 @@ bool X11Clipboard::ownsClipboard() {
 
 void X11Clipboard::startReading(ReadJob job) {
   if (reading_) finishReading(ClipboardReading::Outcome::timedOut);  // nobody waits for it any more
-  if (const auto own = server_.content(clipboard_)) {
+  const auto own = connection_->isBroken() ? nullptr : server_.content(clipboard_);
+  if (own) {
     job.promise->set_value({ClipboardReading::Outcome::complete, *own, {}});
     return;
   }
@@ -274,7 +275,7 @@ void X11Clipboard::finishReading(ClipboardReading::Outcome outcome) {
       reading.missingTargets = job.reader->missingTargets();
     }
     // Destroying a window to which the owner may still write would be an error of the owner's.
-    if (job.reader->isDone()) {
+    if (job.reader->isAnswered()) {
       xcb_destroy_window(connection_->get(), job.window);
     } else {
       abandonedWindows_.insert(job.window);

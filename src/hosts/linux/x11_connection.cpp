@@ -34,6 +34,11 @@ X11Connection::~X11Connection() {
   xcb_disconnect(connection_);
 }
 
+void X11Connection::waitForServer() {
+  // Any question will do.
+  owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+}
+
 const xcb_query_extension_reply_t* X11Connection::extension(xcb_extension_t* extension) const {
   const xcb_query_extension_reply_t* reply = xcb_get_extension_data(connection_, extension);
   return reply != nullptr && reply->present != 0 ? reply : nullptr;

@@ -50,6 +50,8 @@ class X11Connection {
   xcb_window_t root() const { return screen_->root; }
   bool isBroken() const { return xcb_connection_has_error(connection_) != 0; }
   void flush() const { xcb_flush(connection_); }
+  // Returns when the server has done everything that was asked of it so far.
+  void waitForServer();
 
   // The extension's first event and major opcode; null when the server does not have it.
   const xcb_query_extension_reply_t* extension(xcb_extension_t* extension) const;

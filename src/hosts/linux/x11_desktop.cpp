@@ -39,27 +39,32 @@ PasteShortcut pasteShortcutOfActiveApplication(X11Windows& windows) {
 struct X11Desktop::Parts {
   Parts(Arguments& arguments, std::unique_ptr<X11Connection> openConnection,
         std::unique_ptr<X11EventSource> openEvents, std::unique_ptr<X11Keyboard> openKeyboard,
+        std::unique_ptr<X11Connection> openGrabConnection,
         std::unique_ptr<X11Clipboard> openClipboard)
       : connection(std::move(openConnection)),
         events(std::move(openEvents)),
         keyboard(std::move(openKeyboard)),
+        grabConnection(std::move(openGrabConnection)),
+        grabEvents(*grabConnection, {}),
         clipboard(std::move(openClipboard)),
         entries(DesktopEntries::folders(), messageLocale()),
         windows(*connection, entries),
         workspace(arguments.mainThread, *connection, *events, windows,
                   std::move(arguments.ownBundleIdentifier)),
-        hotKeys(arguments.mainThread, *connection, *events, *keyboard, arguments.log),
+        hotKeys(arguments.mainThread, *grabConnection, grabEvents, *keyboard, arguments.log),
         eventMonitors(arguments.mainThread, *keyboard),
         hidKeyboards(arguments.mainThread, *keyboard),
         keyPoster(*connection, *keyboard, hotKeys,
                   {[this] { return pasteShortcutOfActiveApplication(windows); },
                    [this] { clipboard->lendAsPrimary(); }}),
-        keyboardState(*keyboard),
+        keyboardState(*keyboard, hotKeys),
         pasteboard(*clipboard) {}
 
   std::unique_ptr<X11Connection> connection;
   std::unique_ptr<X11EventSource> events;
   std::unique_ptr<X11Keyboard> keyboard;
+  std::unique_ptr<X11Connection> grabConnection;
+  X11EventSource grabEvents;
   std::unique_ptr<X11Clipboard> clipboard;
   DesktopEntries entries;
   X11Windows windows;
@@ -84,14 +89,15 @@ X11Desktop::Opened X11Desktop::open(Arguments arguments) {
   }
   auto events = std::make_unique<X11EventSource>(*connection, std::move(arguments.lost));
   auto keyboard = X11Keyboard::open(arguments.mainThread, *connection, *events);
+  auto grabConnection = X11Connection::open();
   auto clipboard = X11Clipboard::open();
-  if (!keyboard || !clipboard) {
+  if (!keyboard || !grabConnection || !clipboard) {
     return {nullptr,
             "The X server lacks an extension that Quillo needs (XInput 2.1, XKB, XTEST, XFIXES)."};
   }
-  return {std::unique_ptr<X11Desktop>(new X11Desktop(
-              std::make_unique<Parts>(arguments, std::move(connection), std::move(events),
-                                      std::move(keyboard), std::move(clipboard)))),
+  return {std::unique_ptr<X11Desktop>(new X11Desktop(std::make_unique<Parts>(
+              arguments, std::move(connection), std::move(events), std::move(keyboard),
+              std::move(grabConnection), std::move(clipboard)))),
           {}};
 }
 

@@ -69,7 +69,13 @@ class LocalMonitor final : public QObject {
     result.type =
         typeOf(modifier, event.type() == QEvent::KeyPress ? KeyDirection::down : KeyDirection::up);
     result.keyCode = *keyCode;
-    result.flags = keyboard_.modifierFlags();
+    // The event tells the state before itself.
+    result.flags = keymap.flagsOfState(event.nativeModifiers());
+    if (event.type() == QEvent::KeyPress) {
+      result.flags |= modifier;
+    } else {
+      result.flags &= ~modifier;
+    }
     if (modifier == 0) result.charactersIgnoringModifiers = keymap.characters(keycode);
     result.isAutorepeat = event.isAutoRepeat();
     return result;

@@ -22,6 +22,11 @@ X11EventSource::~X11EventSource() {
   QObject::disconnect(beforeBlocking_);
 }
 
+void X11EventSource::catchUp() {
+  connection_.waitForServer();
+  drain(xcb_poll_for_event);
+}
+
 void X11EventSource::drain(NextEvent next) {
   while (const auto event = owned(next(connection_.get()))) handlers_.notify(*event);
   connection_.flush();

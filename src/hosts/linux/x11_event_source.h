@@ -25,6 +25,9 @@ class X11EventSource {
     return handlers_.add(std::move(handler));
   }
 
+  // Delivers the events of everything that the server has done so far: one round trip.
+  void catchUp();
+
  private:
   using NextEvent = xcb_generic_event_t* (*)(xcb_connection_t*);
   void drain(NextEvent next);

@@ -2,6 +2,7 @@
 
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -14,6 +15,9 @@ namespace {
 
 // "Invalid parameter" in the numbering that the callers log.
 constexpr auto invalidParameter = static_cast<HotKeys::Status>(-50);
+
+// More keys than go down between an event and its handling.
+constexpr std::size_t rememberedPresses = 64;
 
 struct ModifierMask {
   std::uint32_t modifier;
@@ -45,6 +49,7 @@ X11HotKeys::X11HotKeys(MainThread& mainThread, X11Connection& connection, X11Eve
       connection_(connection),
       keyboard_(keyboard),
       log_(log),
+      unmappedWindow_(connection.createHiddenWindow(XCB_EVENT_MASK_NO_EVENT)),
       masks_(keyboard.keymap().masks()),
       subscriptions_{events.observe([this](const xcb_generic_event_t& event) { handle(event); }),
                      keyboard.observeKeys([this](const KeyChange& change) { keyChanged(change); }),
@@ -152,24 +157,39 @@ void X11HotKeys::grabbedKeyPressed(const xcb_key_press_event_t& event) {
   for (const auto& [id, chord] : chords_) {
     if (chord.keycode != event.detail || chord.mask != mask) continue;
     giveKeyboardBack();
-    if (!freshlyPressed_[chord.keycode]) return;  // autorepeat
-    freshlyPressed_[chord.keycode] = false;
-    heldKey_ = chord.keycode;
-    mainThread_.post([weak = std::weak_ptr(chord.pressed)] {
-      if (const auto pressed = weak.lock()) (*pressed)();
-    });
+    keyboard_.catchUp();  // when the key went down is known from the keyboard
+    if (takePress({event.detail, event.time})) fire(chord);
     return;
   }
 }
 
+bool X11HotKeys::takePress(const Press& press) {
+  const auto found = std::find(presses_.begin(), presses_.end(), press);
+  if (found == presses_.end()) return false;
+  presses_.erase(found);
+  return true;
+}
+
+void X11HotKeys::fire(const Chord& chord) {
+  mainThread_.post([weak = std::weak_ptr(chord.pressed)] {
+    if (const auto pressed = weak.lock()) (*pressed)();
+  });
+  if (!keyboard_.isDown(chord.keycode)) return;
+  heldKey_ = chord.keycode;
+  const std::uint64_t needed = keyboard_.keymap().flagsOfState(chord.mask);
+  if ((keyboard_.heldFlags() & needed) != needed) keepKeyboardUntilKeyIsUp();
+}
+
 void X11HotKeys::keyChanged(const KeyChange& change) {
   if (change.posted) return;
-  freshlyPressed_[change.keycode] = change.direction == KeyDirection::down;
-  if (change.direction == KeyDirection::down || heldKey_ == 0) return;
-  if (change.keycode == heldKey_) {
+  if (change.direction == KeyDirection::down) {
+    presses_.push_back({change.keycode, change.time});
+    if (presses_.size() > rememberedPresses) presses_.pop_front();
+  } else if (change.keycode == heldKey_) {
     heldKey_ = 0;
     if (isKeyboardKept_) giveKeyboardBack();
-  } else if ((keyboard_.keymap().modifierFlag(change.keycode) & event_flags::chordMask) != 0) {
+  } else if (heldKey_ != 0 &&
+             (keyboard_.keymap().modifierFlag(change.keycode) & event_flags::chordMask) != 0) {
     keepKeyboardUntilKeyIsUp();
   }
 }
@@ -198,6 +218,7 @@ void X11HotKeys::lendKeyboard() {
     if (chord.keycode == lentKey_) ungrab(chord);  // its repeats would take the keyboard again
   }
   giveKeyboardBack();
+  connection_.waitForServer();  // the synthetic keys come on another connection
 }
 
 void X11HotKeys::takeKeyboardBack() {
@@ -208,6 +229,17 @@ void X11HotKeys::takeKeyboardBack() {
   lentKey_ = 0;
   // The synthetic keys have let the modifiers go.
   if (heldKey_ != 0) keepKeyboardUntilKeyIsUp();
+}
+
+bool X11HotKeys::isKeyboardTaken() {
+  // The server looks for another's grab before it looks at the window, and an unmapped window can
+  // never get the grab: the question has no effect.
+  const auto reply = owned(xcb_grab_keyboard_reply(
+      connection_.get(),
+      xcb_grab_keyboard(connection_.get(), 0, unmappedWindow_, XCB_CURRENT_TIME,
+                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+      nullptr));
+  return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
 }
 
 void X11HotKeys::layoutChanged() {

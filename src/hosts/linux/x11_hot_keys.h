@@ -3,8 +3,8 @@
 
 #include <xcb/xcb.h>
 
-#include <bitset>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -23,9 +23,12 @@ namespace quillo::linux_host {
 // application, which then seems unfocused and receives no paste. So the keyboard is given back as
 // soon as the chord is seen, and taken again only when the user lets a modifier go first: the
 // application would receive the key's repeats.
+//
+// The grabs have a connection of their own: the server keeps raw events from the connection that
+// holds a grab, and the keyboard's must not miss a key.
 class X11HotKeys final : public HotKeys {
  public:
-  // All arguments outlive the hot keys.
+  // All arguments outlive the hot keys. `connection` and `events` are theirs alone.
   X11HotKeys(MainThread& mainThread, X11Connection& connection, X11EventSource& events,
              X11Keyboard& keyboard, Log& log);
   ~X11HotKeys() override;
@@ -37,6 +40,9 @@ class X11HotKeys final : public HotKeys {
   void lendKeyboard();
   void takeKeyboardBack();
 
+  // Whether another program holds a grab of the keyboard, and so gets every keystroke.
+  bool isKeyboardTaken();
+
  private:
   struct Chord {
     xcb_keycode_t keycode = 0;
@@ -45,6 +51,12 @@ class X11HotKeys final : public HotKeys {
     std::shared_ptr<std::function<void()>> pressed;
   };
   using ChordId = std::uint64_t;
+  struct Press {
+    xcb_keycode_t keycode = 0;
+    xcb_timestamp_t time = 0;
+
+    friend bool operator==(const Press&, const Press&) = default;
+  };
 
   // The layout has no key for one of the modifiers: nothing.
   std::optional<std::uint16_t> maskOf(std::uint32_t modifiers) const;
@@ -55,6 +67,8 @@ class X11HotKeys final : public HotKeys {
 
   void handle(const xcb_generic_event_t& event);
   void grabbedKeyPressed(const xcb_key_press_event_t& event);
+  void fire(const Chord& chord);
+  bool takePress(const Press& press);
   void keyChanged(const KeyChange& change);
   void layoutChanged();
   void keepKeyboardUntilKeyIsUp();
@@ -64,11 +78,12 @@ class X11HotKeys final : public HotKeys {
   X11Connection& connection_;
   X11Keyboard& keyboard_;
   Log& log_;
+  xcb_window_t unmappedWindow_;
   ModifierMasks masks_;  // of the layout in which the chords are grabbed
   std::map<ChordId, Chord> chords_;
   ChordId nextId_ = 1;
-  // Keys that went down and have not fired yet: a grab's later presses are autorepeat.
-  std::bitset<256> freshlyPressed_;
+  // When keys went down lately: a grabbed press at any other time is autorepeat.
+  std::deque<Press> presses_;
   xcb_keycode_t heldKey_ = 0;  // of the chord that fired and whose key is still down; 0 for none
   bool isKeyboardKept_ = false;
   bool isKeyboardLent_ = false;

@@ -54,6 +54,7 @@ bool X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint6
 
 bool X11KeyPoster::press(const PostedKey& key) {
   if (!command_) return postPlain(key, KeyDirection::down);
+  keyboard_.catchUp();  // the layout may have changed just now
   const auto chord = chordFor(key.keyCode);
   if (!chord || pressed_) return false;
   if (chord->selection == Selection::primary) desktop_.lendClipboardAsPrimary();
@@ -107,6 +108,7 @@ void X11KeyPoster::releaseCommand(const PostedKey& command) {
     const bool isLast = std::next(modifier) == modifiers.rend();
     keyboard_.fake(*modifier, KeyDirection::up, isLast ? std::optional(command) : std::nullopt);
   }
+  connection_.waitForServer();  // the hot keys have a connection of their own
   hotKeys_.takeKeyboardBack();
 }
 

@@ -48,8 +48,8 @@ X11Keyboard::X11Keyboard(MainThread& mainThread, X11Connection& connection, X11E
                          std::unique_ptr<X11Keymap> keymap)
     : mainThread_(mainThread),
       connection_(connection),
+      events_(events),
       keymap_(std::move(keymap)),
-      unmappedWindow_(connection.createHiddenWindow(XCB_EVENT_MASK_NO_EVENT)),
       subscription_(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {}
 
 bool X11Keyboard::selectInput() {
@@ -114,10 +114,10 @@ void X11Keyboard::handle(const xcb_generic_event_t& event) {
     case XCB_INPUT_RAW_KEY_PRESS:
     case XCB_INPUT_RAW_KEY_RELEASE: {
       const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
-      keyChanged(
-          static_cast<xcb_keycode_t>(raw.detail),
-          generic.event_type == XCB_INPUT_RAW_KEY_PRESS ? KeyDirection::down : KeyDirection::up,
-          raw.sourceid);
+      const bool isPress = generic.event_type == XCB_INPUT_RAW_KEY_PRESS;
+      keyChanged({static_cast<xcb_keycode_t>(raw.detail),
+                  isPress ? KeyDirection::down : KeyDirection::up, raw.time, 0, std::nullopt},
+                 raw.sourceid);
       break;
     }
     case XCB_INPUT_HIERARCHY:
@@ -128,16 +128,19 @@ void X11Keyboard::handle(const xcb_generic_event_t& event) {
   }
 }
 
-void X11Keyboard::keyChanged(xcb_keycode_t keycode, KeyDirection direction, std::uint16_t source) {
+void X11Keyboard::keyChanged(KeyChange change, std::uint16_t source) {
   if (syntheticDevices_.contains(source)) {
-    if (const auto own = takeExpected(keycode, direction)) {
-      if (own->seenAs) keyObservers_.notify({keycode, direction, own->seenAs->flags, own->seenAs});
+    if (const auto own = takeExpected(change.keycode, change.direction)) {
+      if (!own->seenAs) return;
+      change.flags = own->seenAs->flags;
+      change.posted = own->seenAs;
+      keyObservers_.notify(change);
       return;
     }
   }
-  down_[keycode] = direction == KeyDirection::down;
-  const std::uint64_t capsLock = keymap_->isCapsLockOn() ? event_flags::capsLock : 0;
-  keyObservers_.notify({keycode, direction, flagsOf(down_) | capsLock, std::nullopt});
+  down_[change.keycode] = change.direction == KeyDirection::down;
+  change.flags = flagsOf(down_) | (keymap_->isCapsLockOn() ? event_flags::capsLock : 0);
+  keyObservers_.notify(change);
 }
 
 std::optional<X11Keyboard::ExpectedKey> X11Keyboard::takeExpected(xcb_keycode_t keycode,
@@ -188,17 +191,6 @@ std::uint64_t X11Keyboard::modifierFlags() {
   const auto pointer = owned(xcb_query_pointer_reply(connection_.get(), askedPointer, nullptr));
   const bool isCapsLockOn = pointer && (pointer->mask & XCB_MOD_MASK_LOCK) != 0;
   return flagsOf(downKeys(keys.get())) | (isCapsLockOn ? event_flags::capsLock : 0);
-}
-
-bool X11Keyboard::isGrabbedByAnother() {
-  // The server looks for another's grab before it looks at the window, and an unmapped window can
-  // never get the grab: the question has no effect.
-  const auto reply = owned(xcb_grab_keyboard_reply(
-      connection_.get(),
-      xcb_grab_keyboard(connection_.get(), 0, unmappedWindow_, XCB_CURRENT_TIME,
-                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-      nullptr));
-  return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
 }
 
 void X11Keyboard::fake(xcb_keycode_t keycode, KeyDirection direction,

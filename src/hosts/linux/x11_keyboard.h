@@ -31,7 +31,8 @@ struct PostedKey {
 struct KeyChange {
   xcb_keycode_t keycode = 0;
   KeyDirection direction = KeyDirection::down;
-  std::uint64_t flags = 0;  // of the modifiers that the user holds after the change
+  xcb_timestamp_t time = 0;  // the server's
+  std::uint64_t flags = 0;   // of the modifiers that the user holds after the change
   // Set for a key that this program posted. Keys of other programs count as the user's.
   std::optional<PostedKey> posted;
 };
@@ -47,6 +48,8 @@ class X11Keyboard {
 
   X11Keymap& keymap() { return *keymap_; }
   bool isDown(xcb_keycode_t keycode) const { return down_[keycode]; }
+  // Flags of the modifiers that the user holds, as far as the events have told.
+  std::uint64_t heldFlags() { return flagsOf(down_); }
 
   // Until the result is dropped.
   [[nodiscard]] std::shared_ptr<void> observeKeys(std::function<void(const KeyChange&)> observer) {
@@ -56,12 +59,12 @@ class X11Keyboard {
     return layoutObservers_.add(std::move(observer));
   }
 
-  // --- Questions to the server: one round trip each ---
+  // --- Questions to the server, one round trip each ---
   // Flags of the modifiers that are down, whoever holds them, and of caps lock.
   std::uint64_t modifierFlags();
   std::vector<xcb_keycode_t> heldModifiers();
-  // Whether another program holds a grab of the keyboard, and so gets every keystroke.
-  bool isGrabbedByAnother();
+  // Knows of every key and layout up to now; the callers' observers have been told.
+  void catchUp() { events_.catchUp(); }
 
   // --- Synthetic keys ---
   // Observers see it as the posted key; without one they do not see it at all.
@@ -81,16 +84,16 @@ class X11Keyboard {
   void findSyntheticDevices();
   bool isSyntheticDevice(std::uint16_t device) const;
   void handle(const xcb_generic_event_t& event);
-  void keyChanged(xcb_keycode_t keycode, KeyDirection direction, std::uint16_t source);
+  void keyChanged(KeyChange change, std::uint16_t source);
   std::optional<ExpectedKey> takeExpected(xcb_keycode_t keycode, KeyDirection direction);
   std::bitset<256> readDownKeys() const;
   std::uint64_t flagsOf(const std::bitset<256>& down);
 
   MainThread& mainThread_;
   X11Connection& connection_;
+  X11EventSource& events_;
   std::unique_ptr<X11Keymap> keymap_;
   std::uint8_t inputOpcode_ = 0;
-  xcb_window_t unmappedWindow_;
   std::unordered_set<std::uint16_t> syntheticDevices_;
   std::bitset<256> down_;  // by the user
   std::deque<ExpectedKey> expected_;

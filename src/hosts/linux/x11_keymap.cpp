@@ -125,6 +125,15 @@ bool X11Keymap::noticesLayoutChange(const xcb_generic_event_t& event) {
   }
 }
 
+std::uint64_t X11Keymap::flagsOfState(std::uint32_t state) {
+  const ModifierMasks& masks = layout().masks;
+  return ((state & masks.shift) != 0 ? event_flags::shift : 0) |
+         ((state & masks.control) != 0 ? event_flags::control : 0) |
+         ((state & masks.option) != 0 ? event_flags::option : 0) |
+         ((state & masks.command) != 0 ? event_flags::command : 0) |
+         ((state & masks.capsLock) != 0 ? event_flags::capsLock : 0);
+}
+
 std::optional<std::string> X11Keymap::characters(xcb_keycode_t keycode) {
   const xkb_keysym_t keysym = plainKeysym(layout().keymap.get(), keycode, group_);
   char buffer[8] = {};

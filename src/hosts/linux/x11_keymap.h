@@ -41,6 +41,8 @@ class X11Keymap {
   // The event flag of the modifier that this key is, by its keysym; 0 for any other key. AltGr is
   // an option key; the key that some notebooks call XF86WakeUp is Fn.
   std::uint64_t modifierFlag(xcb_keycode_t keycode) { return layout().flagOfKey[keycode]; }
+  // Event flags of a modifier state of the core protocol.
+  std::uint64_t flagsOfState(std::uint32_t state);
   // What the key types without modifiers in the layout group that is in use; nothing for a key
   // that types no text.
   std::optional<std::string> characters(xcb_keycode_t keycode);

@@ -67,7 +67,9 @@ std::optional<WindowApplication> X11Windows::application(xcb_window_t window) {
   const auto windowClassName = windowClass(window);
   WindowApplication result;
   result.processIdentifier = processOf(window);
-  if (!windowClassName && result.processIdentifier == 0) return std::nullopt;
+  // The server knows a process for the number of a window that has gone, too, and it may be that of
+  // another program by now.
+  if (!windowClassName && !exists(window)) return std::nullopt;
   const std::string className = windowClassName.value_or("");
 
   const auto toolkitIdentifier = connection_.text(window, "_GTK_APPLICATION_ID");
