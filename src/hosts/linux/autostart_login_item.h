@@ -1,4 +1,4 @@
-// Starting with the session, by an autostart entry (Desktop Application Autostart Specification,
+// Starting with the session, by an autostart entry (Desktop Application Autostart,
 // freedesktop.org).
 #pragma once
 
