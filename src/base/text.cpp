@@ -28,10 +28,13 @@ std::string fromIcu(const icu::UnicodeString& text) {
   return out;
 }
 
+bool isAscii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
 // Every byte is a character of its own but for CR LF.
 bool isPlainAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\r'; });
+  return std::all_of(text.begin(), text.end(), [](char c) { return isAscii(c) && c != '\r'; });
 }
 
 // Whether a scalar is a character by itself, unless one follows that joins it.
@@ -86,6 +89,8 @@ class CharacterBoundaries {
   }
   // Two scalars that stand alone are two characters: most text needs no rules.
   std::optional<std::size_t> endOfPlainCharacter() const {
+    const bool isLast = at_ + 1 == text_.size();
+    if (isPlainAscii(text_.substr(at_, 1)) && (isLast || isAscii(text_[at_ + 1]))) return at_ + 1;
     const std::int32_t size = position(text_.size());
     std::int32_t end = position(at_);
     UChar32 first = 0;
@@ -133,6 +138,7 @@ std::size_t offsetOfCharacterFromEnd(std::string_view text, std::size_t count) {
 
 char32_t firstScalar(std::string_view text) {
   if (text.empty()) return 0;
+  if (isAscii(text.front())) return static_cast<char32_t>(text.front());
   std::int32_t position = 0;
   UChar32 scalar = 0;
   U8_NEXT_OR_FFFD(text.data(), position, static_cast<std::int32_t>(text.size()), scalar);

@@ -19,7 +19,8 @@ namespace quillo {
 // --- Characters ---
 std::size_t characterCount(std::string_view text);
 std::vector<std::string> characters(std::string_view text);
-// Calls `visit` with each character in order, without copying it.
+// Calls `visit` with each character in order, without copying it. `visit` counts and cuts no
+// characters itself.
 void forEachCharacter(std::string_view text, const std::function<void(std::string_view)>& visit);
 // At most `count` characters from the start, from the end, or all but those at one end.
 std::string prefixCharacters(std::string_view text, std::size_t count);
