@@ -26,7 +26,7 @@ void PulseSounds::play(std::string_view name) {
   pa_context* const context = connection_.context(lock);
   pa_stream* const stream = context ? pa_stream_new(context, "Cue", &cueFormat, nullptr) : nullptr;
   if (!stream) return;
-  playing_.emplace(stream, std::move(*samples));
+  playing_.emplace(stream, Cue{std::move(*samples)});
   pa_stream_set_state_callback(stream, onState, this);
   pa_stream_connect_playback(stream, nullptr, nullptr, PA_STREAM_NOFLAGS, nullptr, nullptr);
 }
@@ -36,11 +36,10 @@ void PulseSounds::onState(pa_stream* stream, void* self) {
   const pa_stream_state_t state = pa_stream_get_state(stream);
   if (!PA_STREAM_IS_GOOD(state)) return sounds.end(stream);
   if (state != PA_STREAM_READY) return;
-  const auto& samples = sounds.playing_.at(stream);
-  pa_stream_write(stream, samples.data(), samples.size() * sizeof samples.front(), nullptr, 0,
-                  PA_SEEK_RELATIVE);
-  if (pa_operation* const drain = pa_stream_drain(stream, onDrained, self))
-    pa_operation_unref(drain);
+  Cue& cue = sounds.playing_.at(stream);
+  pa_stream_write(stream, cue.samples.data(), cue.samples.size() * sizeof cue.samples.front(),
+                  nullptr, 0, PA_SEEK_RELATIVE);
+  cue.drain = pa_stream_drain(stream, onDrained, self);
 }
 
 void PulseSounds::onDrained(pa_stream* stream, int, void* self) {
@@ -48,7 +47,13 @@ void PulseSounds::onDrained(pa_stream* stream, int, void* self) {
 }
 
 void PulseSounds::end(pa_stream* stream) {
-  if (playing_.erase(stream) == 0) return;
+  const auto ended = playing_.find(stream);
+  if (ended == playing_.end()) return;
+  if (pa_operation* const drain = ended->second.drain) {
+    pa_operation_cancel(drain);
+    pa_operation_unref(drain);
+  }
+  playing_.erase(ended);
   pa_stream_set_state_callback(stream, nullptr, nullptr);
   pa_stream_disconnect(stream);
   pa_stream_unref(stream);

@@ -26,8 +26,13 @@ class PulseSounds final : public Sounds {
   static void onState(pa_stream* stream, void* self);
   static void onDrained(pa_stream* stream, int success, void* self);
 
+  struct Cue {
+    std::vector<std::int16_t> samples;
+    pa_operation* drain = nullptr;  // calls back even after its stream was told to end
+  };
+
   PulseConnection& connection_;
-  std::map<pa_stream*, std::vector<std::int16_t>> playing_;  // under the connection's lock
+  std::map<pa_stream*, Cue> playing_;  // under the connection's lock
 };
 
 }  // namespace quillo::linux_host
