@@ -41,6 +41,15 @@ std::uint16_t chordBits(const ModifierMasks& masks) {
   return static_cast<std::uint16_t>(masks.shift | masks.control | masks.option | masks.command);
 }
 
+// Every choice of some bits of `mask`, but not all.
+template <class Action>
+void forEachPartOf(std::uint16_t mask, const Action& action) {
+  for (int part = mask; part != 0;) {
+    part = (part - 1) & mask;
+    action(static_cast<std::uint16_t>(part));
+  }
+}
+
 }  // namespace
 
 X11HotKeys::X11HotKeys(MainThread& mainThread, X11Connection& connection, X11EventSource& events,
@@ -68,11 +77,7 @@ HotKeys::Registration X11HotKeys::registerHotKey(std::uint32_t keyCode, std::uin
   Chord chord{*keycode, modifiers, *mask,
               std::make_shared<std::function<void()>>(std::move(pressed))};
   // The server lets one program grab a chord twice.
-  for (const auto& [id, other] : chords_) {
-    if (other.keycode == chord.keycode && other.mask == chord.mask) {
-      return {Status::alreadyTaken, nullptr};
-    }
-  }
+  if (isRegistered(chord.keycode, chord.mask)) return {Status::alreadyTaken, nullptr};
   const Status status = grab(chord);
   if (status != Status::success) return {status, nullptr};
 
@@ -92,6 +97,12 @@ std::optional<std::uint16_t> X11HotKeys::maskOf(std::uint32_t modifiers) const {
     result |= masks_.*entry.mask;
   }
   return result;
+}
+
+bool X11HotKeys::isRegistered(xcb_keycode_t keycode, std::uint16_t mask) const {
+  return std::any_of(chords_.begin(), chords_.end(), [keycode, mask](const auto& entry) {
+    return entry.second.keycode == keycode && entry.second.mask == mask;
+  });
 }
 
 HotKeys::Status X11HotKeys::grab(const Chord& chord) {
@@ -174,10 +185,7 @@ void X11HotKeys::fire(const Chord& chord) {
   mainThread_.post([weak = std::weak_ptr(chord.pressed)] {
     if (const auto pressed = weak.lock()) (*pressed)();
   });
-  if (!keyboard_.isDown(chord.keycode)) return;
-  heldKey_ = chord.keycode;
-  const std::uint64_t needed = keyboard_.keymap().flagsOfState(chord.mask);
-  if ((keyboard_.heldFlags() & needed) != needed) keepKeyboardUntilKeyIsUp();
+  if (keyboard_.isDown(chord.keycode)) hold(chord);
 }
 
 void X11HotKeys::keyChanged(const KeyChange& change) {
@@ -185,13 +193,51 @@ void X11HotKeys::keyChanged(const KeyChange& change) {
   if (change.direction == KeyDirection::down) {
     presses_.push_back({change.keycode, change.time});
     if (presses_.size() > rememberedPresses) presses_.pop_front();
-  } else if (change.keycode == heldKey_) {
-    heldKey_ = 0;
-    if (isKeyboardKept_) giveKeyboardBack();
-  } else if (heldKey_ != 0 &&
-             (keyboard_.keymap().modifierFlag(change.keycode) & event_flags::chordMask) != 0) {
+    return;
+  }
+  if (!held_) return;
+  if (change.keycode == held_->keycode) {
+    letHeldKeyGo();
+  } else if ((keyboard_.keymap().modifierFlag(change.keycode) & event_flags::chordMask) != 0) {
     keepKeyboardUntilKeyIsUp();
   }
+}
+
+void X11HotKeys::hold(const Chord& chord) {
+  if (held_) letHeldKeyGo();
+  held_ = {chord.keycode, chord.mask};
+  guardHeldKey();
+  const std::uint64_t needed = keyboard_.keymap().flagsOfState(chord.mask);
+  if ((keyboard_.heldFlags() & needed) != needed) keepKeyboardUntilKeyIsUp();
+}
+
+void X11HotKeys::letHeldKeyGo() {
+  unguardHeldKey();
+  held_.reset();
+  if (isKeyboardKept_) giveKeyboardBack();
+}
+
+void X11HotKeys::guardHeldKey() {
+  // A repeat with some of the modifiers gone takes the keyboard until the key is up. Where another
+  // program owns that chord the server refuses, and the error is nobody's.
+  forEachPartOf(held_->mask, [this](std::uint16_t part) {
+    if (isRegistered(held_->keycode, part)) return;
+    for (const std::uint16_t mask : withLocks(part, masks_)) {
+      xcb_grab_key(connection_.get(), 0, connection_.root(), mask, held_->keycode,
+                   XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    }
+  });
+  connection_.flush();
+}
+
+void X11HotKeys::unguardHeldKey() {
+  forEachPartOf(held_->mask, [this](std::uint16_t part) {
+    if (isRegistered(held_->keycode, part)) return;
+    for (const std::uint16_t mask : withLocks(part, masks_)) {
+      xcb_ungrab_key(connection_.get(), held_->keycode, connection_.root(), mask);
+    }
+  });
+  connection_.flush();
 }
 
 void X11HotKeys::keepKeyboardUntilKeyIsUp() {
@@ -213,9 +259,13 @@ void X11HotKeys::giveKeyboardBack() {
 
 void X11HotKeys::lendKeyboard() {
   isKeyboardLent_ = true;
-  lentKey_ = heldKey_;
-  for (const auto& [id, chord] : chords_) {
-    if (chord.keycode == lentKey_) ungrab(chord);  // its repeats would take the keyboard again
+  if (held_) {
+    // Its repeats would take the keyboard again.
+    lentKey_ = held_->keycode;
+    unguardHeldKey();
+    for (const auto& [id, chord] : chords_) {
+      if (chord.keycode == lentKey_) ungrab(chord);
+    }
   }
   giveKeyboardBack();
   connection_.waitForServer();  // the synthetic keys come on another connection
@@ -227,8 +277,9 @@ void X11HotKeys::takeKeyboardBack() {
     if (chord.keycode == lentKey_) grab(chord);
   }
   lentKey_ = 0;
-  // The synthetic keys have let the modifiers go.
-  if (heldKey_ != 0) keepKeyboardUntilKeyIsUp();
+  if (!held_) return;
+  guardHeldKey();
+  keepKeyboardUntilKeyIsUp();  // the synthetic keys have let the modifiers go
 }
 
 bool X11HotKeys::isKeyboardTaken() {
@@ -245,6 +296,7 @@ bool X11HotKeys::isKeyboardTaken() {
 void X11HotKeys::layoutChanged() {
   const ModifierMasks& masks = keyboard_.keymap().masks();
   if (masks == masks_) return;
+  if (held_) letHeldKeyGo();
   for (const auto& [id, chord] : chords_) ungrab(chord);
   masks_ = masks;
   for (auto& [id, chord] : chords_) {

@@ -21,8 +21,8 @@ namespace quillo::linux_host {
 
 // Main thread. While a grabbed chord is down the server takes the keyboard from the focused
 // application, which then seems unfocused and receives no paste. So the keyboard is given back as
-// soon as the chord is seen, and taken again only when the user lets a modifier go first: the
-// application would receive the key's repeats.
+// soon as the chord is seen. The repeats of the key are kept from the application also when the
+// user lets a modifier go first.
 //
 // The grabs have a connection of their own: the server keeps raw events from the connection that
 // holds a grab, and the keyboard's must not miss a key.
@@ -61,6 +61,7 @@ class X11HotKeys final : public HotKeys {
   // The layout has no key for one of the modifiers: nothing.
   std::optional<std::uint16_t> maskOf(std::uint32_t modifiers) const;
   Status grab(const Chord& chord);
+  bool isRegistered(xcb_keycode_t keycode, std::uint16_t mask) const;
   bool isFreeForInputExtension(const Chord& chord);
   void ungrab(const Chord& chord);
   void unregister(ChordId id);
@@ -71,6 +72,10 @@ class X11HotKeys final : public HotKeys {
   bool takePress(const Press& press);
   void keyChanged(const KeyChange& change);
   void layoutChanged();
+  void hold(const Chord& chord);
+  void letHeldKeyGo();
+  void guardHeldKey();
+  void unguardHeldKey();
   void keepKeyboardUntilKeyIsUp();
   void giveKeyboardBack();
 
@@ -84,7 +89,11 @@ class X11HotKeys final : public HotKeys {
   ChordId nextId_ = 1;
   // When keys went down lately: a grabbed press at any other time is autorepeat.
   std::deque<Press> presses_;
-  xcb_keycode_t heldKey_ = 0;  // of the chord that fired and whose key is still down; 0 for none
+  struct HeldKey {
+    xcb_keycode_t keycode = 0;
+    std::uint16_t mask = 0;
+  };
+  std::optional<HeldKey> held_;  // of the chord that fired and whose key is still down
   bool isKeyboardKept_ = false;
   bool isKeyboardLent_ = false;
   xcb_keycode_t lentKey_ = 0;  // of the chords that are not grabbed while the keyboard is lent
