@@ -1,0 +1,83 @@
+// What every desktop's key state of the hardware keeps.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <utility>
+
+#include "contracts/keyboard_host.h"
+
+namespace quillo::contracts {
+
+class HIDKeyboardsHost : public KeyboardHost {
+ public:
+  virtual HIDKeyboards& hidKeyboards() = 0;
+};
+
+class HIDKeyboardsContract : public PortContract<HIDKeyboardsHost> {
+ protected:
+  using Value = std::tuple<std::uint32_t, std::uint32_t, bool>;  // page, usage, down
+
+  HIDKeyboards::OpenResult open(std::vector<Value>& values) {
+    auto opened = host().hidKeyboards().open([&values](const HIDValue& value) {
+      values.emplace_back(value.usagePage, value.usage, value.value != 0);
+    });
+    EXPECT_EQ(opened.result, 0);
+    EXPECT_TRUE(opened.manager);
+    return opened;
+  }
+  bool runUntilCount(const std::vector<Value>& values, std::size_t count) {
+    return host().runUntil([&] { return values.size() >= count; });
+  }
+};
+
+TEST_P(HIDKeyboardsContract, KeysAreKnownByTheirUsageAndSideAndDoNotRepeat) {
+  std::vector<Value> values;
+  const auto opened = open(values);
+  struct Key {
+    std::int64_t keyCode;
+    std::uint32_t page;
+    std::uint32_t usage;
+  };
+  const Key expected[] = {{keys::control, 7, 224},
+                          {keys::shift, 7, 225},
+                          {keys::option, 7, 226},
+                          {keys::command, 7, 227},
+                          {keys::rightControl, 7, 228},
+                          {keys::rightShift, 7, 229},
+                          {keys::rightOption, 7, 230},
+                          {keys::rightCommand, 7, 231},
+                          {keys::function, 255, 3},
+                          {keys::g, 7, 10},
+                          {keys::v, 7, 25},
+                          {keys::semicolon, 7, 51}};
+  std::vector<Value> wanted;
+  for (const Key& key : expected) {
+    host().tap({key.keyCode});
+    wanted.emplace_back(key.page, key.usage, true);
+    wanted.emplace_back(key.page, key.usage, false);
+  }
+  host().press(keys::space);
+  host().runFor(KeyboardHost::longPress);
+  host().release(keys::space);
+  wanted.emplace_back(7, 44, true);
+  wanted.emplace_back(7, 44, false);
+  ASSERT_TRUE(runUntilCount(values, wanted.size()));
+  EXPECT_THAT(values, testing::ElementsAreArray(wanted));
+}
+
+TEST_P(HIDKeyboardsContract, EveryManagerSeesAllKeysUntilItIsClosed) {
+  std::vector<Value> first;
+  std::vector<Value> second;
+  auto openedFirst = open(first);
+  const auto openedSecond = open(second);
+  host().tap({keys::a});
+  ASSERT_TRUE(runUntilCount(second, 2));
+  EXPECT_EQ(first, second);
+  openedFirst.manager.reset();
+  host().tap({keys::b});
+  ASSERT_TRUE(runUntilCount(second, 4));
+  EXPECT_EQ(first.size(), 2u);
+}
+
+}  // namespace quillo::contracts

@@ -1,0 +1,159 @@
+// What every desktop's key poster keeps: the pastes and copies of this program arrive.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "contracts/keyboard_host.h"
+#include "platform/pasteboard.h"
+
+namespace quillo::contracts {
+
+class KeyPosterHost : public KeyboardHost {
+ public:
+  virtual KeyPoster& keyPoster() = 0;
+  virtual KeyboardState& keyboardState() = 0;
+  virtual HotKeys& hotKeys() = 0;
+  virtual EventMonitors& eventMonitors() = 0;
+  virtual HIDKeyboards& hidKeyboards() = 0;
+  virtual Pasteboard& pasteboard() = 0;
+  // Puts the text into the editor and selects it.
+  virtual void selectInEditor(std::string_view text) = 0;
+  // The editor's program keeps the keyboard for itself, or stops doing so.
+  virtual void setSecureInput(bool enabled) = 0;
+};
+
+class KeyPosterContract : public PortContract<KeyPosterHost> {
+ protected:
+  static constexpr std::int64_t marker = 5068849;
+
+  // Command with the key, as the system posts it.
+  void postChord(std::int64_t keyCode, std::int64_t userData = 0) {
+    KeyPoster& poster = host().keyPoster();
+    EXPECT_TRUE(poster.post(keys::command, KeyDirection::down, event_flags::command, userData));
+    EXPECT_TRUE(poster.post(keyCode, KeyDirection::down, event_flags::command, userData));
+    host().runFor(std::chrono::milliseconds(20));
+    EXPECT_TRUE(poster.post(keyCode, KeyDirection::up, event_flags::command, userData));
+    EXPECT_TRUE(poster.post(keys::command, KeyDirection::up, 0, userData));
+  }
+  void copyToClipboard(std::string_view text) {
+    host().pasteboard().clearContents();
+    ASSERT_TRUE(host().pasteboard().setString(text));
+  }
+};
+
+TEST_P(KeyPosterContract, CommandWithVPastesIntoTheFocusedEditor) {
+  copyToClipboard("Grüße, 你好 🎙\nzweite Zeile");
+  postChord(keys::v);
+  EXPECT_TRUE(host().runUntilEditorHolds("Grüße, 你好 🎙\nzweite Zeile")) << host().editorText();
+}
+
+TEST_P(KeyPosterContract, CommandWithCCopiesTheSelection) {
+  host().selectInEditor("a selected text");
+  const std::int64_t before = host().pasteboard().changeCount();
+  postChord(keys::c, marker);
+  ASSERT_TRUE(host().runUntil([&] { return host().pasteboard().changeCount() != before; }));
+  EXPECT_EQ(host().pasteboard().string(), "a selected text");
+}
+
+TEST_P(KeyPosterContract, ThePasteArrivesWhateverModifiersTheUserHolds) {
+  std::string expected;
+  for (const std::vector<std::int64_t>& held : {std::vector{keys::shift},
+                                                {keys::rightShift},
+                                                {keys::control},
+                                                {keys::rightControl},
+                                                {keys::option},
+                                                {keys::command},
+                                                {keys::control, keys::option}}) {
+    copyToClipboard("x" + std::to_string(held.front()) + " ");
+    host().pressAll(held);
+    postChord(keys::v);
+    expected += "x" + std::to_string(held.front()) + " ";
+    EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();
+    host().releaseAll(held);
+  }
+  // No modifier is left down.
+  host().tap({keys::a});
+  EXPECT_TRUE(host().runUntilEditorHolds(expected + "a")) << host().editorText();
+  EXPECT_EQ(host().keyboardState().modifierFlags() & event_flags::chordMask, 0u);
+}
+
+TEST_P(KeyPosterContract, ThePasteArrivesWhileAHotKeyIsStillDown) {
+  int presses = 0;
+  const auto hotKey = host().hotKeys().registerHotKey(
+      keys::e, hot_key_modifiers::control | hot_key_modifiers::option, [&] { ++presses; });
+  ASSERT_EQ(hotKey.status, HotKeys::Status::success);
+  copyToClipboard("pasted");
+  host().pressAll({keys::control, keys::option, keys::e});
+  host().runFor(KeyboardHost::longPress);
+  postChord(keys::v);
+  EXPECT_TRUE(host().runUntilEditorHolds("pasted")) << host().editorText();
+  host().runFor(KeyboardHost::longPress);
+  EXPECT_EQ(host().editorText(), "pasted") << "the key that is still down was typed";
+  host().releaseAll({keys::control, keys::option, keys::e});
+  EXPECT_EQ(presses, 1);
+
+  host().tap({keys::control, keys::option, keys::e});
+  EXPECT_TRUE(host().runUntil([&] { return presses == 2; }));
+}
+
+TEST_P(KeyPosterContract, MonitorsSeePostedKeysWithTheirMarkerAndTheHardwareDoesNot) {
+  std::vector<KeyEvent> seen;
+  std::vector<std::shared_ptr<void>> monitors;
+  for (const auto type :
+       {KeyEvent::Type::keyDown, KeyEvent::Type::keyUp, KeyEvent::Type::flagsChanged}) {
+    monitors.push_back(host().eventMonitors().addGlobalMonitor(
+        type, [&](const KeyEvent& event) { seen.push_back(event); }));
+  }
+  std::vector<std::uint32_t> usages;
+  const auto manager =
+      host().hidKeyboards().open([&](const HIDValue& value) { usages.push_back(value.usage); });
+  ASSERT_EQ(manager.result, 0);
+
+  host().selectInEditor("text");
+  postChord(keys::c, marker);
+  host().tap({keys::a});
+  ASSERT_TRUE(host().runUntil([&] {
+    return !seen.empty() && seen.back().keyCode == keys::a &&
+           seen.back().type == KeyEvent::Type::keyUp;
+  }));
+
+  using Seen = std::tuple<KeyEvent::Type, std::int64_t, std::uint64_t, std::int64_t>;
+  std::vector<Seen> chord;
+  for (const KeyEvent& event : seen) {
+    chord.emplace_back(event.type, event.keyCode, event.flags & event_flags::chordMask,
+                       event.userData);
+  }
+  EXPECT_THAT(chord,
+              testing::ElementsAre(
+                  Seen{KeyEvent::Type::flagsChanged, keys::command, event_flags::command, marker},
+                  Seen{KeyEvent::Type::keyDown, keys::c, event_flags::command, marker},
+                  Seen{KeyEvent::Type::keyUp, keys::c, event_flags::command, marker},
+                  Seen{KeyEvent::Type::flagsChanged, keys::command, 0, marker},
+                  Seen{KeyEvent::Type::keyDown, keys::a, 0, 0},
+                  Seen{KeyEvent::Type::keyUp, keys::a, 0, 0}));
+  EXPECT_THAT(usages, testing::ElementsAre(4u, 4u)) << "A alone is a key of the hardware";
+}
+
+TEST_P(KeyPosterContract, TheKeyboardStateTellsTheModifiersAndSecureInput) {
+  KeyboardState& state = host().keyboardState();
+  const auto flagsBecome = [&](std::uint64_t flags) {
+    return host().runUntil(
+        [&] { return (state.modifierFlags() & event_flags::chordMask) == flags; });
+  };
+  EXPECT_TRUE(flagsBecome(0));
+  host().pressAll({keys::command, keys::rightShift});
+  EXPECT_TRUE(flagsBecome(event_flags::command | event_flags::shift));
+  host().releaseAll({keys::command, keys::rightShift});
+  host().press(keys::rightOption);
+  EXPECT_TRUE(flagsBecome(event_flags::option));
+  host().release(keys::rightOption);
+  EXPECT_TRUE(flagsBecome(0));
+
+  EXPECT_FALSE(state.isSecureEventInputEnabled());
+  host().setSecureInput(true);
+  EXPECT_TRUE(host().runUntil([&] { return state.isSecureEventInputEnabled(); }));
+  host().setSecureInput(false);
+  EXPECT_TRUE(host().runUntil([&] { return !state.isSecureEventInputEnabled(); }));
+}
+
+}  // namespace quillo::contracts

@@ -1,0 +1,65 @@
+// The user's keyboard, for the suites of the ports that see or press keys.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contracts/contract_host.h"
+#include "platform/keyboard.h"
+
+namespace quillo::contracts {
+
+// Virtual key codes of the ANSI layout, which is the one in use.
+namespace keys {
+inline constexpr std::int64_t a = 0;
+inline constexpr std::int64_t b = 11;
+inline constexpr std::int64_t c = 8;
+inline constexpr std::int64_t e = 14;
+inline constexpr std::int64_t g = 5;
+inline constexpr std::int64_t j = 38;
+inline constexpr std::int64_t v = 9;
+inline constexpr std::int64_t semicolon = 41;
+inline constexpr std::int64_t space = 49;
+inline constexpr std::int64_t rightCommand = 54;
+inline constexpr std::int64_t command = 55;
+inline constexpr std::int64_t shift = 56;
+inline constexpr std::int64_t capsLock = 57;
+inline constexpr std::int64_t option = 58;
+inline constexpr std::int64_t control = 59;
+inline constexpr std::int64_t rightShift = 60;
+inline constexpr std::int64_t rightOption = 61;
+inline constexpr std::int64_t rightControl = 62;
+inline constexpr std::int64_t function = 63;
+inline constexpr std::int64_t numLock = 71;
+}  // namespace keys
+
+// Another program's editor is in front, empty.
+class KeyboardHost : public ContractHost {
+ public:
+  // Keys of the user.
+  virtual void press(std::int64_t keyCode) = 0;
+  virtual void release(std::int64_t keyCode) = 0;
+
+  virtual std::string editorText() = 0;
+
+  void pressAll(const std::vector<std::int64_t>& chord) {
+    for (const std::int64_t key : chord) press(key);
+  }
+  // In the reverse order.
+  void releaseAll(const std::vector<std::int64_t>& chord) {
+    for (auto key = chord.rbegin(); key != chord.rend(); ++key) release(*key);
+  }
+  void tap(const std::vector<std::int64_t>& chord) {
+    pressAll(chord);
+    releaseAll(chord);
+  }
+  bool runUntilEditorHolds(std::string_view text) {
+    return runUntil([&] { return editorText() == text; }, std::chrono::seconds(10));
+  }
+
+  // Keys that are held this long repeat many times.
+  static constexpr Duration longPress = std::chrono::milliseconds(1100);
+};
+
+}  // namespace quillo::contracts

@@ -1,0 +1,237 @@
+// The keyboard of a real X server.
+#include <xcb/xinput.h>
+
+#include <QKeyEvent>
+#include <QProcess>
+#include <QWindow>
+
+#include "contracts/event_monitors_contract.h"
+#include "contracts/hid_keyboards_contract.h"
+#include "contracts/hot_keys_contract.h"
+#include "contracts/key_poster_contract.h"
+#include "contracts/linux_x11_host.h"
+#include "hosts/linux/key_codes.h"
+
+namespace quillo::contracts {
+namespace {
+
+using linux_host::owned;
+
+class LinuxHotKeys final : public LinuxKeyboardHost<HotKeysHost> {
+ public:
+  HotKeys& hotKeys() override { return desktop().hotKeys(); }
+  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                             std::uint32_t modifiers) override {
+    return grabElsewhere(otherProgram(), keyCode, modifiers);
+  }
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, HotKeysContract, (onX11<HotKeysHost, LinuxHotKeys>()),
+                         hostName<HotKeysHost>);
+
+class LinuxKeyPoster : public LinuxKeyboardHost<KeyPosterHost> {
+ public:
+  KeyPoster& keyPoster() override { return desktop().keyPoster(); }
+  KeyboardState& keyboardState() override { return desktop().keyboardState(); }
+  HotKeys& hotKeys() override { return desktop().hotKeys(); }
+  EventMonitors& eventMonitors() override { return desktop().eventMonitors(); }
+  HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
+  Pasteboard& pasteboard() override { return desktop().pasteboard(); }
+  void selectInEditor(std::string_view text) override {
+    editor().command("text=" + std::string(text));
+    EXPECT_TRUE(runUntilEditorHolds(text));
+  }
+  void setSecureInput(bool enabled) override { editor().command(enabled ? "grab" : "ungrab"); }
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, KeyPosterContract, (onX11<KeyPosterHost, LinuxKeyPoster>()),
+                         hostName<KeyPosterHost>);
+
+class LinuxHIDKeyboards final : public LinuxKeyboardHost<HIDKeyboardsHost> {
+ public:
+  HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, HIDKeyboardsContract,
+                         (onX11<HIDKeyboardsHost, LinuxHIDKeyboards>()),
+                         hostName<HIDKeyboardsHost>);
+
+class CountingWindow final : public QWindow {
+ public:
+  int keyDowns = 0;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!event->text().isEmpty()) ++keyDowns;
+  }
+};
+
+class LinuxEventMonitors final : public LinuxKeyboardHost<EventMonitorsHost> {
+ public:
+  EventMonitors& eventMonitors() override { return desktop().eventMonitors(); }
+  void focusOwnWindow() override {
+    window_.show();
+    window_.requestActivate();
+    EXPECT_TRUE(this->runUntil([this] { return window_.isActive(); }, std::chrono::seconds(10)));
+  }
+  void focusEditor() override {
+    editor().focus();
+    EXPECT_TRUE(this->runUntil([this] { return !window_.isActive(); }, std::chrono::seconds(10)));
+  }
+  int ownKeyDowns() override { return window_.keyDowns; }
+
+ private:
+  CountingWindow window_;
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, EventMonitorsContract,
+                         (onX11<EventMonitorsHost, LinuxEventMonitors>()),
+                         hostName<EventMonitorsHost>);
+
+// --- What only X11 has ---
+
+// The layout of all keyboards, until this ends.
+class Layout {
+ public:
+  explicit Layout(const QString& layout) { EXPECT_EQ(QProcess::execute("setxkbmap", {layout}), 0); }
+  ~Layout() { EXPECT_EQ(QProcess::execute("setxkbmap", {"us"}), 0); }
+};
+
+class X11KeyPosterTest : public testing::Test {
+ protected:
+  // Pastes, and sees the text come after what stood there.
+  void expectPasted(const std::string& text) {
+    const std::string before = host_.editorText();
+    host_.pasteboard().clearContents();
+    ASSERT_TRUE(host_.pasteboard().setString(text));
+    chord(keys::v);
+    EXPECT_TRUE(host_.runUntilEditorHolds(before + text)) << host_.editorText();
+  }
+  bool chord(std::int64_t keyCode) {
+    KeyPoster& poster = host_.keyPoster();
+    poster.post(keys::command, KeyDirection::down, event_flags::command, 0);
+    const bool isPosted = poster.post(keyCode, KeyDirection::down, event_flags::command, 0);
+    poster.post(keyCode, KeyDirection::up, event_flags::command, 0);
+    poster.post(keys::command, KeyDirection::up, 0, 0);
+    return isPosted;
+  }
+
+  LinuxKeyPoster host_;
+};
+
+TEST_F(X11KeyPosterTest, PastesInLayoutsWhereTheLettersLieElsewhereOrNowhere) {
+  for (const char* layout : {"dvorak", "ru", "us,ru", "de"}) {
+    SCOPED_TRACE(layout);
+    const Layout use(layout);
+    expectPasted(std::string("in ") + layout + " ");
+    host_.press(keys::option);
+    expectPasted("with Alt ");
+    host_.release(keys::option);
+  }
+}
+
+TEST_F(X11KeyPosterTest, UsesTheChordsOfTerminals) {
+  host_.replaceEditor("xfce4-terminal", OtherApplication::Kind::terminal);
+  expectPasted("ls -l ");
+  host_.press(keys::option);
+  expectPasted("with Alt ");
+  host_.release(keys::option);
+  host_.selectInEditor("output");
+  EXPECT_TRUE(chord(keys::c));
+  EXPECT_TRUE(host_.runUntil([&] { return host_.pasteboard().string() == "output"; },
+                             std::chrono::seconds(10)));
+  EXPECT_EQ(host_.editorText(), "output") << "Control and C reached the terminal";
+
+  host_.replaceEditor("XTerm", OtherApplication::Kind::oldTerminal);
+  expectPasted("echo ");
+  expectPasted("again");
+  EXPECT_FALSE(chord(keys::c)) << "these terminals have no chord that copies";
+  EXPECT_EQ(host_.editorText(), "echo again");
+}
+
+TEST_F(X11KeyPosterTest, TakesThePrimarySelectionForOldTerminalsAlone) {
+  const auto primaryOwner = [&] {
+    auto& other = host_.otherProgram();
+    return owned(xcb_get_selection_owner_reply(
+                     other.get(), xcb_get_selection_owner(other.get(), XCB_ATOM_PRIMARY), nullptr))
+        ->owner;
+  };
+  expectPasted("text");
+  EXPECT_EQ(primaryOwner(), XCB_WINDOW_NONE) << "the user's selection was taken away";
+  host_.replaceEditor("XTerm", OtherApplication::Kind::oldTerminal);
+  expectPasted("text");
+  EXPECT_NE(primaryOwner(), XCB_WINDOW_NONE);
+  host_.pasteboard().clearContents();
+  EXPECT_EQ(primaryOwner(), XCB_WINDOW_NONE);
+}
+
+TEST_F(X11KeyPosterTest, PostsNothingForAKeyThatNoKeyboardHas) {
+  EXPECT_FALSE(host_.keyPoster().post(1000, KeyDirection::down, 0, 0));
+  EXPECT_TRUE(host_.keyPoster().post(keys::a, KeyDirection::down, 0, 0));
+  EXPECT_TRUE(host_.keyPoster().post(keys::a, KeyDirection::up, 0, 0));
+  EXPECT_TRUE(host_.runUntilEditorHolds("a"));
+}
+
+TEST(X11HotKeysTest, AChordThatAnotherProgramHoldsByXInputIsTaken) {
+  LinuxHotKeys host;
+  auto& other = host.otherProgram();
+  const xcb_keycode_t keycode = *linux_host::keycodeAtPosition(keys::g);
+  const std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+  const std::uint32_t modifiers = XCB_MOD_MASK_CONTROL;
+  const auto grabbed = owned(xcb_input_xi_passive_grab_device_reply(
+      other.get(),
+      xcb_input_xi_passive_grab_device(other.get(), XCB_CURRENT_TIME, other.root(), XCB_CURSOR_NONE,
+                                       keycode, XCB_INPUT_DEVICE_ALL_MASTER, 1, 1,
+                                       XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC,
+                                       XCB_INPUT_GRAB_MODE_22_ASYNC, 0, &events, &modifiers),
+      nullptr));
+  ASSERT_TRUE(grabbed);
+  ASSERT_EQ(grabbed->num_modifiers, 0);
+  const auto refused = host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::control, [] {});
+  EXPECT_EQ(refused.status, HotKeys::Status::alreadyTaken);
+}
+
+// Exchanges the modifiers Mod1 and Mod4, which are Alt and Super.
+void exchangeAltAndSuper(linux_host::X11Connection& connection) {
+  const auto mapping = owned(xcb_get_modifier_mapping_reply(
+      connection.get(), xcb_get_modifier_mapping(connection.get()), nullptr));
+  const int width = mapping->keycodes_per_modifier;
+  xcb_keycode_t* codes = xcb_get_modifier_mapping_keycodes(mapping.get());
+  std::swap_ranges(codes + XCB_MAP_INDEX_1 * width, codes + XCB_MAP_INDEX_2 * width,
+                   codes + XCB_MAP_INDEX_4 * width);
+  const auto changed = owned(xcb_set_modifier_mapping_reply(
+      connection.get(),
+      xcb_set_modifier_mapping(connection.get(), mapping->keycodes_per_modifier, codes), nullptr));
+  ASSERT_TRUE(changed);
+  ASSERT_EQ(changed->status, XCB_MAPPING_STATUS_SUCCESS);
+}
+
+TEST(X11HotKeysTest, ChordsFollowTheLayout) {
+  LinuxHotKeys host;
+  int presses = 0;
+  const auto registered =
+      host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::command, [&] { ++presses; });
+  ASSERT_EQ(registered.status, HotKeys::Status::success);
+  const auto pressUntil = [&](int count) {
+    host.tap({keys::command, keys::g});
+    return host.runUntil([&] { return presses == count; }, std::chrono::seconds(10));
+  };
+  ASSERT_TRUE(pressUntil(1));
+  exchangeAltAndSuper(host.otherProgram());
+  // The program hears of the change before it hears of a key that is pressed later, but the chord
+  // itself is decided by the server: wait until the new grab stands.
+  EXPECT_TRUE(host.runUntil(
+      [&] {
+        const auto probe = grabElsewhere(host.otherProgram(), keys::g, hot_key_modifiers::option);
+        return probe == nullptr;
+      },
+      std::chrono::seconds(10)));
+  EXPECT_TRUE(pressUntil(2));
+  exchangeAltAndSuper(host.otherProgram());
+  EXPECT_TRUE(host.runUntil(
+      [&] {
+        const auto probe = grabElsewhere(host.otherProgram(), keys::g, hot_key_modifiers::command);
+        return probe == nullptr;
+      },
+      std::chrono::seconds(10)));
+  EXPECT_TRUE(pressUntil(3));
+}
+
+}  // namespace
+}  // namespace quillo::contracts

@@ -1,0 +1,12 @@
+// How another program answers for what it has copied.
+#pragma once
+
+namespace quillo::contracts {
+
+enum class OwnerManner {
+  prompt,
+  slow,  // 200 ms before each answer
+  hung,  // no answer at all, but it stands
+};
+
+}  // namespace quillo::contracts
