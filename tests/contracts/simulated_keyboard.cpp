@@ -1,0 +1,79 @@
+// The simulated keyboard keeps the contracts of the ports that see and press keys.
+#include "contracts/event_monitors_contract.h"
+#include "contracts/hid_keyboards_contract.h"
+#include "contracts/hot_keys_contract.h"
+#include "contracts/key_poster_contract.h"
+#include "contracts/simulated_host.h"
+
+namespace quillo::contracts {
+namespace {
+
+using simulated::Key;
+using simulated::Program;
+
+// An editor is in front, and the user has a keyboard.
+template <class Host>
+class SimulatedKeyboardHost : public SimulatedHost<Host> {
+ public:
+  void press(std::int64_t keyCode) override { this->desktop_.keyboard().press(Key{keyCode}); }
+  void release(std::int64_t keyCode) override { this->desktop_.keyboard().release(Key{keyCode}); }
+  std::string editorText() override { return program_.editor().text(); }
+
+ protected:
+  Program& program_ = this->desktop_.workspace().launch({"com.example.editor", "Editor"});
+};
+
+class SimulatedEventMonitors final : public SimulatedKeyboardHost<EventMonitorsHost> {
+ public:
+  EventMonitors& eventMonitors() override { return desktop_.eventMonitors(); }
+  void focusOwnWindow() override { desktop_.workspace().focus(desktop_.workspace().self()); }
+  void focusEditor() override { desktop_.workspace().focus(program_); }
+  int ownKeyDowns() override {
+    const auto& keys = desktop_.workspace().self().receivedKeys();
+    return static_cast<int>(std::ranges::count(keys, KeyEvent::Type::keyDown, &KeyEvent::type));
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract,
+                         (onSimulatedDesktop<EventMonitorsHost, SimulatedEventMonitors>()),
+                         hostName<EventMonitorsHost>);
+
+class SimulatedHIDKeyboards final : public SimulatedKeyboardHost<HIDKeyboardsHost> {
+ public:
+  HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract,
+                         (onSimulatedDesktop<HIDKeyboardsHost, SimulatedHIDKeyboards>()),
+                         hostName<HIDKeyboardsHost>);
+
+class SimulatedHotKeys final : public SimulatedKeyboardHost<HotKeysHost> {
+ public:
+  HotKeys& hotKeys() override { return desktop_.hotKeys(); }
+  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                             std::uint32_t modifiers) override {
+    return desktop_.hotKeys().takeByAnotherProgram(keyCode, modifiers);
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, HotKeysContract,
+                         (onSimulatedDesktop<HotKeysHost, SimulatedHotKeys>()),
+                         hostName<HotKeysHost>);
+
+class SimulatedKeyPoster final : public SimulatedKeyboardHost<KeyPosterHost> {
+ public:
+  KeyPoster& keyPoster() override { return desktop_.keyPoster(); }
+  KeyboardState& keyboardState() override { return desktop_.keyboardState(); }
+  HotKeys& hotKeys() override { return desktop_.hotKeys(); }
+  EventMonitors& eventMonitors() override { return desktop_.eventMonitors(); }
+  HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
+  Pasteboard& pasteboard() override { return desktop_.pasteboard(); }
+  void selectInEditor(std::string_view text) override {
+    program_.editor().setText(text);
+    program_.editor().selectAll();
+  }
+  void setSecureInput(bool enabled) override { desktop_.keyboard().setSecureInput(enabled); }
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, KeyPosterContract,
+                         (onSimulatedDesktop<KeyPosterHost, SimulatedKeyPoster>()),
+                         hostName<KeyPosterHost>);
+
+}  // namespace
+}  // namespace quillo::contracts
