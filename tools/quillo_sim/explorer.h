@@ -1,0 +1,59 @@
+// Lives random days of a user under random faults, and checks what must always hold.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "faults.h"
+#include "planted_bugs.h"
+#include "promises.h"
+#include "scenario.h"
+
+namespace quillo::sim {
+
+struct ExploreOptions {
+  std::uint64_t firstSeed = 1;
+  std::uint64_t lastSeed = 1;  // included
+  int days = 1;
+  PlantedBug bug = PlantedBug::none;
+  // One seed in so many is lived twice, and must end the same.
+  std::uint64_t twice = 8;
+};
+
+// What came of one seed.
+struct Life {
+  ExitCode code = ExitCode::fine;
+  std::vector<FaultKind> chosen;
+  int budget = 0;
+  std::vector<BrokenPromise> broken;
+  std::string crash;
+  std::uint64_t digest = 0;
+  std::uint64_t events = 0;
+  Duration lived{};
+  Duration spoken{};
+  std::map<FaultKind, int> fired;
+  std::map<std::string, int> done;
+};
+
+// `trace` may be null.
+Life live(std::uint64_t seed, int days, PlantedBug bug, std::ostream* trace);
+
+// What came of all of them together.
+struct Exploration {
+  ExitCode code = ExitCode::fine;
+  int seeds = 0;
+  Duration lived{};
+  Duration spoken{};
+  std::map<FaultKind, int> fired;
+  std::map<std::string, int> done;
+  std::set<std::string> brokenPromises;
+};
+
+// A line a seed that fails goes to `report`, with the command that repeats it. `trace` may be null.
+Exploration explore(const ExploreOptions& options, std::ostream& report, std::ostream* trace);
+
+}  // namespace quillo::sim

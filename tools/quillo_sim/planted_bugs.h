@@ -1,0 +1,44 @@
+// Bugs that the promises must find: something between the program and its ports that goes wrong.
+#pragma once
+
+#include <string_view>
+#include <utility>
+
+#include "world.h"
+
+namespace quillo::sim {
+
+enum class PlantedBug {
+  none,
+  clipboardNotRestored,
+  pastedTwice,
+  pastedAfterCancel,
+  pastedIntoWhateverIsInFront,
+  recordingDeletedOnFailure,
+  segmentsLeft,
+  keyLeftDown,
+  microphoneLeftOpen,
+  tokenLogged,
+  wordsLogged,
+  requestForgotten,
+};
+
+inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
+    {"none", PlantedBug::none},
+    {"clipboardNotRestored", PlantedBug::clipboardNotRestored},
+    {"pastedTwice", PlantedBug::pastedTwice},
+    {"pastedAfterCancel", PlantedBug::pastedAfterCancel},
+    {"pastedIntoWhateverIsInFront", PlantedBug::pastedIntoWhateverIsInFront},
+    {"recordingDeletedOnFailure", PlantedBug::recordingDeletedOnFailure},
+    {"segmentsLeft", PlantedBug::segmentsLeft},
+    {"keyLeftDown", PlantedBug::keyLeftDown},
+    {"microphoneLeftOpen", PlantedBug::microphoneLeftOpen},
+    {"tokenLogged", PlantedBug::tokenLogged},
+    {"wordsLogged", PlantedBug::wordsLogged},
+    {"requestForgotten", PlantedBug::requestForgotten},
+};
+
+// Nothing for `none`.
+World::MakeLayer layerWith(PlantedBug bug);
+
+}  // namespace quillo::sim
