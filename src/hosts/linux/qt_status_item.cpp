@@ -1,23 +1,59 @@
 #include "hosts/linux/qt_status_item.h"
 
+#include <xcb/xcb.h>
+
 #include <QAction>
 #include <QCursor>
 #include <QDBusConnection>
-#include <QDBusServiceWatcher>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
+#include <string_view>
 #include <utility>
+
+#include "hosts/linux/x11_connection.h"
 
 namespace quillo::linux_host {
 namespace {
 
 // Where items of this kind are registered (freedesktop.org, StatusNotifierItem).
 constexpr const char* registrar = "org.kde.StatusNotifierWatcher";
+constexpr int answerMilliseconds = 1000;
 
-// Qt reads a single & as the mark of a mnemonic.
-QString titleOf(const MenuItem& entry) {
-  return QString::fromStdString(entry.title).replace('&', "&&");
+// How long a session may take to get its bar.
+constexpr std::chrono::milliseconds lookInterval(250);
+constexpr int mostLooks = 60;
+
+// The older kind of bar owns a selection (freedesktop.org, System Tray Protocol).
+bool hasOldTray() {
+  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  if (!x11) return false;
+  constexpr std::string_view selection = "_NET_SYSTEM_TRAY_S0";
+  const auto atom = owned(xcb_intern_atom_reply(
+      x11->connection(), xcb_intern_atom(x11->connection(), 0, selection.size(), selection.data()),
+      nullptr));
+  const auto owner = owned(xcb_get_selection_owner_reply(
+      x11->connection(), xcb_get_selection_owner(x11->connection(), atom ? atom->atom : 0),
+      nullptr));
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+enum class BarKind { statusNotifier, oldTray };
+
+// What is typed to choose an item is marked by & in Qt and by _ in a notifier's menu; Qt turns the
+// first & into _ there, and nothing else.
+QString titleOf(const MenuItem& entry, BarKind kind) {
+  QString title = QString::fromStdString(entry.title);
+  if (kind == BarKind::oldTray) return title.replace('&', "&&");
+  title.replace('_', "__");
+  if (const auto first = title.indexOf('&'); first >= 0) title.insert(first, '&');
+  return title;
 }
 
 bool haveSameShape(const std::vector<MenuItem>& a, const std::vector<MenuItem>& b) {
@@ -26,8 +62,8 @@ bool haveSameShape(const std::vector<MenuItem>& a, const std::vector<MenuItem>& 
   });
 }
 
-void update(QAction& action, const MenuItem& entry) {
-  action.setText(titleOf(entry));
+void update(QAction& action, const MenuItem& entry, BarKind kind) {
+  action.setText(titleOf(entry, kind));
   action.setEnabled(entry.isEnabled);
   action.setCheckable(entry.isChecked);
   action.setChecked(entry.isChecked);
@@ -41,13 +77,13 @@ void update(QAction& action, const MenuItem& entry) {
 
 // Gives the actions of a menu, which has the shape of `entries`, their new meaning. A bar that
 // shows the menu at this moment keeps it open.
-void update(QMenu& menu, const std::vector<MenuItem>& entries) {
+void update(QMenu& menu, const std::vector<MenuItem>& entries, BarKind kind) {
   const QList<QAction*> actions = menu.actions();
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (entries[i].isSeparator()) continue;
     QAction& action = *actions[static_cast<qsizetype>(i)];
-    update(action, entries[i]);
-    if (action.menu()) update(*action.menu(), entries[i].submenu);
+    update(action, entries[i], kind);
+    if (action.menu()) update(*action.menu(), entries[i].submenu, kind);
   }
 }
 
@@ -67,8 +103,10 @@ void build(QMenu& menu, const std::vector<MenuItem>& entries) {
 }  // namespace
 
 struct QtStatusItem::Bar {
+  BarKind kind = BarKind::oldTray;
   QMenu menu;
-  QDBusServiceWatcher registrars;
+  QTimer nextLook;
+  int looks = 0;
   std::unique_ptr<QSystemTrayIcon> item;
 };
 
@@ -78,22 +116,40 @@ QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::makeBar() {
   bar_ = std::make_unique<Bar>();
-  // An item is of one kind or the other from the moment that it is made.
-  bar_->registrars.setConnection(QDBusConnection::sessionBus());
-  bar_->registrars.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-  bar_->registrars.addWatchedService(registrar);
-  QObject::connect(&bar_->registrars, &QDBusServiceWatcher::serviceRegistered, &bar_->registrars,
-                   [this] { makeItem(); });
   QObject::connect(&bar_->menu, &QMenu::aboutToHide, &bar_->menu, [this] {
     if (needsBuilding_)
       QMetaObject::invokeMethod(&bar_->menu, [this] { showMenu(); }, Qt::QueuedConnection);
   });
-  showMenu();
-  makeItem();
+  bar_->nextLook.setSingleShot(true);
+  QObject::connect(&bar_->nextLook, &QTimer::timeout, &bar_->nextLook, [this] { lookForBar(); });
+  lookForBar();
+}
+
+// A program that starts with the session may be there before the bar is, and Qt decides for good
+// which of the two kinds of bars it serves when the first item is made.
+void QtStatusItem::lookForBar() {
+  auto question = QDBusMessage::createMethodCall(registrar, "/StatusNotifierWatcher",
+                                                 "org.freedesktop.DBus.Properties", "Get");
+  question.setArguments({registrar, "IsStatusNotifierHostRegistered"});
+  question.setAutoStartService(false);
+  auto* const answer = new QDBusPendingCallWatcher(
+      QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), &bar_->nextLook);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &bar_->nextLook, [this, answer] {
+    answer->deleteLater();
+    const QDBusPendingReply<QDBusVariant> reply = *answer;
+    if (!reply.isError() && reply.value().variant().toBool()) {
+      bar_->kind = BarKind::statusNotifier;
+      makeItem();
+    } else if (hasOldTray() || ++bar_->looks == mostLooks) {
+      makeItem();
+    } else {
+      bar_->nextLook.start(lookInterval);
+    }
+  });
 }
 
 void QtStatusItem::makeItem() {
-  bar_->item.reset();
+  showMenu();
   bar_->item = std::make_unique<QSystemTrayIcon>();
   bar_->item->setContextMenu(&bar_->menu);
   QObject::connect(bar_->item.get(), &QSystemTrayIcon::activated, bar_->item.get(),
@@ -112,6 +168,7 @@ void QtStatusItem::setIcon(const std::string& symbol, const std::string& descrip
 }
 
 void QtStatusItem::showIcon() {
+  if (!bar_->item) return;
   bar_->item->setIcon(views_.barIcon(symbol_));
   bar_->item->setToolTip(QString::fromStdString(description_));
 }
@@ -120,12 +177,12 @@ void QtStatusItem::setMenu(std::vector<MenuItem> menu) {
   const bool keepsShape = haveSameShape(menu, entries_);
   entries_ = std::move(menu);
   needsBuilding_ = needsBuilding_ || !keepsShape;
-  if (bar_ && (!needsBuilding_ || !bar_->menu.isVisible())) showMenu();
+  if (bar_ && bar_->item && (!needsBuilding_ || !bar_->menu.isVisible())) showMenu();
 }
 
 void QtStatusItem::showMenu() {
   if (std::exchange(needsBuilding_, false)) build(bar_->menu, entries_);
-  update(bar_->menu, entries_);
+  update(bar_->menu, entries_, bar_->kind);
 }
 
 }  // namespace quillo::linux_host

@@ -11,7 +11,7 @@
 
 namespace quillo::linux_host {
 
-// Made after QApplication. A bar may come and go while the program runs.
+// Made after QApplication. The bar may come some time after the program, and go and come again.
 class QtStatusItem final : public StatusItem {
  public:
   // `views` outlives this.
@@ -25,6 +25,7 @@ class QtStatusItem final : public StatusItem {
   struct Bar;
 
   void makeBar();
+  void lookForBar();
   void makeItem();
   void showIcon();
   void showMenu();

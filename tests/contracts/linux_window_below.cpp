@@ -1,0 +1,96 @@
+#include "contracts/linux_window_below.h"
+
+#include <gtest/gtest.h>
+#include <xcb/xtest.h>
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <thread>
+
+#include "hosts/linux/monotonic_clock.h"
+
+namespace quillo::contracts {
+
+using linux_host::owned;
+using linux_host::X11Connection;
+
+WindowBelow::WindowBelow() : window_(xcb_generate_id(connection_->get())) {
+  const QSize screen = QGuiApplication::primaryScreen()->size();
+  const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_KEY_PRESS;
+  xcb_create_window(connection_->get(), XCB_COPY_FROM_PARENT, window_, connection_->root(), 0, 0,
+                    static_cast<std::uint16_t>(screen.width()),
+                    static_cast<std::uint16_t>(screen.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                    XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+  // Without a frame (Motif's hints: the flag for decorations, and none of them).
+  const std::uint32_t frameless[] = {2, 0, 0, 0, 0};
+  const xcb_atom_t hints = connection_->atom("_MOTIF_WM_HINTS");
+  xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, window_, hints, hints, 32, 5,
+                      frameless);
+  xcb_map_window(connection_->get(), window_);
+  connection_->flush();
+  const MonotonicTime end = linux_host::monotonicNow() + std::chrono::seconds(10);
+  while (!hasFocus() && linux_host::monotonicNow() < end) std::this_thread::yield();
+  EXPECT_TRUE(hasFocus()) << "the other program did not come to the front";
+}
+
+bool WindowBelow::hasFocus() {
+  const auto focus = owned(xcb_get_input_focus_reply(
+      connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
+  return focus && focus->focus == window_ &&
+         connection_->word(connection_->root(), "_NET_ACTIVE_WINDOW") == window_;
+}
+
+void WindowBelow::countEvents() {
+  while (const auto event = owned(xcb_poll_for_event(connection_->get()))) {
+    if ((event->response_type & 0x7f) == XCB_BUTTON_PRESS) ++clicks_;
+    if ((event->response_type & 0x7f) == XCB_KEY_PRESS) ++keys_;
+  }
+}
+
+int WindowBelow::clicks() {
+  countEvents();
+  return clicks_;
+}
+
+int WindowBelow::keys() {
+  countEvents();
+  return keys_;
+}
+
+void WindowBelow::setFullScreen() {
+  constexpr std::uint32_t add = 1;
+  tellWindowManager(window_, "_NET_WM_STATE", add, connection_->atom("_NET_WM_STATE_FULLSCREEN"));
+}
+
+void WindowBelow::switchToWorkspace(std::uint32_t number) {
+  tellWindowManager(connection_->root(), "_NET_CURRENT_DESKTOP", number);
+}
+
+void WindowBelow::tellWindowManager(xcb_window_t window, std::string_view message,
+                                    std::uint32_t first, std::uint32_t second) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = connection_->atom(message);
+  event.data.data32[0] = first;
+  event.data.data32[1] = second;
+  xcb_send_event(connection_->get(), 0, connection_->root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  connection_->flush();
+}
+
+void clickAt(X11Connection& connection, QPoint place) {
+  const auto send = [&](std::uint8_t type, std::uint8_t detail) {
+    xcb_test_fake_input(connection.get(), type, detail, XCB_CURRENT_TIME, connection.root(),
+                        static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()),
+                        0);
+  };
+  send(XCB_MOTION_NOTIFY, 0);
+  send(XCB_BUTTON_PRESS, 1);
+  send(XCB_BUTTON_RELEASE, 1);
+  connection.flush();
+}
+
+}  // namespace quillo::contracts

@@ -1,0 +1,47 @@
+// Another program on the real desktop that covers the screen, and the user's pointer.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <QPoint>
+#include <memory>
+#include <string_view>
+
+#include "hosts/linux/x11_connection.h"
+
+namespace quillo::contracts {
+
+// Its window has a connection of its own, so for the server and the window manager it is another
+// program, though it lives in this process.
+class WindowBelow {
+ public:
+  // Returns when the window is in front.
+  WindowBelow();
+  WindowBelow(const WindowBelow&) = delete;
+  WindowBelow& operator=(const WindowBelow&) = delete;
+
+  // It has the focus by the server as well as by the window manager.
+  bool hasFocus();
+  int clicks();
+  int keys();
+
+  void setFullScreen();
+  // The user goes to that workspace of the desktop.
+  void switchToWorkspace(std::uint32_t number);
+  linux_host::X11Connection& connection() { return *connection_; }
+
+ private:
+  void countEvents();
+  void tellWindowManager(xcb_window_t window, std::string_view message, std::uint32_t first,
+                         std::uint32_t second = 0);
+
+  std::unique_ptr<linux_host::X11Connection> connection_ = linux_host::X11Connection::open();
+  xcb_window_t window_;
+  int clicks_ = 0;
+  int keys_ = 0;
+};
+
+// The user clicks at a place of the screen, in pixels from its top left.
+void clickAt(linux_host::X11Connection& connection, QPoint place);
+
+}  // namespace quillo::contracts
