@@ -28,7 +28,7 @@ std::unique_ptr<VoiceProcessor> VoiceProcessor::make() {
   const bool isReady =
       processing->Initialize({{stream, stream, stream, stream}}) == Status::kNoError &&
       processing->high_pass_filter()->Enable(true) == Status::kNoError &&
-      processing->noise_suppression()->set_level(webrtc::NoiseSuppression::kHigh) ==
+      processing->noise_suppression()->set_level(webrtc::NoiseSuppression::kModerate) ==
           Status::kNoError &&
       processing->noise_suppression()->Enable(true) == Status::kNoError;
   if (!isReady) return nullptr;
