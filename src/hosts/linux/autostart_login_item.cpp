@@ -17,8 +17,9 @@ namespace {
 constexpr auto switchedOff =
     std::to_array<std::string_view>({"Hidden=true", "X-GNOME-Autostart-enabled=false"});
 
-// Quoting of the Exec key, and then that of a text value (freedesktop.org, Desktop Entry): in quotes a
-// backslash goes before `"`, "`", "$" and "\", and a value doubles each backslash. "%" is doubled.
+// Quoting of the Exec key, and then that of a text value (freedesktop.org, Desktop Entry): in
+// quotes a backslash goes before `"`, "`", "$" and "\", and a value doubles each backslash. "%" is
+// doubled.
 std::string quoted(const std::string& path) {
   std::string text = "\"";
   for (const char c : path) {
