@@ -56,7 +56,7 @@ class Living {
     world_.desktop().audioDevices().plug({.uid = "desk", .name = "Desk"});
     if (random_.chance(0.3))
       world_.desktop().audioDevices().builtInMicrophone().setFirstBufferDelay(
-          random_.between(10ms, 300ms));
+          random_.between(10ms, 240ms));
     if (random_.chance(0.5)) world_.desktop().queues().setLatency(random_.between(0ms, 200ms));
     world_.launch();
   }

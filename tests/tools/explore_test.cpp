@@ -1,0 +1,77 @@
+// Days of a user under faults, and the bugs that the promises must find in them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "explorer.h"
+
+namespace quillo::sim {
+namespace {
+
+using testing::Contains;
+
+TEST(Explore, AShortRangeKeepsItsPromisesAndEveryFaultFires) {
+  std::ostringstream report;
+  const Exploration all = explore({.firstSeed = 1, .lastSeed = 24}, report, nullptr);
+  EXPECT_EQ(all.code, ExitCode::fine) << report.str();
+  for (const auto& [name, kind] : faultNames)
+    EXPECT_TRUE(all.fired.contains(kind)) << name << " had no effect in any seed";
+  for (const char* act : {"cancel", "retry", "paste last", "review: Insert", "review: Discard",
+                          "review: Re-record", "dictate long", "sign in again"})
+    EXPECT_TRUE(all.done.contains(act)) << act;
+}
+
+TEST(Explore, ASeedIsOneLife) {
+  const Life first = live(3, 1, PlantedBug::none, nullptr);
+  EXPECT_EQ(first.digest, live(3, 1, PlantedBug::none, nullptr).digest);
+  EXPECT_NE(first.digest, live(4, 1, PlantedBug::none, nullptr).digest);
+}
+
+struct Planted {
+  PlantedBug bug;
+  const char* promise;
+};
+
+class PlantedBugs : public testing::TestWithParam<Planted> {};
+
+TEST_P(PlantedBugs, AreFound) {
+  std::set<std::string> broken;
+  for (std::uint64_t seed = 1; seed <= 8 && !broken.contains(GetParam().promise); ++seed) {
+    for (const BrokenPromise& each : live(seed, 1, GetParam().bug, nullptr).broken)
+      broken.insert(each.promise);
+  }
+  EXPECT_THAT(broken, Contains(GetParam().promise));
+}
+
+constexpr Planted plantedBugs[] = {
+    {PlantedBug::clipboardNotRestored, "the clipboard is the user's"},
+    {PlantedBug::pastedTwice, "text goes where the rules send it, once"},
+    {PlantedBug::pastedAfterCancel, "text goes where the rules send it, once"},
+    {PlantedBug::pastedIntoWhateverIsInFront, "text goes where the rules send it, once"},
+    {PlantedBug::recordingDeletedOnFailure, "no recording is lost"},
+    {PlantedBug::segmentsLeft, "nothing is left at rest"},
+    {PlantedBug::keyLeftDown, "nothing is left at rest"},
+    {PlantedBug::microphoneLeftOpen, "nothing is left at rest"},
+    {PlantedBug::tokenLogged, "the log keeps secrets"},
+    {PlantedBug::wordsLogged, "the log keeps secrets"},
+};
+INSTANTIATE_TEST_SUITE_P(Each, PlantedBugs, testing::ValuesIn(plantedBugs), [](const auto& info) {
+  for (const auto& [name, bug] : plantedBugNames)
+    if (bug == info.param.bug) return std::string(name);
+  return std::string("unnamed");
+});
+
+TEST(PlantedBugsOfRest, AForgottenRequestLetsTheProgramNotRest) {
+  std::ostringstream report;
+  const Exploration all =
+      explore({.firstSeed = 1, .lastSeed = 1, .bug = PlantedBug::requestForgotten, .twice = 0},
+              report, nullptr);
+  EXPECT_EQ(all.code, ExitCode::noRest);
+  EXPECT_THAT(report.str(),
+              testing::HasSubstr(
+                  "quillo-sim explore --seeds 1..1 --days 1 --bug requestForgotten --trace"));
+}
+
+}  // namespace
+}  // namespace quillo::sim
