@@ -44,7 +44,8 @@ QuickViews::~QuickViews() = default;
 void QuickViews::startEngine() {
   // Small flat scenes: drawing them by the processor is quicker to start, and takes a third of the
   // memory that a graphics stack would.
-  QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+  if (QQuickWindow::graphicsApi() != QSGRendererInterface::Software)
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
   QQuickWindow::setDefaultAlphaBuffer(true);
   theme_ = std::make_unique<Theme>();
   qml_register_types_Quillo_Views();
