@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QWindow>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -111,7 +112,9 @@ TEST(XdgOpener, StartsTheUsersProgramWithTheWholeAddress) {
   const TemporaryFolder folder;
   const FilePath opened = folder.path() / "opened";
   const FilePath program = folder.path() / "xdg-open";
-  std::ofstream(program) << "#!/bin/sh\necho \"$# $1\" >>" << opened << ".new\n"
+  // It also says which signals it was started with blocked.
+  std::ofstream(program) << "#!/bin/sh\necho \"$# $1 $(grep SigBlk /proc/$$/status | cut -f2)\" >>"
+                         << opened << ".new\n"
                          << "mv " << opened << ".new " << opened << "\n";
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   const auto nextLine = [&] {
@@ -122,16 +125,22 @@ TEST(XdgOpener, StartsTheUsersProgramWithTheWholeAddress) {
     std::filesystem::remove(opened);
     return line;
   };
+  // As the program itself has it, which takes this signal in its loop.
+  sigset_t blocked;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
   XdgOpener opener;
   {
     const EnvironmentVariable path("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str());
     EXPECT_TRUE(opener.openFile("/tmp/Quillo Mac.log"));
-    EXPECT_EQ(nextLine(), "1 /tmp/Quillo Mac.log");
+    EXPECT_EQ(nextLine(), "1 /tmp/Quillo Mac.log 0000000000000000");
     EXPECT_TRUE(opener.openURL("https://quillo.invalid/help?a=b&c=%20"));
-    EXPECT_EQ(nextLine(), "1 https://quillo.invalid/help?a=b&c=%20");
+    EXPECT_EQ(nextLine(), "1 https://quillo.invalid/help?a=b&c=%20 0000000000000000");
     EXPECT_FALSE(opener.openURL("--help"));
     EXPECT_FALSE(opener.openURL(""));
   }
+  pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
   const EnvironmentVariable nothing("PATH", "/nowhere");
   EXPECT_FALSE(opener.openURL("https://quillo.invalid/"));
 }
