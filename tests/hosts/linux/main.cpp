@@ -7,13 +7,15 @@
 #include <csignal>
 #include <cstdlib>
 
+constexpr int skipped = 77;  // as ctest is told
+
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   testing::InitGoogleTest(&argc, argv);
   const bool isOffline = std::getenv("QUILLO_TESTS_OFFLINE") != nullptr;
   if (isOffline && unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
-    std::puts("[  SKIPPED ] this kernel lets nobody leave the network");
-    return EXIT_SUCCESS;
+    std::puts("this kernel lets nobody leave the network");
+    return skipped;
   }
   const QApplication application(argc, argv);
   return RUN_ALL_TESTS();
