@@ -259,27 +259,13 @@ void X11HotKeys::giveKeyboardBack() {
 
 void X11HotKeys::lendKeyboard() {
   isKeyboardLent_ = true;
-  if (held_) {
-    // Its repeats would take the keyboard again.
-    lentKey_ = held_->keycode;
-    unguardHeldKey();
-    for (const auto& [id, chord] : chords_) {
-      if (chord.keycode == lentKey_) ungrab(chord);
-    }
-  }
   giveKeyboardBack();
   connection_.waitForServer();  // the synthetic keys come on another connection
 }
 
 void X11HotKeys::takeKeyboardBack() {
   isKeyboardLent_ = false;
-  for (const auto& [id, chord] : chords_) {
-    if (chord.keycode == lentKey_) grab(chord);
-  }
-  lentKey_ = 0;
-  if (!held_) return;
-  guardHeldKey();
-  keepKeyboardUntilKeyIsUp();  // the synthetic keys have let the modifiers go
+  if (held_) keepKeyboardUntilKeyIsUp();  // the synthetic keys have let the modifiers go
 }
 
 bool X11HotKeys::isKeyboardTaken() {

@@ -36,7 +36,8 @@ class X11HotKeys final : public HotKeys {
   Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                               std::function<void()> pressed) override;
 
-  // Between the two, synthetic keys reach the focused application also while a chord is down.
+  // Between the two, synthetic keys reach the focused application also while a chord is down; the
+  // chord's own repeats still do not.
   void lendKeyboard();
   void takeKeyboardBack();
 
@@ -96,7 +97,6 @@ class X11HotKeys final : public HotKeys {
   std::optional<HeldKey> held_;  // of the chord that fired and whose key is still down
   bool isKeyboardKept_ = false;
   bool isKeyboardLent_ = false;
-  xcb_keycode_t lentKey_ = 0;  // of the chords that are not grabbed while the keyboard is lent
   std::shared_ptr<void> alive_ = std::make_shared<int>();
   std::shared_ptr<void> subscriptions_[3];
 };
