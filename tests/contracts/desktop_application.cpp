@@ -5,7 +5,7 @@
 //
 // NAME becomes the window's class. The editor pastes with Control and V (or Shift and Insert) and
 // copies its whole text with Control and C; the terminals paste as theirs do. An Alt that goes up
-// alone opens the editor's menu bar, which takes the keyboard's next key.
+// without Control and without having been used opens a menu bar, which takes the next key.
 //
 // Its text is the window's property EDITOR_TEXT. The property EDITOR_COMMAND sets the text
 // ("text=..."), takes the keyboard ("grab") and gives it back ("ungrab").
@@ -115,7 +115,9 @@ class DesktopApplication {
     const bool isControl = (event.state & XCB_MOD_MASK_CONTROL) != 0;
     const bool isShift = (event.state & XCB_MOD_MASK_SHIFT) != 0;
     const bool isOther = (event.state & (XCB_MOD_MASK_1 | XCB_MOD_MASK_4)) != 0;
-    isAltAlone_ = keysym == XKB_KEY_Alt_L || keysym == XKB_KEY_Alt_R;
+    const bool isModifier = keysym >= XKB_KEY_Shift_L && keysym <= XKB_KEY_Hyper_R;
+    if (!isModifier) isAltAlone_ = false;
+    if (isAlt(keysym)) isAltAlone_ = true;
     if (isMenuOpen_) {
       isMenuOpen_ = false;
       return;
@@ -133,9 +135,12 @@ class DesktopApplication {
   }
   void keyReleased(const xcb_key_release_event_t& event) {
     const auto keysym = decode(event).first;
-    const bool isAlt = keysym == XKB_KEY_Alt_L || keysym == XKB_KEY_Alt_R;
     const bool isControl = (event.state & XCB_MOD_MASK_CONTROL) != 0;
-    if (isAlt && isAltAlone_ && !isControl) isMenuOpen_ = true;
+    if (isAlt(keysym) && isAltAlone_ && !isControl) isMenuOpen_ = true;
+  }
+  // With Shift down the key is called Meta.
+  static bool isAlt(xkb_keysym_t keysym) {
+    return keysym >= XKB_KEY_Meta_L && keysym <= XKB_KEY_Alt_R;
   }
   bool pastesWith(bool isShift) const {
     return kind_ == Kind::editor ? !isShift : kind_ == Kind::terminal && isShift;

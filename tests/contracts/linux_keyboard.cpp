@@ -1,5 +1,6 @@
 // The keyboard of a real X server.
 #include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 #include <QKeyEvent>
 #include <QProcess>
@@ -145,6 +146,31 @@ TEST_F(X11KeyPosterTest, UsesTheChordsOfTerminals) {
   EXPECT_EQ(host_.editorText(), "echo again");
 }
 
+TEST_F(X11KeyPosterTest, PastesAlsoWhenARepeatingChordHasTakenTheKeyboard) {
+  const auto hotKey = host_.hotKeys().registerHotKey(
+      keys::space, hot_key_modifiers::control | hot_key_modifiers::option, [] {});
+  ASSERT_EQ(hotKey.status, HotKeys::Status::success);
+  host_.pressAll({keys::control, keys::option, keys::space});
+  host_.runFor(KeyboardHost::longPress);
+  // The main thread is busy until a repeat has taken the keyboard and nobody gives it back.
+  auto& other = host_.otherProgram();
+  const xcb_window_t unmapped = other.createHiddenWindow(XCB_EVENT_MASK_NO_EVENT);
+  const MonotonicTime end = linux_host::monotonicNow() + std::chrono::seconds(10);
+  bool isTaken = false;
+  while (!isTaken && linux_host::monotonicNow() < end) {
+    const auto reply =
+        owned(xcb_grab_keyboard_reply(other.get(),
+                                      xcb_grab_keyboard(other.get(), 0, unmapped, XCB_CURRENT_TIME,
+                                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                      nullptr));
+    isTaken = reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+  }
+  ASSERT_TRUE(isTaken) << "the chord does not repeat";
+  EXPECT_FALSE(host_.keyboardState().isSecureEventInputEnabled()) << "the grab is our own";
+  expectPasted("pasted");
+  host_.releaseAll({keys::control, keys::option, keys::space});
+}
+
 TEST_F(X11KeyPosterTest, TakesThePrimarySelectionForOldTerminalsAlone) {
   const auto primaryOwner = [&] {
     auto& other = host_.otherProgram();
@@ -166,6 +192,29 @@ TEST_F(X11KeyPosterTest, PostsNothingForAKeyThatNoKeyboardHas) {
   EXPECT_TRUE(host_.keyPoster().post(keys::a, KeyDirection::down, 0, 0));
   EXPECT_TRUE(host_.keyPoster().post(keys::a, KeyDirection::up, 0, 0));
   EXPECT_TRUE(host_.runUntilEditorHolds("a"));
+}
+
+TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
+  LinuxHotKeys host;
+  auto& other = host.otherProgram();
+  int presses = 0;
+  const auto registered =
+      host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::control, [&] { ++presses; });
+  std::vector<std::uint32_t> usages;
+  const auto manager = host.desktop().hidKeyboards().open([&](const HIDValue& value) {
+    if (value.value != 0) usages.push_back(value.usage);
+  });
+  for (const auto& [keyCode, type] : {std::pair{keys::control, XCB_KEY_PRESS},
+                                      {keys::g, XCB_KEY_PRESS},
+                                      {keys::g, XCB_KEY_RELEASE},
+                                      {keys::control, XCB_KEY_RELEASE}}) {
+    ASSERT_TRUE(other.succeeded(xcb_test_fake_input_checked(
+        other.get(), static_cast<std::uint8_t>(type), *linux_host::keycodeAtPosition(keyCode),
+        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0)));
+  }
+  EXPECT_TRUE(
+      host.runUntil([&] { return presses == 1 && usages.size() == 2; }, std::chrono::seconds(10)));
+  EXPECT_THAT(usages, testing::ElementsAre(224u, 10u));
 }
 
 TEST(X11HotKeysTest, AChordThatAnotherProgramHoldsByXInputIsTaken) {
