@@ -1,6 +1,10 @@
 #include "hosts/linux/qt_application.h"
 
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QPalette>
 #include <QWindow>
 #include <array>
@@ -28,6 +32,10 @@ constexpr auto paletteColours = std::to_array<PaletteColour>({
     {QPalette::Highlight, 0xff2f6fde, 0xff3d7eff},
     {QPalette::HighlightedText, 0xffffffff, 0xffffffff},
 });
+
+// Of the settings portal (freedesktop.org, XDG Desktop Portal).
+constexpr uint portalPrefersDark = 1;
+constexpr int portalMilliseconds = 3000;
 
 QPalette palette(Appearance appearance) {
   QPalette colours;
@@ -63,7 +71,28 @@ QtApplication::QtApplication(BundleInformation bundle, MainThread& mainThread)
 }
 
 void QtApplication::setAppearance(Appearance appearance) {
+  appearance_ = appearance;
   QApplication::setPalette(appearance == Appearance::system ? QPalette() : palette(appearance));
+  if (appearance == Appearance::system)
+    QMetaObject::invokeMethod(&connections_, [this] { followDesktop(); }, Qt::QueuedConnection);
+}
+
+// Qt knows the colours of some desktops; the others tell through the portal whether they are dark.
+void QtApplication::followDesktop() {
+  auto question = QDBusMessage::createMethodCall("org.freedesktop.portal.Desktop",
+                                                 "/org/freedesktop/portal/desktop",
+                                                 "org.freedesktop.portal.Settings", "Read");
+  question.setArguments({"org.freedesktop.appearance", "color-scheme"});
+  auto* const answer = new QDBusPendingCallWatcher(
+      QDBusConnection::sessionBus().asyncCall(question, portalMilliseconds), &connections_);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &connections_, [this, answer] {
+    answer->deleteLater();
+    const QDBusPendingReply<QDBusVariant> reply = *answer;
+    if (reply.isError() || appearance_ != Appearance::system) return;
+    // A variant in a variant.
+    const uint scheme = reply.value().variant().value<QDBusVariant>().variant().toUInt();
+    if (scheme == portalPrefersDark) QApplication::setPalette(palette(Appearance::dark));
+  });
 }
 
 void QtApplication::activateIgnoringOtherApps() {

@@ -16,6 +16,7 @@ class QtApplication final : public Application {
   const BundleInformation& bundle() const override { return bundle_; }
   // Desktops here have no Dock: a window shows in the task bar under either policy.
   void setActivationPolicy(ActivationPolicy policy) override { (void)policy; }
+  // The desktop's own appearance is asked for in a later turn, and takes effect when it answers.
   void setAppearance(Appearance appearance) override;
   void activateIgnoringOtherApps() override;
   bool hasVisibleWindows() const override;
@@ -27,9 +28,12 @@ class QtApplication final : public Application {
   void reopen();
 
  private:
+  void followDesktop();
+
   const BundleInformation bundle_;
   MainThread& mainThread_;
   Events events_;
+  Appearance appearance_ = Appearance::system;
   QObject connections_;  // ends them
 };
 

@@ -44,7 +44,7 @@ QuickViews::~QuickViews() = default;
 void QuickViews::startEngine() {
   // Small flat scenes: drawing them by the processor is quicker to start, and takes a third of the
   // memory that a graphics stack would.
-  if (QQuickWindow::graphicsApi() != QSGRendererInterface::Software)
+  if (QQuickWindow::sceneGraphBackend() != "software")
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
   QQuickWindow::setDefaultAlphaBuffer(true);
   theme_ = std::make_unique<Theme>();

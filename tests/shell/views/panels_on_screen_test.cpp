@@ -9,6 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
@@ -194,20 +195,50 @@ TEST_F(PanelsOnScreen, AnAlertIsAnsweredByKeysAndButtons) {
   EXPECT_EQ(answerTo([&] { shown()->close(); }), 1u);
 }
 
-TEST_F(PanelsOnScreen, PanelsFollowTheColourScheme) {
-  const auto groundLightness = [&] {
-    const QRect frame = shown()->geometry();
-    return QGuiApplication::primaryScreen()
-        ->grabWindow(0, frame.x() + 12, frame.center().y(), 1, 1)
-        .toImage()
-        .pixelColor(0, 0)
-        .lightness();
+// A desktop that says that it is dark.
+class DarkDesktop final : public QDBusVirtualObject {
+ public:
+  DarkDesktop() {
+    bus_.registerVirtualObject("/org/freedesktop/portal/desktop", this);
+    EXPECT_TRUE(bus_.registerService("org.freedesktop.portal.Desktop"));
+  }
+  ~DarkDesktop() override { QDBusConnection::disconnectFromBus("portal"); }
+
+  QString introspect(const QString&) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    const QDBusVariant dark(QVariant::fromValue<uint>(1));
+    return connection.send(
+        message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(dark)))));
+  }
+
+ private:
+  QDBusConnection bus_ = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "portal");
+};
+
+TEST_F(PanelsOnScreen, PanelsFollowTheUsersColourSchemeOrElseTheDesktops) {
+  const auto groundBecomes = [&](int least, int most) {
+    return runUntil([&] {
+      const QRect frame = shown()->geometry();
+      const QPixmap pixel =
+          QGuiApplication::primaryScreen()->grabWindow(0, frame.x() + 12, frame.center().y(), 1, 1);
+      const int lightness = pixel.toImage().pixelColor(0, 0).lightness();
+      return least <= lightness && lightness <= most;
+    });
   };
   application_.setAppearance(Appearance::light);
   hud_.show();
-  EXPECT_TRUE(runUntil([&] { return groundLightness() > 220; }));
+  EXPECT_TRUE(groundBecomes(220, 255));
   application_.setAppearance(Appearance::dark);
-  EXPECT_TRUE(runUntil([&] { return groundLightness() < 60; }));
+  EXPECT_TRUE(groundBecomes(0, 60));
+  application_.setAppearance(Appearance::system);
+  EXPECT_TRUE(groundBecomes(220, 255));
+  {
+    const DarkDesktop desktop;
+    application_.setAppearance(Appearance::system);
+    EXPECT_TRUE(groundBecomes(0, 60));
+    application_.setAppearance(Appearance::light);
+    EXPECT_TRUE(groundBecomes(220, 255));
+  }
   application_.setAppearance(Appearance::system);
 }
 
