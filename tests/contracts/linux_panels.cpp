@@ -174,5 +174,35 @@ TEST_F(LinuxPanels, ACompositorMayComeAndGo) {
   EXPECT_EQ(panel_->frame(), (Rect{{200, 100}, {300, 80}}));
 }
 
+TEST_F(LinuxPanels, TheVisibleFrameLeavesTheDesktopsBarsOut) {
+  const Screen before = host_.screens().screens().front();
+  auto& connection = host_.below().connection();
+  const xcb_window_t bar = xcb_generate_id(connection.get());
+  const auto width = static_cast<std::uint16_t>(before.frame.size.width);
+  const auto height = static_cast<std::int16_t>(before.frame.size.height);
+  constexpr std::uint32_t thickness = 40;
+  xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, bar, connection.root(), 0,
+                    static_cast<std::int16_t>(height - 40), width, thickness, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  const xcb_atom_t dock = connection.atom("_NET_WM_WINDOW_TYPE_DOCK");
+  xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, bar,
+                      connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
+  const std::uint32_t bottom[] = {0, 0, 0, thickness};
+  xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, bar,
+                      connection.atom("_NET_WM_STRUT"), XCB_ATOM_CARDINAL, 32, 4, bottom);
+  xcb_map_window(connection.get(), bar);
+  connection.flush();
+  const auto visibleBecomes = [&](double bottomEdge) {
+    return host_.runUntil(
+        [&] { return host_.screens().screens().front().visibleFrame.minY() == bottomEdge; },
+        std::chrono::seconds(20));
+  };
+  EXPECT_TRUE(visibleBecomes(thickness));
+  EXPECT_EQ(host_.screens().screens().front().frame, before.frame);
+  xcb_destroy_window(connection.get(), bar);
+  connection.flush();
+  EXPECT_TRUE(visibleBecomes(before.visibleFrame.minY()));
+}
+
 }  // namespace
 }  // namespace quillo::contracts
