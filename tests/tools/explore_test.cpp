@@ -13,7 +13,7 @@ using testing::Contains;
 
 TEST(Explore, AShortRangeKeepsItsPromisesAndEveryFaultFires) {
   std::ostringstream report;
-  const Exploration all = explore({.firstSeed = 1, .lastSeed = 24}, report, nullptr);
+  const Exploration all = explore({.firstSeed = 1, .lastSeed = 30, .life = {.hours = 1}}, report);
   EXPECT_EQ(all.code, ExitCode::fine) << report.str();
   for (const auto& [name, kind] : faultNames)
     EXPECT_TRUE(all.fired.contains(kind)) << name << " had no effect in any seed";
@@ -23,9 +23,9 @@ TEST(Explore, AShortRangeKeepsItsPromisesAndEveryFaultFires) {
 }
 
 TEST(Explore, ASeedIsOneLife) {
-  const Life first = live(3, 1, PlantedBug::none, nullptr);
-  EXPECT_EQ(first.digest, live(3, 1, PlantedBug::none, nullptr).digest);
-  EXPECT_NE(first.digest, live(4, 1, PlantedBug::none, nullptr).digest);
+  const std::uint64_t first = live(3, {.hours = 1}).digest;
+  EXPECT_EQ(first, live(3, {.hours = 1}).digest);
+  EXPECT_NE(first, live(4, {.hours = 1}).digest);
 }
 
 struct Planted {
@@ -38,7 +38,7 @@ class PlantedBugs : public testing::TestWithParam<Planted> {};
 TEST_P(PlantedBugs, AreFound) {
   std::set<std::string> broken;
   for (std::uint64_t seed = 1; seed <= 8 && !broken.contains(GetParam().promise); ++seed) {
-    for (const BrokenPromise& each : live(seed, 1, GetParam().bug, nullptr).broken)
+    for (const BrokenPromise& each : live(seed, {.hours = 2, .bug = GetParam().bug}).broken)
       broken.insert(each.promise);
   }
   EXPECT_THAT(broken, Contains(GetParam().promise));
@@ -64,13 +64,14 @@ INSTANTIATE_TEST_SUITE_P(Each, PlantedBugs, testing::ValuesIn(plantedBugs), [](c
 
 TEST(PlantedBugsOfRest, AForgottenRequestLetsTheProgramNotRest) {
   std::ostringstream report;
-  const Exploration all =
-      explore({.firstSeed = 1, .lastSeed = 1, .bug = PlantedBug::requestForgotten, .twice = 0},
-              report, nullptr);
+  const Exploration all = explore(
+      {.firstSeed = 1, .lastSeed = 1, .life = {.bug = PlantedBug::requestForgotten}, .twice = 0},
+      report, nullptr);
   EXPECT_EQ(all.code, ExitCode::noRest);
-  EXPECT_THAT(report.str(),
-              testing::HasSubstr(
-                  "quillo-sim explore --seeds 1..1 --days 1 --bug requestForgotten --trace"));
+  EXPECT_THAT(
+      report.str(),
+      testing::HasSubstr(
+          "quillo-sim explore --seeds 1..1 --days 1 --hours 9 --bug requestForgotten --trace"));
 }
 
 }  // namespace

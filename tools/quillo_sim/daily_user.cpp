@@ -77,7 +77,7 @@ DailyUser::Way DailyUser::way() const {
 }
 
 void DailyUser::press(const std::vector<Key>& chord) {
-  if (faults_.lasts(FaultKind::userKeysLost) && random_.chance(0.3)) {
+  if (faults_.lasts(FaultKind::userKeysLost) && random_.chance(0.6)) {
     faults_.note(FaultKind::userKeysLost);
     return;
   }

@@ -12,8 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration day = 24h;
-constexpr Duration workingDay = 9h;
-constexpr Duration longestPause = 12min;
+constexpr Duration longestPause = 6min;
 // The rules' own time-outs: a request that stalls is tried three times, and there are several.
 constexpr Duration timeForTheProbe = 2min;
 constexpr Duration settled = 20s;
@@ -29,17 +28,17 @@ std::vector<FaultKind> chooseFaults(simulated::SeededRandom& random) {
 
 class Living {
  public:
-  Living(Life& life, World& world, std::uint64_t seed, int days)
+  Living(Life& life, World& world, std::uint64_t seed, const LifeOptions& options)
       : random_(seed, "days"),
         life_(life),
-        days_(days),
+        options_(options),
         world_(world),
         faults_(world, simulated::SeededRandom(seed, "faults"), life.chosen, life.budget),
         user_(world, faults_, simulated::SeededRandom(seed, "user")) {}
 
   ExitCode live(Promises& promises) {
     furnish();
-    for (int i = 0; i < days_; ++i) liveOneDay(promises);
+    for (int i = 0; i < options_.days; ++i) liveOneDay(promises);
     const ExitCode code = endQuietly(promises);
     life_.lived = world_.now().sinceStart;
     life_.spoken = user_.spoken();
@@ -58,12 +57,23 @@ class Living {
       world_.desktop().audioDevices().builtInMicrophone().setFirstBufferDelay(
           random_.between(10ms, 240ms));
     if (random_.chance(0.5)) world_.desktop().queues().setLatency(random_.between(0ms, 200ms));
+    furnishSettings(world_.desktop().userDefaults());
     world_.launch();
+  }
+
+  // The ways that a text can take are as likely from the first day on.
+  void furnishSettings(UserDefaults& defaults) {
+    if (random_.chance(0.5)) defaults.setText("outputLanguage", "de");
+    if (random_.chance(0.5)) defaults.setBoolean("validateTranslation", true);
+    if (random_.chance(0.2)) defaults.setBoolean("mac.autoPaste", false);
+    if (random_.chance(0.4)) defaults.setText("mac.activationMode", "hold");
+    if (random_.chance(0.4)) defaults.setText("mac.microphoneUID", "desk");
   }
 
   void liveOneDay(Promises& promises) {
     const MonotonicTime morning = world_.now();
-    while (world_.now() - morning < workingDay) {
+    const Duration work = std::chrono::hours(options_.hours);
+    while (world_.now() - morning < work && promises.broken().empty()) {
       if (random_.chance(0.4)) faults_.strike();
       user_.doSomething();
       if (random_.chance(0.3)) faults_.strike();
@@ -71,6 +81,8 @@ class Living {
       user_.attend();
       lookAtRest(promises);
     }
+    // A day on which a promise was broken has told enough.
+    if (!promises.broken().empty()) return;
     if (morning + day > world_.now()) world_.runFor(morning + day - world_.now());
     lookAtRest(promises);
   }
@@ -108,7 +120,7 @@ class Living {
 
   simulated::SeededRandom random_;
   Life& life_;
-  int days_;
+  LifeOptions options_;
   World& world_;
   Faults faults_;
   DailyUser user_;
@@ -122,9 +134,11 @@ std::string hex(std::uint64_t number) {
 
 std::string replayCommand(std::uint64_t seed, const ExploreOptions& options) {
   std::string command = "quillo-sim explore --seeds " + std::to_string(seed) + ".." +
-                        std::to_string(seed) + " --days " + std::to_string(options.days);
+                        std::to_string(seed) + " --days " + std::to_string(options.life.days) +
+                        " --hours " + std::to_string(options.life.hours);
   for (const auto& [name, bug] : plantedBugNames)
-    if (bug == options.bug && bug != PlantedBug::none) command += " --bug " + std::string(name);
+    if (bug == options.life.bug && bug != PlantedBug::none)
+      command += " --bug " + std::string(name);
   return command + " --trace";
 }
 
@@ -149,17 +163,17 @@ void addAll(std::map<Key, int>& sum, const std::map<Key, int>& counts) {
 
 }  // namespace
 
-Life live(std::uint64_t seed, int days, PlantedBug bug, std::ostream* trace) {
+Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   Life life;
   simulated::SeededRandom random(seed, "options");
   life.chosen = chooseFaults(random);
-  life.budget = static_cast<int>(random.below(40)) * days;
+  life.budget = static_cast<int>(random.below(100)) * options.days;
   Promises promises({.wordMarker = "zq"}, Words::known);
-  World world(seed, World::PanelTexts::untold, layerWith(bug));
+  World world(seed, World::PanelTexts::untold, layerWith(options.bug));
   promises.follow(world.trace());
   if (trace) world.trace().printTo(*trace);
   try {
-    Living living(life, world, seed, days);
+    Living living(life, world, seed, options);
     life.code = living.live(promises);
   } catch (const std::exception& error) {
     life.code = ExitCode::crash;
@@ -176,9 +190,9 @@ Life live(std::uint64_t seed, int days, PlantedBug bug, std::ostream* trace) {
 Exploration explore(const ExploreOptions& options, std::ostream& report, std::ostream* trace) {
   Exploration all;
   for (std::uint64_t seed = options.firstSeed; seed <= options.lastSeed; ++seed) {
-    Life life = live(seed, options.days, options.bug, trace);
+    Life life = live(seed, options.life, trace);
     if (options.twice != 0 && seed % options.twice == 0 &&
-        live(seed, options.days, options.bug, nullptr).digest != life.digest)
+        live(seed, options.life).digest != life.digest)
       life.code = worse(life.code, ExitCode::notRepeated);
     if (life.code != ExitCode::fine) reportSeed(seed, life, options, report);
     all.code = worse(all.code, life.code);

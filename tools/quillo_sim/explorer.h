@@ -15,11 +15,17 @@
 
 namespace quillo::sim {
 
+// How a seed is lived.
+struct LifeOptions {
+  int days = 1;
+  int hours = 9;  // of work a day
+  PlantedBug bug = PlantedBug::none;
+};
+
 struct ExploreOptions {
   std::uint64_t firstSeed = 1;
   std::uint64_t lastSeed = 1;  // included
-  int days = 1;
-  PlantedBug bug = PlantedBug::none;
+  LifeOptions life{};
   // One seed in so many is lived twice, and must end the same.
   std::uint64_t twice = 8;
 };
@@ -40,7 +46,7 @@ struct Life {
 };
 
 // `trace` may be null.
-Life live(std::uint64_t seed, int days, PlantedBug bug, std::ostream* trace);
+Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace = nullptr);
 
 // What came of all of them together.
 struct Exploration {
@@ -54,6 +60,7 @@ struct Exploration {
 };
 
 // A line a seed that fails goes to `report`, with the command that repeats it. `trace` may be null.
-Exploration explore(const ExploreOptions& options, std::ostream& report, std::ostream* trace);
+Exploration explore(const ExploreOptions& options, std::ostream& report,
+                    std::ostream* trace = nullptr);
 
 }  // namespace quillo::sim

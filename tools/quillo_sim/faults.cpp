@@ -11,10 +11,11 @@ using namespace std::chrono_literals;
 using simulated::SwitchedPermissions;
 
 constexpr Duration shortestFault = 500ms;
-constexpr Duration longestFault = 8min;
-// A fault of the service meets this share of the requests while it lasts.
-constexpr double shareOfRequests = 0.6;
-constexpr std::size_t hugeSize = 70'000'000;
+constexpr Duration longestFault = 20min;
+constexpr Duration longOfShortFaults = 30s;
+// A fault of the service meets some requests while it lasts, or nearly all.
+constexpr double sharesOfRequests[] = {0.4, 0.95};
+constexpr std::size_t hugeSize = 67'200'000;
 
 struct ServiceFault {
   FaultKind kind;
@@ -63,8 +64,10 @@ void Faults::begin(FaultKind kind) {
   --budget_;
   world_.trace().tell("fault", {{"kind", nameOf(kind)}});
   active_[kind].push_back(std::move(*heals));
-  world_.desktop().after(random_.between(shortestFault, longestFault),
-                         [this, kind] { heal(kind); });
+  shareOfRequests_ = sharesOfRequests[random_.below(std::size(sharesOfRequests))];
+  world_.desktop().after(
+      random_.between(shortestFault, random_.chance(0.5) ? longestFault : longOfShortFaults),
+      [this, kind] { heal(kind); });
 }
 
 void Faults::heal(FaultKind kind) {
@@ -246,7 +249,7 @@ std::optional<simulated::Answer> Faults::whim(Endpoint endpoint,
   for (const ServiceFault& fault : serviceFaults) {
     if (!lasts(fault.kind) || std::ranges::find(fault.endpoints, endpoint) == fault.endpoints.end())
       continue;
-    if (!random_.chance(shareOfRequests)) continue;
+    if (!random_.chance(shareOfRequests_)) continue;
     note(fault.kind);
     return answerOf(fault.kind, endpoint, request);
   }

@@ -125,6 +125,7 @@ class Faults {
   std::vector<FaultKind> chosen_;
   int budget_;
   bool hasEnded_ = false;
+  double shareOfRequests_ = 1;
   std::map<FaultKind, std::vector<Heal>> active_;
   std::map<FaultKind, int> fired_;
   int copies_ = 0;

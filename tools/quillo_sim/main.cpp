@@ -20,7 +20,7 @@ using quillo::sim::ExploreOptions;
 constexpr const char* usage =
     "usage: quillo-sim run [--no-trace] FILE...\n"
     "  plays scenarios (docs/scenarios.md) and prints their traces, one JSON object a line\n"
-    "usage: quillo-sim explore --seeds A..B [--days N] [--bug NAME] [--trace]\n"
+    "usage: quillo-sim explore --seeds A..B [--days N] [--hours N] [--bug NAME] [--trace]\n"
     "  lives random days of a user under random faults, one world a seed\n"
     "exit codes: 0 fine, 1 an expectation is not met, 2 refused, 3 a promise is broken,\n"
     "  4 no rest, 5 crash, 6 not repeated\n";
@@ -78,13 +78,18 @@ bool readOption(const std::string& name, const std::string& value, ExploreOption
   if (name == "--seeds") return readSeeds(value, options);
   if (name == "--days") {
     const auto days = number(value);
-    options.days = static_cast<int>(days.value_or(0));
+    options.life.days = static_cast<int>(days.value_or(0));
     return days && *days >= 1 && *days <= 1000;
+  }
+  if (name == "--hours") {
+    const auto hours = number(value);
+    options.life.hours = static_cast<int>(hours.value_or(0));
+    return hours && *hours >= 1 && *hours <= 20;
   }
   if (name == "--bug") {
     for (const auto& [known, bug] : quillo::sim::plantedBugNames) {
       if (known != value) continue;
-      options.bug = bug;
+      options.life.bug = bug;
       return true;
     }
   }

@@ -16,16 +16,13 @@ class TheClipboardIsTheUsers final : public Promise {
     if (event.what == "clipboard") {
       if (textOf(event, "by") == "Quillo") {
         own_ = contentsOf(event);
-        isPasting_ = !own_.is_null();
       } else {
-        copyOfAnother(event);
+        allow(contentsOf(event));
       }
     }
-    if (isLog(event, "paste shortcut posted")) isPasting_ = false;
-    if (event.what == "status" && textOf(event, "text").starts_with("Copied")) {
-      allowed_ = {own_};
-      isPasting_ = false;
-    }
+    if (isLog(event, "attempt app=")) ++pastes_;
+    if (isLog(event, "paste shortcut posted")) --pastes_;
+    if (event.what == "status" && textOf(event, "text").starts_with("Copied")) allow(own_);
     // What cannot be copied in time, or is with an owner that has gone, cannot come back.
     if (event.what == "fault" && textOf(event, "kind").starts_with("clipboard"))
       isObtainable_ = false;
@@ -34,12 +31,11 @@ class TheClipboardIsTheUsers final : public Promise {
 
   void rest(const RestFacts& facts) override {
     if (!isObtainable_) return;
-    const Json now = describeItems(facts.clipboard);
-    const bool isAllowed =
-        std::ranges::any_of(allowed_, [&](const Json& contents) { return contents == now; });
+    const bool isAllowed = std::ranges::any_of(
+        allowed_, [&](const Json& contents) { return contents == facts.clipboard; });
     if (!isAllowed)
-      breaks(facts.time,
-             "it holds " + encodeJson(now) + " instead of " + encodeJson(allowed_.back()));
+      breaks(facts.time, "it holds " + encodeJson(facts.clipboard) + " instead of " +
+                             encodeJson(allowed_.back()));
   }
 
  private:
@@ -47,15 +43,17 @@ class TheClipboardIsTheUsers final : public Promise {
     return {{"types", event.fields.at("types")}, {"text", event.fields.at("text")}};
   }
 
-  // A copy in the middle of a paste may be undone by it.
-  void copyOfAnother(const Event& event) {
-    if (!isPasting_) allowed_.clear();
-    allowed_.push_back(contentsOf(event));
-    isObtainable_ = event.fields.value("isObtainable", true);
+  // A paste that is under way may undo a copy, or may have failed to save what was there before.
+  void allow(Json contents) {
+    if (pastes_ == 0) {
+      allowed_.clear();
+      isObtainable_ = true;
+    }
+    allowed_.push_back(std::move(contents));
   }
 
   Json own_;
-  bool isPasting_ = false;
+  int pastes_ = 0;  // under way
   bool isObtainable_ = true;
   std::vector<Json> allowed_ = {describeItems({})};
 };

@@ -68,8 +68,10 @@ class NoRecordingIsLost final : public Promise {
     if (turns(event, "isProcessing", true)) begin(current_);
     const std::string text = textOf(event, "text");
     if (event.what == "status" && text == "Retrying") begin(kept_);
-    if (isPaste(event)) delivered_.push_back(textOf(event, "clipboard"));
     if (event.what == "clipboard" && textOf(event, "by") == "Quillo") copied_ = text;
+    // What was put there for the keystroke: in the few milliseconds between, another program may
+    // have copied something else, which no rule looks for.
+    if (isPaste(event)) delivered_.push_back(copied_);
     if (event.what == "status" && text.starts_with("Copied")) delivered_.push_back(copied_);
     if (event.what == "status" && text == "Plan limit reached") isDropped_ = true;
     if (event.what == "error" && text == "No speech was detected.") isDropped_ = true;

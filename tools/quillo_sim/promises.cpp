@@ -9,7 +9,7 @@ RestFacts restFacts(World& world) {
   simulated::SimulatedDesktop& desktop = world.desktop();
   RestFacts facts{
       .time = desktop.now(),
-      .clipboard = desktop.pasteboard().items(),
+      .clipboard = world.clipboard(),
       .canRetry = world.dictation().canRetryLast,
       .openMicrophones = desktop.audioSystem().runningEngines(),
       .postedKeysDown = desktop.keyboard().postedKeysDown().size(),

@@ -121,6 +121,16 @@ std::string World::frontName() {
   return front ? front->localizedName.value_or("") : "";
 }
 
+// Described once a change: it may be large.
+const Json& World::clipboard() {
+  const simulated::SharedPasteboard& pasteboard = desktop_.pasteboard();
+  if (clipboardChange_ != pasteboard.changeCount()) {
+    clipboardChange_ = pasteboard.changeCount();
+    clipboardSeen_ = describeItems(pasteboard.items());
+  }
+  return clipboardSeen_;
+}
+
 // --- The user ---
 
 void World::act(std::string_view what, Json fields) {
@@ -140,16 +150,28 @@ void World::copy(std::vector<simulated::OfferedItem> items, const std::string& b
   simulated::Program* program = application(by);
   desktop_.pasteboard().copyItems(std::move(items), program ? program->process() : 0);
   Json fields = {{"by", by}};
-  fields.update(describeItems(desktop_.pasteboard().items()));
+  fields.update(clipboard());
   trace_.tell("clipboard", std::move(fields));
 }
 
+bool World::offers(std::string_view control) {
+  for (simulated::VirtualPanel* panel : desktop_.panels().visible()) {
+    if (!panel->takesClicks()) continue;
+    for (const PanelControl& each : panel->content().controls())
+      if (each.name == control) return true;
+  }
+  return false;
+}
+
 bool World::click(const std::string& control) {
+  if (!offers(control)) return false;
   act("clicks", {{"control", control}});
   return desktop_.panels().click(control);
 }
 
 bool World::choose(const std::string& menuItem) {
+  const MenuItem* item = desktop_.statusItem().item(menuItem);
+  if (!item || !item->isEnabled) return false;
   act("chooses", {{"item", menuItem}});
   if (menuItem == "Paste Last Result") act("pastes last");
   return desktop_.statusItem().choose(menuItem);

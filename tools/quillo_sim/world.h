@@ -65,6 +65,8 @@ class World {
   simulated::Program* application(std::string_view name) const;
   const std::vector<simulated::Program*>& applications() const { return applications_; }
   std::string frontName();
+  // What lies on the clipboard, as describeItems() tells it.
+  const Json& clipboard();
 
   // --- The user. Each act is told, before what it brings about. ---
 
@@ -72,6 +74,7 @@ class World {
   void act(std::string_view what, Json fields = Json::object());
   void speak(const std::string& text, Duration duration, double loudness = -20);
   void copy(std::vector<simulated::OfferedItem> items, const std::string& by);
+  // Whether there was such a control to click, or such an item to choose.
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
 
@@ -86,6 +89,7 @@ class World {
  private:
   HostPorts observedPorts();
   void observeProgram();
+  bool offers(std::string_view control);
   // What only a look at the desktop shows.
   void look();
   void lookAtEditors();
@@ -116,6 +120,8 @@ class World {
   std::vector<std::string> editorTexts_;  // as they were last seen
   std::vector<std::string> panelTextsSeen_;
   std::string frontSeen_;
+  Json clipboardSeen_;  // of this change
+  std::optional<std::int64_t> clipboardChange_;
   int openMicrophonesSeen_ = 0;
 
   std::unique_ptr<quillo::Program> program_;
