@@ -1,38 +1,23 @@
 // Whether a compositor blends the windows of this display.
 #pragma once
 
-#include <QAbstractNativeEventFilter>
-#include <functional>
-
-#include "hosts/linux/observer_list.h"
-
-struct xcb_connection_t;
+#include "hosts/linux/selection_owner_watch.h"
 
 namespace quillo::linux_host {
 
 // By the owner of the compositing manager selection (Extended Window Manager Hints). Made after
 // QGuiApplication; main thread. Displays other than X11 always blend.
-class CompositorWatch final : public QAbstractNativeEventFilter {
+class CompositorWatch {
  public:
-  CompositorWatch();
-  ~CompositorWatch() override;
-
-  bool isCompositing() const { return isCompositing_; }
+  bool isCompositing() const { return !owner_.isX11() || owner_.hasOwner(); }
   // Calls `changed` until the result is dropped.
   [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed) {
-    return observers_.add(std::move(changed));
+    return owner_.observe(std::move(changed));
   }
 
-  bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-
  private:
-  bool hasOwner() const;
-
-  xcb_connection_t* connection_ = nullptr;  // Qt's
-  std::uint32_t selection_ = 0;
-  int selectionEvent_ = 0;
-  bool isCompositing_ = true;
-  ObserverList<> observers_;
+  // Of the first X screen; more than one is a thing of the past.
+  SelectionOwnerWatch owner_{"_NET_WM_CM_S0"};
 };
 
 }  // namespace quillo::linux_host

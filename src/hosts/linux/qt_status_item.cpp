@@ -1,48 +1,27 @@
 #include "hosts/linux/qt_status_item.h"
 
-#include <xcb/xcb.h>
-
 #include <QAction>
 #include <QCursor>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <algorithm>
-#include <chrono>
-#include <string_view>
 #include <utility>
 
-#include "hosts/linux/x11_connection.h"
+#include "hosts/linux/selection_owner_watch.h"
 
 namespace quillo::linux_host {
 namespace {
 
 // Where items of this kind are registered (freedesktop.org, StatusNotifierItem).
 constexpr const char* registrar = "org.kde.StatusNotifierWatcher";
+constexpr const char* registrarPath = "/StatusNotifierWatcher";
 constexpr int answerMilliseconds = 1000;
-
-// How long a session may take to get its bar.
-constexpr std::chrono::milliseconds lookInterval(250);
-constexpr int mostLooks = 60;
-
-// The older kind of bar owns a selection (freedesktop.org, System Tray Protocol).
-bool hasOldTray() {
-  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (!x11) return false;
-  constexpr std::string_view selection = "_NET_SYSTEM_TRAY_S0";
-  const auto atom = owned(xcb_intern_atom_reply(
-      x11->connection(), xcb_intern_atom(x11->connection(), 0, selection.size(), selection.data()),
-      nullptr));
-  const auto owner = owned(xcb_get_selection_owner_reply(
-      x11->connection(), xcb_get_selection_owner(x11->connection(), atom ? atom->atom : 0),
-      nullptr));
-  return owner && owner->owner != XCB_WINDOW_NONE;
-}
 
 enum class BarKind { statusNotifier, oldTray };
 
@@ -105,9 +84,14 @@ void build(QMenu& menu, const std::vector<MenuItem>& entries) {
 struct QtStatusItem::Bar {
   BarKind kind = BarKind::oldTray;
   QMenu menu;
-  QTimer nextLook;
-  int looks = 0;
   std::unique_ptr<QSystemTrayIcon> item;
+
+  // What tells that a bar has come. A registrar may be there before its bar is.
+  QDBusServiceWatcher registration{registrar, QDBusConnection::sessionBus(),
+                                   QDBusServiceWatcher::WatchForRegistration};
+  QTimer registered;  // goes off at once when the registrar has got its bar
+  SelectionOwnerWatch oldTray{"_NET_SYSTEM_TRAY_S0"};
+  std::shared_ptr<void> oldTrayObserver;
 };
 
 QtStatusItem::QtStatusItem(Views& views) : views_(views) {}
@@ -120,31 +104,34 @@ void QtStatusItem::makeBar() {
     if (needsBuilding_)
       QMetaObject::invokeMethod(&bar_->menu, [this] { showMenu(); }, Qt::QueuedConnection);
   });
-  bar_->nextLook.setSingleShot(true);
-  QObject::connect(&bar_->nextLook, &QTimer::timeout, &bar_->nextLook, [this] { lookForBar(); });
+  bar_->registered.setSingleShot(true);
+  QObject::connect(&bar_->registered, &QTimer::timeout, &bar_->menu, [this] { lookForBar(); });
+  QObject::connect(&bar_->registration, &QDBusServiceWatcher::serviceRegistered, &bar_->menu,
+                   [this] { lookForBar(); });
+  QDBusConnection::sessionBus().connect(registrar, registrarPath, registrar,
+                                        "StatusNotifierHostRegistered", &bar_->registered,
+                                        SLOT(start()));
+  bar_->oldTrayObserver = bar_->oldTray.observe([this] { lookForBar(); });
   lookForBar();
 }
 
 // A program that starts with the session may be there before the bar is, and Qt decides for good
 // which of the two kinds of bars it serves when the first item is made.
 void QtStatusItem::lookForBar() {
-  auto question = QDBusMessage::createMethodCall(registrar, "/StatusNotifierWatcher",
+  if (bar_->item) return;
+  auto question = QDBusMessage::createMethodCall(registrar, registrarPath,
                                                  "org.freedesktop.DBus.Properties", "Get");
   question.setArguments({registrar, "IsStatusNotifierHostRegistered"});
   question.setAutoStartService(false);
   auto* const answer = new QDBusPendingCallWatcher(
-      QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), &bar_->nextLook);
-  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &bar_->nextLook, [this, answer] {
+      QDBusConnection::sessionBus().asyncCall(question, answerMilliseconds), &bar_->menu);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &bar_->menu, [this, answer] {
     answer->deleteLater();
     const QDBusPendingReply<QDBusVariant> reply = *answer;
-    if (!reply.isError() && reply.value().variant().toBool()) {
-      bar_->kind = BarKind::statusNotifier;
-      makeItem();
-    } else if (hasOldTray() || ++bar_->looks == mostLooks) {
-      makeItem();
-    } else {
-      bar_->nextLook.start(lookInterval);
-    }
+    const bool hasNotifier = !reply.isError() && reply.value().variant().toBool();
+    if (bar_->item || (!hasNotifier && !bar_->oldTray.hasOwner())) return;
+    bar_->kind = hasNotifier ? BarKind::statusNotifier : BarKind::oldTray;
+    makeItem();
   });
 }
 
