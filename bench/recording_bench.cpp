@@ -8,9 +8,8 @@
 
 #include "audio/audio_recorder.h"
 #include "base/log.h"
-#include "hosts/linux/ffmpeg_audio_file.h"
+#include "hosts/linux/audio_codec_module.h"
 #include "hosts/linux/posix_file_manager.h"
-#include "hosts/linux/swresample_converter.h"
 #include "hosts/linux/system_random.h"
 
 namespace quillo {
@@ -22,6 +21,11 @@ constexpr AudioFormat deviceFormat{48'000, 1};
 constexpr std::size_t framesPerBuffer = 4096;
 constexpr AudioFileSettings settings{
     .sampleRate = 16'000, .channels = 1, .bitRate = 48'000, .encoderQuality = 64};
+
+linux_host::AudioCodecs& codecs() {
+  static linux_host::AudioCodecModule module;
+  return *module.codecs();
+}
 
 // CPU time of all threads of the process.
 double cpuSeconds() {
@@ -89,10 +93,10 @@ class EagerAudioSystem final : public AudioSystem {
   std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
                                             const AudioFileSettings& s) override {
     std::string problem;
-    return linux_host::FFmpegAudioFile::create(path, s, problem);
+    return codecs().openForWriting(path, s, problem);
   }
   std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override {
-    return linux_host::SwresampleConverter::create(from, to);
+    return codecs().makeConverter(from, to);
   }
 
   EagerEngine* engine = nullptr;
@@ -177,9 +181,8 @@ void BM_BareEncode(benchmark::State& state) {
     const double before = cpuSeconds();
     {
       std::string problem;
-      const auto file = linux_host::FFmpegAudioFile::create(path, settings, problem);
-      const auto converter =
-          linux_host::SwresampleConverter::create(deviceFormat, file->processingFormat());
+      const auto file = codecs().openForWriting(path, settings, problem);
+      const auto converter = codecs().makeConverter(deviceFormat, file->processingFormat());
       for (const AudioBuffer& buffer : minute)
         file->write(converter->convert(buffer, framesPerBuffer));
     }

@@ -1,19 +1,22 @@
 #include "hosts/linux/linux_audio_system.h"
 
-extern "C" {
-#include <libavutil/log.h>
-}
+#include <chrono>
 
-#include "hosts/linux/ffmpeg_audio_file.h"
 #include "hosts/linux/pulse_audio_engine.h"
-#include "hosts/linux/swresample_converter.h"
 
 namespace quillo::linux_host {
+namespace {
+
+// The first recording shall not wait for the codecs, nor the launch.
+constexpr std::chrono::milliseconds launchTime(500);
+
+}  // namespace
 
 LinuxAudioSystem::LinuxAudioSystem(PulseConnection& connection, Log& log)
     : connection_(connection), log_(log) {
-  // The libraries would write their statistics to standard error.
-  av_log_set_level(AV_LOG_ERROR);
+  afterTheLaunch_.setSingleShot(true);
+  QObject::connect(&afterTheLaunch_, &QTimer::timeout, [this] { module_.prepare(); });
+  afterTheLaunch_.start(launchTime);
 }
 
 std::unique_ptr<AudioEngine> LinuxAudioSystem::makeEngine() {
@@ -22,14 +25,16 @@ std::unique_ptr<AudioEngine> LinuxAudioSystem::makeEngine() {
 
 std::unique_ptr<AudioFile> LinuxAudioSystem::openForWriting(const FilePath& path,
                                                             const AudioFileSettings& settings) {
-  std::string problem;
-  auto file = FFmpegAudioFile::create(path, settings, problem);
+  AudioCodecs* const codecs = module_.codecs();
+  std::string problem = module_.problem();
+  auto file = codecs ? codecs->openForWriting(path, settings, problem) : nullptr;
   if (!file) log_.log("recorder", "a recording file cannot be made: " + problem);
   return file;
 }
 
 std::unique_ptr<AudioConverter> LinuxAudioSystem::makeConverter(AudioFormat from, AudioFormat to) {
-  return SwresampleConverter::create(from, to);
+  AudioCodecs* const codecs = module_.codecs();
+  return codecs ? codecs->makeConverter(from, to) : nullptr;
 }
 
 }  // namespace quillo::linux_host

@@ -1,12 +1,16 @@
 // Microphones, files and conversions of this host.
 #pragma once
 
+#include <QTimer>
+
 #include "base/log.h"
+#include "hosts/linux/audio_codec_module.h"
 #include "hosts/linux/pulse_connection.h"
 #include "platform/audio.h"
 
 namespace quillo::linux_host {
 
+// Main thread.
 class LinuxAudioSystem final : public AudioSystem {
  public:
   // Both outlive this and every engine.
@@ -20,6 +24,8 @@ class LinuxAudioSystem final : public AudioSystem {
  private:
   PulseConnection& connection_;
   Log& log_;
+  AudioCodecModule module_;
+  QTimer afterTheLaunch_;
 };
 
 }  // namespace quillo::linux_host

@@ -1,4 +1,4 @@
-#include "hosts/linux/ffmpeg_audio_file.h"
+#include "hosts/linux/ffmpeg/ffmpeg_audio_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "hosts/linux/swresample_converter.h"
+#include "hosts/linux/ffmpeg/swresample_converter.h"
 
 extern "C" {
 #include <libavutil/channel_layout.h>

@@ -1,0 +1,24 @@
+// Recording files and conversions of sound.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/audio.h"
+
+namespace quillo::linux_host {
+
+class AudioCodecs {
+ public:
+  virtual ~AudioCodecs() = default;
+
+  // Null when the file or its encoder cannot be made; `problem` says why, and there is no file
+  // then.
+  virtual std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
+                                                    const AudioFileSettings& settings,
+                                                    std::string& problem) = 0;
+  // Null when there is no such conversion.
+  virtual std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) = 0;
+};
+
+}  // namespace quillo::linux_host
