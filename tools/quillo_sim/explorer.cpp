@@ -1,6 +1,7 @@
 #include "explorer.h"
 
 #include <iomanip>
+#include <memory>
 #include <ostream>
 #include <sstream>
 
@@ -169,11 +170,12 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   life.chosen = chooseFaults(random);
   life.budget = static_cast<int>(random.below(100)) * options.days;
   Promises promises({.wordMarker = "zq"}, Words::known);
-  World world(seed, World::PanelTexts::untold, layerWith(options.bug));
-  promises.follow(world.trace());
-  if (trace) world.trace().printTo(*trace);
+  // Ends before those who watch it.
+  auto world = std::make_unique<World>(seed, World::PanelTexts::untold, layerWith(options.bug));
+  promises.follow(world->trace());
+  if (trace) world->trace().printTo(*trace);
+  Living living(life, *world, seed, options);
   try {
-    Living living(life, world, seed, options);
     life.code = living.live(promises);
   } catch (const std::exception& error) {
     life.code = ExitCode::crash;
@@ -182,8 +184,9 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   if (life.code == ExitCode::fine) promises.end();
   life.broken = promises.broken();
   if (life.code == ExitCode::fine && !life.broken.empty()) life.code = ExitCode::brokenPromise;
-  life.digest = world.trace().digest();
-  life.events = world.trace().count();
+  life.digest = world->trace().digest();
+  life.events = world->trace().count();
+  world.reset();
   return life;
 }
 
