@@ -37,7 +37,12 @@ QRegion QuickPanelView::shape() const {
 }
 
 void QuickPanelView::setShapeChanged(std::function<void()> changed) {
-  QObject::connect(surface_, &SurfaceItem::regionChanged, surface_, std::move(changed));
+  QObject::connect(surface_, &SurfaceItem::regionChanged, surface_, changed);
+  // It also moves with what it lies in.
+  for (const QQuickItem* item = surface_->parentItem(); item; item = item->parentItem()) {
+    QObject::connect(item, &QQuickItem::xChanged, surface_, changed);
+    QObject::connect(item, &QQuickItem::yChanged, surface_, changed);
+  }
 }
 
 void QuickPanelView::setGround(linux_host::Ground ground) {

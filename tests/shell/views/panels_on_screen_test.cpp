@@ -12,6 +12,8 @@
 #include <QDBusVirtualObject>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickView>
 #include <QScreen>
 #include <QWindow>
 
@@ -141,6 +143,26 @@ TEST_F(PanelsOnScreen, AClickGoesThroughARecordingAndHitsTheButtonsOfAFailure) {
   EXPECT_FALSE(clickReachesBelow(shown()->geometry().center()));
   EXPECT_TRUE(clickReachesBelow(shown()->geometry().topLeft() + QPoint(100, 4)));
   EXPECT_TRUE(below_.hasFocus());
+}
+
+TEST_F(PanelsOnScreen, WithoutACompositorTheWindowIsCutOutWhereThePanelIsDrawn) {
+  const auto isCutOut = [] {
+    auto* const view = qobject_cast<QQuickView*>(shown());
+    if (!view) return false;
+    const auto* const drawn = view->rootObject()->property("surface").value<QQuickItem*>();
+    return view->mask().boundingRect() ==
+           drawn->mapRectToScene(drawn->boundingRect()).toAlignedRect();
+  };
+  dictation_.isRecording = true;
+  hud_.show();
+  ASSERT_TRUE(runUntil([] { return shown() && shown()->isExposed(); }));
+  host_.runFor(250ms);  // any motion has ended
+  EXPECT_TRUE(isCutOut());
+  dictation_.isRecording = false;
+  dictation_.lastError = "Request timed out. Please try again.";
+  dictation_.canRetryLast = true;
+  host_.runFor(500ms);
+  EXPECT_TRUE(isCutOut());
 }
 
 TEST_F(PanelsOnScreen, TheReviewIsDecidedByKeysAndGivesTheFocusBack) {
