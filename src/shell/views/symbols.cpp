@@ -10,13 +10,34 @@ namespace {
 
 constexpr QPointF center(12, 12);
 
+// Joining paths breaks their curves into straight pieces, no fewer than the size asks for. So it is
+// done at a size at which the pieces cannot be told from a curve.
+constexpr double large = 16;
+
+QPainterPath enlarged(const QPainterPath& path) {
+  return QTransform::fromScale(large, large).map(path);
+}
+
+QPainterPath reduced(const QPainterPath& path) {
+  return QTransform::fromScale(1 / large, 1 / large).map(path);
+}
+
+template <class... Paths>
+QPainterPath united(const Paths&... paths) {
+  return reduced((enlarged(paths) | ...));
+}
+
+QPainterPath without(const QPainterPath& area, const QPainterPath& hole) {
+  return reduced(enlarged(area) - enlarged(hole));
+}
+
 // The line of `path` as an area, with round ends and corners.
 QPainterPath line(const QPainterPath& path, double width) {
   QPainterPathStroker pen;
-  pen.setWidth(width);
+  pen.setWidth(width * large);
   pen.setCapStyle(Qt::RoundCap);
   pen.setJoinStyle(Qt::RoundJoin);
-  return pen.createStroke(path).simplified();
+  return reduced(pen.createStroke(enlarged(path)).simplified());
 }
 
 QPainterPath line(std::initializer_list<QPointF> points, double width) {
@@ -32,7 +53,7 @@ QPainterPath disc(const QPointF& middle, double radius) {
 }
 
 QPainterPath ring(double radius, double width) {
-  return disc(center, radius + width / 2).subtracted(disc(center, radius - width / 2));
+  return without(disc(center, radius + width / 2), disc(center, radius - width / 2));
 }
 
 QPainterPath scaled(const QPainterPath& path, double factor) {
@@ -49,7 +70,7 @@ QPainterPath bar(double x, double height, double width) {
 
 // A disc out of which the symbol is cut.
 QPainterPath inDisc(const QPainterPath& symbol, double factor) {
-  return disc(center, 10.5).subtracted(scaled(symbol, factor));
+  return without(disc(center, 10.5), scaled(symbol, factor));
 }
 
 QPainterPath microphone() {
@@ -58,8 +79,8 @@ QPainterPath microphone() {
   QPainterPath cradle;
   cradle.moveTo(5.2, 10.8);
   cradle.arcTo(QRectF(5.2, 4, 13.6, 13.6), 180, 180);
-  return capsule | line(cradle, 1.9) | line({{12, 17.6}, {12, 21.4}}, 1.9) |
-         line({{8.2, 21.4}, {15.8, 21.4}}, 1.9);
+  return united(capsule, line(cradle, 1.9), line({{12, 17.6}, {12, 21.4}}, 1.9),
+                line({{8.2, 21.4}, {15.8, 21.4}}, 1.9));
 }
 
 QPainterPath sparkle(const QPointF& middle, double radius) {
@@ -70,22 +91,22 @@ QPainterPath sparkle(const QPointF& middle, double radius) {
   path.quadTo(middle + QPointF(waist, waist), middle + QPointF(0, radius));
   path.quadTo(middle + QPointF(-waist, waist), middle + QPointF(-radius, 0));
   path.quadTo(middle + QPointF(-waist, -waist), middle + QPointF(0, -radius));
-  return path | line(path, 0.7);
+  return united(path, line(path, 0.7));
 }
 
 QPainterPath sparkles() {
-  return sparkle({9.6, 13.2}, 8) | sparkle({18.8, 5}, 3.6) | sparkle({19.6, 18.6}, 2.6);
+  return united(sparkle({9.6, 13.2}, 8), sparkle({18.8, 5}, 3.6), sparkle({19.6, 18.6}, 2.6));
 }
 
 QPainterPath exclamationMark() {
-  return line({{12, 9.2}, {12, 13.8}}, 2.2) | disc({12, 17.6}, 1.35);
+  return united(line({{12, 9.2}, {12, 13.8}}, 2.2), disc({12, 17.6}, 1.35));
 }
 
 QPainterPath warningTriangle() {
   QPainterPath outline;
   outline.addPolygon(QPolygonF({{12, 3.8}, {21, 19.4}, {3, 19.4}}));
   outline.closeSubpath();
-  return (outline | line(outline, 3.2)) - exclamationMark();
+  return without(united(outline, line(outline, 3.2)), exclamationMark());
 }
 
 QPainterPath checkmark() {
@@ -93,25 +114,25 @@ QPainterPath checkmark() {
 }
 
 QPainterPath xmark() {
-  return line({{5, 5}, {19, 19}}, 3) | line({{19, 5}, {5, 19}}, 3);
+  return united(line({{5, 5}, {19, 19}}, 3), line({{19, 5}, {5, 19}}, 3));
 }
 
 QPainterPath clockwiseArrow() {
+  const QPointF tip(20.2, 9);
   QPainterPath turn;
-  const QRectF circle(4, 4.6, 16, 16);
-  turn.arcMoveTo(circle, 52);
-  turn.arcTo(circle, 52, 308);
-  QPainterPath head;
-  head.addPolygon(QPolygonF({{16.6, 1.4}, {17.3, 8.3}, {10.9, 6.3}}));
-  head.closeSubpath();
-  return line(turn, 2.1) | head | line(head, 0.8);
+  const QRectF circle(3.8, 4.6, 16, 16);
+  turn.arcMoveTo(circle, -15);
+  turn.arcTo(circle, -15, -300);
+  turn.lineTo(tip);
+  const QPainterPath head = line({tip - QPointF(0, 5.6), tip, tip - QPointF(5.6, 0)}, 2.2);
+  return united(line(turn, 2.2), head);
 }
 
 QPainterPath globe() {
   QPainterPath meridian;
   meridian.addEllipse(center, 4.1, 9.2);
-  return ring(9.2, 1.6) | line(meridian, 1.6) | line({{3.4, 9}, {20.6, 9}}, 1.5) |
-         line({{3.4, 15}, {20.6, 15}}, 1.5);
+  return united(ring(9.2, 1.6), line(meridian, 1.6), line({{3.4, 9}, {20.6, 9}}, 1.5),
+                line({{3.4, 15}, {20.6, 15}}, 1.5));
 }
 
 QPainterPath shield() {
@@ -125,7 +146,7 @@ QPainterPath shield() {
 }
 
 QPainterPath checkedShield() {
-  return line(shield(), 1.7) | scaled(checkmark(), 0.5);
+  return united(line(shield(), 1.7), scaled(checkmark(), 0.5));
 }
 
 QPainterPath checkedDisc() {
@@ -139,13 +160,13 @@ QPainterPath microphoneDisc() {
 QPainterPath waveformRing() {
   QPainterPath bars;
   for (const auto& [x, height] : {QPointF(6.4, 4), {9.2, 8.5}, {12, 12}, {14.8, 8.5}, {17.6, 4}})
-    bars |= bar(x, height, 1.5);
-  return ring(9.8, 1.5) | bars;
+    bars.addPath(bar(x, height, 1.5));
+  return united(ring(9.8, 1.5), bars);
 }
 
 QPainterPath downArrowDisc() {
   const QPainterPath arrow =
-      line({{12, 5}, {12, 19}}, 2.8) | line({{6.2, 13.2}, {12, 19}, {17.8, 13.2}}, 2.8);
+      united(line({{12, 5}, {12, 19}}, 2.8), line({{6.2, 13.2}, {12, 19}, {17.8, 13.2}}, 2.8));
   return inDisc(arrow, 0.66);
 }
 
