@@ -11,7 +11,10 @@ Item {
     // Room for the shadow, around what the panel is said to cover.
     readonly property int margin: translucent ? 24 : 0
 
-    implicitWidth: Math.ceil(label.implicitWidth) + 16 + 7 + 2 * 16 + 8
+    // A name of the user's may be of any length; the screen is not.
+    readonly property real textWidth: Math.min(Math.ceil(label.implicitWidth), Screen.width - 160)
+
+    implicitWidth: textWidth + 16 + 7 + 2 * 16 + 8
     implicitHeight: Math.ceil(label.implicitHeight) + 2 * 10 + 8
 
     Accessible.role: Accessible.AlertMessage
@@ -26,7 +29,7 @@ Item {
     }
     Item {
         anchors.centerIn: ground
-        width: globe.width + 7 + label.implicitWidth
+        width: globe.width + 7 + root.textWidth
         height: ground.height
 
         Symbol {
@@ -40,8 +43,10 @@ Item {
         Text {
             id: label
             anchors { left: globe.right; leftMargin: 7; verticalCenter: parent.verticalCenter }
+            width: root.textWidth
             text: root.model.text
             textFormat: Text.PlainText
+            elide: Text.ElideRight
             color: Theme.primary
             font { family: Theme.fontFamily; pixelSize: 13; weight: Font.Medium }
             Accessible.role: Accessible.StaticText
