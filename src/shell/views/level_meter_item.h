@@ -1,8 +1,9 @@
 // The level meter, drawn by itself so that a new level redraws nothing else.
 #pragma once
 
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QQuickPaintedItem>
-#include <QVariantAnimation>
 #include <array>
 
 #include "shell/hud_level_meter.h"
@@ -32,6 +33,9 @@ class LevelMeterItem : public QQuickPaintedItem {
   void activeChanged();
   void darkChanged();
 
+ protected:
+  void timerEvent(QTimerEvent* event) override;
+
  private:
   using Levels = std::array<float, HUDLevelMeter::barCount>;
 
@@ -43,7 +47,8 @@ class LevelMeterItem : public QQuickPaintedItem {
   // The bars on their way from where they were to where they belong.
   Levels from_{};
   Levels shown_{};
-  QVariantAnimation motion_;
+  QElapsedTimer sinceLevel_;
+  QBasicTimer frames_;
 };
 
 }  // namespace quillo::views

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "shell/views/rounded_box.h"
+
 namespace quillo::views {
 namespace {
 
@@ -14,13 +16,6 @@ struct Layer {
   double drop;
 };
 constexpr Layer layers[] = {{0.24, 0.9, 5}, {0.14, 0.25, 1}};
-
-// The distance of `point` from a rounded rectangle around the origin; negative inside.
-double distanceFrom(QSizeF half, double radius, QPointF point) {
-  const double x = std::abs(point.x()) - half.width() + radius;
-  const double y = std::abs(point.y()) - half.height() + radius;
-  return std::hypot(std::max(x, 0.0), std::max(y, 0.0)) + std::min(std::max(x, y), 0.0) - radius;
-}
 
 double opacityOf(const Layer& layer, double distance, double extent) {
   const double reach = layer.blur * extent;
@@ -46,16 +41,16 @@ QImage ShadowItem::draw() const {
   QImage image(QSize(static_cast<int>(std::ceil(width())), static_cast<int>(std::ceil(height()))),
                QImage::Format_Alpha8);
   const QPointF middle(width() / 2, height() / 2);
-  const QSizeF half(width() / 2 - extent_, height() / 2 - extent_);
+  const RoundedBox ground{width() / 2 - extent_, height() / 2 - extent_, radius_};
   for (int y = 0; y < image.height(); ++y) {
     uchar* const row = image.scanLine(y);
     for (int x = 0; x < image.width(); ++x) {
       const QPointF point = QPointF(x + 0.5, y + 0.5) - middle;
-      const double outside = std::clamp(distanceFrom(half, radius_, point) + 0.5, 0.0, 1.0);
+      const double outside = 1 - ground.coverage(point.x(), point.y());
       double opacity = 0;
       for (const Layer& layer : layers) {
         if (outside == 0) break;
-        const double distance = distanceFrom(half, radius_, point - QPointF(0, layer.drop));
+        const double distance = ground.distanceTo(point.x(), point.y() - layer.drop);
         opacity += opacityOf(layer, distance, extent_);
       }
       row[x] = static_cast<uchar>(std::lround(255 * outside * opacity));
