@@ -22,8 +22,7 @@ Samples joinedSamples(const std::vector<Samples>& parts);
 // Samples of several channels alternate.
 std::string wav(const Samples& samples, std::uint32_t rate = 16'000, std::uint32_t channels = 1);
 
-enum class Mpeg4Form { plain, fragmented };
-// AAC-LC at 48 kbit/s, as the client records.
-std::string m4a(const Samples& samples, Mpeg4Form form);
+// As the program records on the real desktop.
+std::string m4a(const Samples& samples);
 
 }  // namespace quillo::service

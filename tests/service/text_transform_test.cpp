@@ -213,14 +213,6 @@ TEST(TextTransform, SaysWhatItCannotDo) {
   EXPECT_EQ(refusal(prompt), "We go. We eat.");
 }
 
-TEST(SpellingRules, DistanceCountsASwapOnce) {
-  EXPECT_EQ(editDistance("", "abc"), 3u);
-  EXPECT_EQ(editDistance("teh", "the"), 1u);
-  EXPECT_EQ(editDistance("recieve", "receive"), 1u);
-  EXPECT_EQ(editDistance("kitten", "sitting"), 3u);
-  EXPECT_EQ(editDistance("cafe", "café"), 1u);
-}
-
 TEST(Languages, AreNamedByCodeOrInEnglish) {
   for (const auto& [name, code] : {std::pair{"en-US", "en"},
                                    {"EN", "en"},
