@@ -6,16 +6,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hosts/linux/x11_reserved_places.h"
+
 namespace quillo::linux_host {
 namespace {
 
 QRect primaryGeometry() {
   const QScreen* const primary = QGuiApplication::primaryScreen();
   return primary ? primary->geometry() : QRect();
-}
-
-Screen screenOf(const QScreen& screen) {
-  return {toPlane(screen.geometry()), toPlane(screen.availableGeometry())};
 }
 
 // In the server's pixels, like the windows of other programs.
@@ -54,6 +52,24 @@ QRect fromPlane(const Rect& rectangle) {
           round(rectangle.size.height)};
 }
 
+Screen QtScreens::screenOf(const QScreen& screen) const {
+  return {toPlane(screen.geometry()), toPlane(visibleGeometry(screen))};
+}
+
+// Where there are several, Qt knows nothing of the bars.
+QRect QtScreens::visibleGeometry(const QScreen& screen) const {
+  X11Connection* const x11 = QGuiApplication::screens().size() > 1 ? connection() : nullptr;
+  if (!x11) return screen.availableGeometry();
+  const QRect native = nativeGeometry(screen);
+  const QRect rest = withoutBars(*x11, native);
+  const auto logical = [&](int pixels) {
+    return static_cast<int>(std::ceil(pixels / screen.devicePixelRatio()));
+  };
+  return screen.geometry().adjusted(
+      logical(rest.left() - native.left()), logical(rest.top() - native.top()),
+      -logical(native.right() - rest.right()), -logical(native.bottom() - rest.bottom()));
+}
+
 std::vector<Screen> QtScreens::screens() const {
   std::vector<Screen> screens;
   for (const QScreen* const screen : QGuiApplication::screens()) {
@@ -69,13 +85,18 @@ std::optional<Screen> QtScreens::mainScreen() const {
   return screen ? std::optional(screenOf(*screen)) : std::nullopt;
 }
 
-QScreen* QtScreens::screenOfActiveWindow() const {
+X11Connection* QtScreens::connection() const {
   if (QGuiApplication::platformName() != "xcb") return nullptr;
   if (!connection_) connection_ = X11Connection::open();
-  if (!connection_) return nullptr;
-  const auto active = connection_->word(connection_->root(), "_NET_ACTIVE_WINDOW");
+  return connection_.get();
+}
+
+QScreen* QtScreens::screenOfActiveWindow() const {
+  X11Connection* const x11 = connection();
+  if (!x11) return nullptr;
+  const auto active = x11->word(x11->root(), "_NET_ACTIVE_WINDOW");
   if (!active || *active == XCB_WINDOW_NONE) return nullptr;
-  const auto window = geometryOf(*connection_, *active);
+  const auto window = geometryOf(*x11, *active);
   if (!window) return nullptr;
   const auto shared = [&](const QScreen* screen) {
     return area(nativeGeometry(*screen).intersected(*window));

@@ -24,7 +24,11 @@ class QtScreens final : public Screens {
   std::optional<Screen> mainScreen() const override;
 
  private:
+  Screen screenOf(const QScreen& screen) const;
+  QRect visibleGeometry(const QScreen& screen) const;
   QScreen* screenOfActiveWindow() const;
+  // None on displays other than X11.
+  X11Connection* connection() const;
 
   // Made when it is first needed.
   mutable std::unique_ptr<X11Connection> connection_;
