@@ -47,6 +47,7 @@ void QtPanel::orderFrontRegardless() {
     applyCompositing();
   }
   window.show();
+  if (style_ == PanelStyle::dialog) joinAllWorkspaces(window);
   window.raise();
 }
 

@@ -66,8 +66,20 @@ void setInputRegion(QWindow& window, const QRegion& region) {
 }
 
 void joinAllWorkspaces(QWindow& window) {
-  if (xcb_connection_t* const x11 = connection())
-    setProperty(x11, window, "_NET_WM_DESKTOP", {allWorkspaces});
+  xcb_connection_t* const x11 = connection();
+  if (!x11) return;
+  constexpr std::string_view desktop = "_NET_WM_DESKTOP";
+  setProperty(x11, window, desktop, {allWorkspaces});
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = idOf(window);
+  message.type = atom(x11, desktop);
+  message.data.data32[0] = allWorkspaces;
+  xcb_send_event(x11, 0, xcb_setup_roots_iterator(xcb_get_setup(x11)).data->root,
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&message));
+  xcb_flush(x11);
 }
 
 void blurBehind(QWindow& window, const QRegion& region) {

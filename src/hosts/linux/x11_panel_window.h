@@ -10,7 +10,8 @@ namespace quillo::linux_host {
 
 // Clicks outside `region` reach what lies below.
 void setInputRegion(QWindow& window, const QRegion& region);
-// To be said before every show: window managers forget it when a window is hidden.
+// To be said before every show, since window managers forget it when a window is hidden, and once
+// more after it, since they may not have got to the hiding yet.
 void joinAllWorkspaces(QWindow& window);
 // Desktops that can, blur what shines through.
 void blurBehind(QWindow& window, const QRegion& region);
