@@ -103,14 +103,23 @@ class LinuxPanels : public testing::Test {
     panel_->setFrameOrigin({200, 100});
     panel_->orderFrontRegardless();
   }
+  bool runUntil(const std::function<bool()>& holds) {
+    return host_.runUntil(holds, std::chrono::seconds(20));
+  }
   bool clickReachesPanel(Point point = {350, 140}) {
     const std::size_t before = content_.pressed().size();
     const int below = host_.clicksOfProgram();
     host_.click(point);
-    EXPECT_TRUE(host_.runUntil(
-        [&] { return content_.pressed().size() > before || host_.clicksOfProgram() > below; },
-        std::chrono::seconds(20)));
+    EXPECT_TRUE(runUntil(
+        [&] { return content_.pressed().size() > before || host_.clicksOfProgram() > below; }));
     return content_.pressed().size() > before;
+  }
+
+  // Above the status panel.
+  std::unique_ptr<Panel> makeDialog() {
+    auto dialog = host_.panels().make({{300, 80}, PanelStyle::dialog}, content_);
+    dialog->setFrameOrigin({200, 400});
+    return dialog;
   }
 
   LinuxPanelsHost host_;
@@ -118,33 +127,41 @@ class LinuxPanels : public testing::Test {
   std::unique_ptr<Panel> panel_ = host_.panels().make({{300, 80}, PanelStyle::status}, content_);
 };
 
-TEST_F(LinuxPanels, AStatusPanelLiesAboveAFullScreenWindow) {
+TEST_F(LinuxPanels, PanelsLieAboveAFullScreenWindow) {
   host_.below().setFullScreen();
   const xcb_atom_t fullScreen = host_.below().connection().atom("_NET_WM_STATE_FULLSCREEN");
-  ASSERT_TRUE(host_.runUntil(
-      [&] {
-        auto& connection = host_.below().connection();
-        const auto window = connection.word(connection.root(), "_NET_ACTIVE_WINDOW");
-        return window && connection.word(*window, "_NET_WM_STATE") == fullScreen;
-      },
-      std::chrono::seconds(20)));
+  ASSERT_TRUE(runUntil([&] {
+    auto& connection = host_.below().connection();
+    const auto window = connection.word(connection.root(), "_NET_ACTIVE_WINDOW");
+    return window && connection.word(*window, "_NET_WM_STATE") == fullScreen;
+  }));
   EXPECT_TRUE(clickReachesPanel());
   panel_->orderOut();
   panel_->orderFrontRegardless();
   EXPECT_TRUE(clickReachesPanel());
   EXPECT_TRUE(host_.programHasFocus());
+
+  const auto dialog = makeDialog();
+  dialog->makeKeyAndOrderFront();
+  ASSERT_TRUE(runUntil([&] { return !host_.programHasFocus(); }));
+  EXPECT_TRUE(clickReachesPanel({350, 440}));
 }
 
-TEST_F(LinuxPanels, AStatusPanelStaysWhenTheUserChangesTheWorkspace) {
+TEST_F(LinuxPanels, PanelsStayWhenTheUserChangesTheWorkspace) {
+  const auto dialog = makeDialog();
+  dialog->makeKeyAndOrderFront();
+  ASSERT_TRUE(runUntil([&] { return !host_.programHasFocus(); }));
+  dialog->orderOut();  // what the window manager was told does not outlast a hide
+  dialog->makeKeyAndOrderFront();
   auto& connection = host_.below().connection();
   const auto isOn = [&](std::uint32_t workspace) {
-    return host_.runUntil(
-        [&] { return connection.word(connection.root(), "_NET_CURRENT_DESKTOP") == workspace; },
-        std::chrono::seconds(20));
+    return runUntil(
+        [&] { return connection.word(connection.root(), "_NET_CURRENT_DESKTOP") == workspace; });
   };
   host_.below().switchToWorkspace(1);
   ASSERT_TRUE(isOn(1));
   EXPECT_TRUE(clickReachesPanel());
+  EXPECT_TRUE(clickReachesPanel({350, 440}));
   host_.below().switchToWorkspace(0);
   ASSERT_TRUE(isOn(0));
   EXPECT_TRUE(clickReachesPanel());
@@ -158,13 +175,12 @@ TEST_F(LinuxPanels, ACompositorMayComeAndGo) {
   xcb_set_selection_owner(connection.get(), compositor, selection, XCB_CURRENT_TIME);
   connection.flush();
   const auto groundBecomes = [&](Ground ground) {
-    return host_.runUntil([&] { return host_.views().lastGround == ground; },
-                          std::chrono::seconds(20));
+    return runUntil([&] { return host_.views().lastGround == ground; });
   };
   ASSERT_TRUE(groundBecomes(Ground::translucent));
   // There is room for a shadow around the panel now; clicks there reach what is below.
   EXPECT_EQ(panel_->frame(), (Rect{{200, 100}, {300, 80}}));
-  EXPECT_TRUE(host_.runUntil([&] { return clickReachesPanel(); }, std::chrono::seconds(20)));
+  EXPECT_TRUE(runUntil([&] { return clickReachesPanel(); }));
   EXPECT_FALSE(clickReachesPanel({350, 190}));
   EXPECT_FALSE(clickReachesPanel({190, 140}));
 
@@ -174,34 +190,80 @@ TEST_F(LinuxPanels, ACompositorMayComeAndGo) {
   EXPECT_EQ(panel_->frame(), (Rect{{200, 100}, {300, 80}}));
 }
 
+// A bar at the bottom of the desktop, from one column to another.
+class BottomBar {
+ public:
+  static constexpr std::uint32_t thickness = 40;
+
+  BottomBar(linux_host::X11Connection& connection, const QRect& desktop, std::uint32_t first,
+            std::uint32_t last)
+      : connection_(connection), window_(xcb_generate_id(connection.get())) {
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(),
+                      static_cast<std::int16_t>(first),
+                      static_cast<std::int16_t>(desktop.height() - 40),
+                      static_cast<std::uint16_t>(last - first + 1), thickness, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const xcb_atom_t dock = connection.atom("_NET_WM_WINDOW_TYPE_DOCK");
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window_,
+                        connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
+    const std::uint32_t strut[] = {0, 0, 0, thickness, 0, 0, 0, 0, 0, 0, first, last};
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window_,
+                        connection.atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 32, 12, strut);
+    xcb_map_window(connection.get(), window_);
+    connection.flush();
+  }
+  BottomBar(const BottomBar&) = delete;
+  BottomBar& operator=(const BottomBar&) = delete;
+  ~BottomBar() {
+    xcb_destroy_window(connection_.get(), window_);
+    connection_.flush();
+  }
+
+ private:
+  linux_host::X11Connection& connection_;
+  xcb_window_t window_;
+};
+
 TEST_F(LinuxPanels, TheVisibleFrameLeavesTheDesktopsBarsOut) {
   const Screen before = host_.screens().screens().front();
-  auto& connection = host_.below().connection();
-  const xcb_window_t bar = xcb_generate_id(connection.get());
-  const auto width = static_cast<std::uint16_t>(before.frame.size.width);
-  const auto height = static_cast<std::int16_t>(before.frame.size.height);
-  constexpr std::uint32_t thickness = 40;
-  xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, bar, connection.root(), 0,
-                    static_cast<std::int16_t>(height - 40), width, thickness, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-  const xcb_atom_t dock = connection.atom("_NET_WM_WINDOW_TYPE_DOCK");
-  xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, bar,
-                      connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &dock);
-  const std::uint32_t bottom[] = {0, 0, 0, thickness};
-  xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, bar,
-                      connection.atom("_NET_WM_STRUT"), XCB_ATOM_CARDINAL, 32, 4, bottom);
-  xcb_map_window(connection.get(), bar);
-  connection.flush();
   const auto visibleBecomes = [&](double bottomEdge) {
-    return host_.runUntil(
-        [&] { return host_.screens().screens().front().visibleFrame.minY() == bottomEdge; },
-        std::chrono::seconds(20));
+    return runUntil(
+        [&] { return host_.screens().screens().front().visibleFrame.minY() == bottomEdge; });
   };
-  EXPECT_TRUE(visibleBecomes(thickness));
-  EXPECT_EQ(host_.screens().screens().front().frame, before.frame);
-  xcb_destroy_window(connection.get(), bar);
-  connection.flush();
+  {
+    const QRect desktop = linux_host::fromPlane(before.frame);
+    const BottomBar bar(host_.below().connection(), desktop, 0, desktop.width() - 1);
+    EXPECT_TRUE(visibleBecomes(BottomBar::thickness));
+    EXPECT_EQ(host_.screens().screens().front().frame, before.frame);
+  }
   EXPECT_TRUE(visibleBecomes(before.visibleFrame.minY()));
+}
+
+TEST_F(LinuxPanels, ScreensComeAndGoEachWithItsBars) {
+  const Screens& screens = host_.screens();
+  const Rect whole = screens.screens().front().frame;
+  const QRect desktop = linux_host::fromPlane(whole);
+  const int half = desktop.width() / 2;
+  {
+    const TwoScreens two(host_.below().connection());
+    ASSERT_TRUE(runUntil([&] { return screens.screens().size() == 2; }));
+    const Size size{whole.size.width / 2, whole.size.height};
+    EXPECT_EQ(screens.screens()[0].frame, (Rect{{0, 0}, size}));
+    EXPECT_EQ(screens.screens()[1].frame, (Rect{{size.width, 0}, size}));
+
+    // The one where the user types.
+    host_.below().moveTo({half + 50, 100, 300, 200});
+    EXPECT_EQ(screens.mainScreen(), screens.screens()[1]);
+    host_.below().moveTo({half - 200, 100, 300, 200});
+    EXPECT_EQ(screens.mainScreen(), screens.screens()[0]);
+
+    const BottomBar bar(host_.below().connection(), desktop, half, desktop.width() - 1);
+    EXPECT_TRUE(
+        runUntil([&] { return screens.screens()[1].visibleFrame.minY() == BottomBar::thickness; }));
+    EXPECT_EQ(screens.screens()[0].visibleFrame, screens.screens()[0].frame);
+  }
+  EXPECT_TRUE(runUntil(
+      [&] { return screens.screens().size() == 1 && screens.screens().front().frame == whole; }));
 }
 
 }  // namespace

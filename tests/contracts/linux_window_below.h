@@ -4,8 +4,10 @@
 #include <xcb/xcb.h>
 
 #include <QPoint>
+#include <QRect>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "hosts/linux/x11_connection.h"
 
@@ -25,12 +27,15 @@ class WindowBelow {
   int clicks();
   int keys();
 
+  // In pixels from the top left of the desktop. Returns when it lies there.
+  void moveTo(const QRect& place);
   void setFullScreen();
   // The user goes to that workspace of the desktop.
   void switchToWorkspace(std::uint32_t number);
   linux_host::X11Connection& connection() { return *connection_; }
 
  private:
+  QRect place();
   void countEvents();
   void tellWindowManager(xcb_window_t window, std::string_view message, std::uint32_t first,
                          std::uint32_t second = 0);
@@ -39,6 +44,21 @@ class WindowBelow {
   xcb_window_t window_;
   int clicks_ = 0;
   int keys_ = 0;
+};
+
+// Two screens side by side, the left one first, in place of the one that there is.
+class TwoScreens {
+ public:
+  explicit TwoScreens(linux_host::X11Connection& connection);
+  TwoScreens(const TwoScreens&) = delete;
+  TwoScreens& operator=(const TwoScreens&) = delete;
+  ~TwoScreens();
+
+ private:
+  void add(std::string_view name, const QRect& place, const std::vector<std::uint32_t>& outputs);
+
+  linux_host::X11Connection& connection_;
+  std::vector<xcb_atom_t> names_;
 };
 
 // The user clicks at a place of the screen, in pixels from its top left.

@@ -84,6 +84,8 @@ TEST_P(PanelsContract, AStatusPanelIsShownWhereItIsPutAndNeverTakesTheFocus) {
   EXPECT_EQ(panel.frame(), place);
   EXPECT_TRUE(clickReachesPanel(inside));
   EXPECT_TRUE(host().programHasFocus());
+  host().press(KeyEquivalent::defaultAction);
+  EXPECT_TRUE(host().runUntil([&] { return host().keysOfProgram() == 1; }));
   EXPECT_FALSE(clickReachesPanel({place.maxX() + 1, inside.y}));
   EXPECT_FALSE(clickReachesPanel({inside.x, place.minY() - 1}));
 

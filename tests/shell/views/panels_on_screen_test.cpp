@@ -187,10 +187,56 @@ TEST_F(PanelsOnScreen, TheReviewIsDecidedByKeysAndGivesTheFocusBack) {
   EXPECT_EQ(decision(reviewing), ReviewDecision::reRecord);
 
   reviewing = openReview();
+  host_.runFor(300ms);
+  press(tabKey);
+  press(tabKey);
+  press(spaceKey);
+  EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
+
+  reviewing = openReview();
+  host_.runFor(300ms);
+  press(tabKey);
+  press(returnKey);  // inserts, wherever the focus is
+  EXPECT_EQ(decision(reviewing), ReviewDecision::insert);
+
+  reviewing = openReview();
   click("Discard");
   EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
   EXPECT_TRUE(runUntil([&] { return below_.hasFocus(); }));
   EXPECT_EQ(below_.keys(), 0);
+}
+
+TEST_F(PanelsOnScreen, PanelsLieOnTheScreenWhereTheUserTypes) {
+  const QRect whole = QGuiApplication::primaryScreen()->geometry();
+  const auto liesAt = [&](int middle, int height) {
+    constexpr int rounded = 2;
+    EXPECT_TRUE(runUntil([] { return shown()->isExposed(); }));
+    const QPoint distance = shown()->geometry().center() - QPoint(middle, height);
+    return distance.manhattanLength() <= rounded;
+  };
+  const int statusHeight = whole.height() - 44 - 110 / 2;
+  {
+    const contracts::TwoScreens two(below_.connection());
+    ASSERT_TRUE(runUntil([] { return QGuiApplication::screens().size() == 2; }));
+    below_.moveTo({whole.width() / 2 + 50, 100, 300, 200});
+    hud_.show();
+    EXPECT_TRUE(liesAt(whole.width() * 3 / 4, statusHeight));
+    EXPECT_TRUE(below_.hasFocus());
+    hud_.hideNow();
+    toast_.showToast("English → German");
+    EXPECT_TRUE(liesAt(whole.width() * 3 / 4, 120 + shown()->height() / 2));
+    ASSERT_TRUE(runUntil([] { return shown() == nullptr; }));
+
+    below_.moveTo({50, 100, 300, 200});
+    hud_.show();
+    EXPECT_TRUE(liesAt(whole.width() / 4, statusHeight));
+  }
+  ASSERT_TRUE(runUntil([&] {
+    return QGuiApplication::screens().size() == 1 &&
+           QGuiApplication::primaryScreen()->geometry() == whole;
+  }));
+  hud_.show();
+  EXPECT_TRUE(liesAt(whole.width() / 2, statusHeight));
 }
 
 TEST_F(PanelsOnScreen, ALongReviewScrollsInsteadOfGrowing) {
