@@ -9,7 +9,7 @@
 
 namespace quillo::simulated {
 
-// Sound at first: everything arrives once, in the next turn.
+// Sound at first: everything arrives once, in the next turn. What is sent later arrives later.
 class KeyRoute {
  public:
   KeyRoute(VirtualMainThread& mainThread, Timeline& timeline, SeededRandom random)
@@ -23,11 +23,18 @@ class KeyRoute {
   void setLatency(Duration latency) { latency_ = latency; }
   // The share (0...1) of events that never arrive.
   void setLoss(double share) { loss_ = share; }
-  // The share of events that arrive again after `gap`.
+  // The share of events that arrive again after `gap`, before what follows them.
   void setDuplication(double share, Duration gap = std::chrono::milliseconds(5));
   // The system refuses whoever asks for this route from now on.
   void setRefused(bool refused) { refused_ = refused; }
   bool isRefused() const { return refused_; }
+  // What the route has been given, and what came of it.
+  struct Counts {
+    int carried = 0;
+    int lost = 0;
+    int doubled = 0;
+  };
+  const Counts& counts() const { return counts_; }
 
  private:
   void deliverAfter(Duration delay, std::function<void()> deliver);
@@ -40,6 +47,9 @@ class KeyRoute {
   double duplication_ = 0;
   Duration duplicationGap_{};
   bool refused_ = false;
+  int underWay_ = 0;
+  MonotonicTime lastArrival_ = MonotonicTime::distantPast();  // of what is under way
+  Counts counts_;
 };
 
 }  // namespace quillo::simulated

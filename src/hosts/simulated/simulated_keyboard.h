@@ -47,6 +47,7 @@ class SimulatedKeyboard final : public KeyPoster, public KeyboardState {
   void tap(const std::vector<Key>& chord, Duration held = std::chrono::milliseconds(30));
 
   void setLayout(KeyboardLayout layout) { layout_ = layout; }
+  KeyboardLayout layout() const { return layout_; }
   void setSecureInput(bool enabled) { isSecureInput_ = enabled; }
   // Keys repeat `first` after their press and then every `interval`; 0 turns it off.
   void setAutorepeat(Duration first, Duration interval);

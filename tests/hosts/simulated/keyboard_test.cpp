@@ -98,7 +98,8 @@ TEST_F(KeyboardTest, RoutesLoseDuplicateAndDelayIndependently) {
   EXPECT_THAT(seenOf(toggleChord), ElementsAre("hid", "hid", "tap"));
   desktop.eventTaps().route().setLoss(1.0);
   desktop.hotKeys().route().setLoss(0.0);
-  EXPECT_THAT(seenOf(toggleChord), ElementsAre("hid", "hot key", "hid"));
+  // The key waits behind the doubled modifiers.
+  EXPECT_THAT(seenOf(toggleChord), ElementsAre("hot key", "hid", "hid"));
 }
 
 TEST_F(KeyboardTest, ATapThatDoesNotAnswerIsSwitchedOffAndTheKeyGoesOn) {
