@@ -18,7 +18,7 @@ TEST(Explore, AShortRangeKeepsItsPromisesAndEveryFaultFires) {
   for (const auto& [name, kind] : faultNames)
     EXPECT_TRUE(all.fired.contains(kind)) << name << " had no effect in any seed";
   for (const char* act : {"cancel", "retry", "paste last", "review: Insert", "review: Discard",
-                          "review: Re-record", "dictate long", "sign in again"})
+                          "review: Re-record", "dictate long", "sign in again", "hit the keys"})
     EXPECT_TRUE(all.done.contains(act)) << act;
 }
 
@@ -55,6 +55,10 @@ constexpr Planted plantedBugs[] = {
     {PlantedBug::microphoneLeftOpen, "nothing is left at rest"},
     {PlantedBug::tokenLogged, "the log keeps secrets"},
     {PlantedBug::wordsLogged, "the log keeps secrets"},
+    {PlantedBug::releaseIgnored, "a hold ends with its keys"},
+    {PlantedBug::routesNotMerged, "a press acts once, and only its own"},
+    {PlantedBug::modifiersIgnored, "a press acts once, and only its own"},
+    {PlantedBug::holdBounces, "a press acts once, and only its own"},
 };
 INSTANTIATE_TEST_SUITE_P(Each, PlantedBugs, testing::ValuesIn(plantedBugs), [](const auto& info) {
   for (const auto& [name, bug] : plantedBugNames)

@@ -2,18 +2,22 @@
 
 #include <algorithm>
 
+#include "key_storm.h"
+
 namespace quillo::sim {
 namespace {
 
 using namespace std::chrono_literals;
 using simulated::Key;
 
-const std::vector<Key> toggleChord = {Key::control, Key::option, Key::space};
-const std::vector<Key> holdChord = {Key::control, Key::option};
+constexpr Key modifierKeys[] = {Key::control,    Key::option,       Key::shift,
+                                Key::command,    Key::rightControl, Key::rightOption,
+                                Key::rightShift, Key::rightCommand, Key::function};
 const std::vector<Key> pasteLastKeys = {Key::control, Key::command, Key::v};
 
 constexpr const char* reviewTitle = "Review translation";
 constexpr Duration patienceForStart = 4s;
+constexpr Duration longTouch = 400ms;
 
 // A word of its own for each number, of one length, so that none is a part of another.
 std::string wordOf(std::uint64_t number) {
@@ -50,6 +54,7 @@ void DailyUser::doSomething() {
       {"change a setting", 5, &DailyUser::changeSetting},
       {"sign in again", 6, &DailyUser::signInAgain},
       {"clear the editors", 6, &DailyUser::clearEditors},
+      {"hit the keys", 8, &DailyUser::hitTheKeys},
   };
   std::uint64_t all = 0;
   for (const Habit& habit : habits) all += habit.weight;
@@ -81,25 +86,34 @@ void DailyUser::press(const std::vector<Key>& chord) {
     faults_.note(FaultKind::userKeysLost);
     return;
   }
-  world_.desktop().keyboard().tap(chord);
+  world_.tapKeys(chord);
   world_.runFor(40ms);
   if (faults_.lasts(FaultKind::userKeysDoubled) && random_.chance(0.5)) {
     faults_.note(FaultKind::userKeysDoubled);
     world_.runFor(between(5ms, 500ms));
-    world_.desktop().keyboard().tap(chord);
+    world_.tapKeys(chord);
     world_.runFor(40ms);
   }
 }
 
 void DailyUser::begin() {
-  if (way() == Way::toggle) return press(toggleChord);
-  for (const Key key : holdChord) world_.desktop().keyboard().press(key);
+  const MacAppState& state = world_.program().appState();
+  if (way() == Way::toggle) return press(toggleKeys(state));
+  for (const Key key : holdKeys(state)) world_.pressKey(key);
+}
+
+void DailyUser::releaseAll() {
+  const std::set<Key> down = world_.desktop().keyboard().keysDown();
+  for (const Key key : down) world_.releaseKey(key);
 }
 
 void DailyUser::stop() {
-  if (way() == Way::toggle && world_.desktop().keyboard().keysDown().empty())
-    return press(toggleChord);
-  for (const Key key : holdChord) world_.desktop().keyboard().release(key);
+  if (world_.desktop().keyboard().keysDown().empty()) {
+    begin();
+    if (way() == Way::toggle) return;
+    world_.runFor(longTouch);  // what a toggle has begun is ended by a hold
+  }
+  releaseAll();
   world_.runFor(10ms);
 }
 
@@ -178,7 +192,7 @@ void DailyUser::attend() {
     if (!world_.dictation().isRecording) continue;
     // Recording again.
     speakInPieces(between(1s, 10s));
-    press(toggleChord);
+    stop();
     world_.runUntil(
         [this] { return !isBusy() || world_.desktop().panels().showing(reviewTitle) != nullptr; },
         30s);
@@ -289,17 +303,46 @@ void DailyUser::signInAgain() {
   world_.runFor(2s);
 }
 
+// --- Keys ---
+
+void DailyUser::hitTheKeys() {
+  KeyStorm(world_, random_).rage();
+  world_.runFor(between(1s, 4s));
+  if (world_.dictation().isRecording) stop();
+  waitForTheEnd();
+  if (random_.chance(0.5)) clearTheKeyboard();
+}
+
+// Whatever a route has missed, it sees every modifier come up now. None begins anything: a hold
+// takes longer.
+void DailyUser::clearTheKeyboard() {
+  MacAppState& state = world_.program().appState();
+  const std::string mode = state.activationMode;
+  releaseAll();
+  state.activationMode = "hold";
+  world_.runFor(500ms);
+  for (const Key key : modifierKeys) {
+    world_.tapKeys({key});
+    world_.runFor(50ms);
+  }
+  world_.runFor(1s);
+  world_.act("clears the keyboard");
+  state.activationMode = mode;
+  world_.runFor({});
+}
+
 // --- The end of a day ---
 
 void DailyUser::stopEverything() {
-  for (const Key key : holdChord) world_.desktop().keyboard().release(key);
+  clearTheKeyboard();
   world_.runFor(5s);
-  if (world_.dictation().isRecording) {
-    world_.program().appState().activationMode = "toggle";
-    world_.runFor(1s);
-    world_.desktop().keyboard().tap(toggleChord);
-    world_.runFor(5s);
-  }
+  MacAppState& state = world_.program().appState();
+  state.toggleShortcut = "ctrl_opt_space";
+  state.activationMode = "toggle";
+  world_.runFor(1s);
+  if (!world_.dictation().isRecording) return;
+  world_.tapKeys(toggleKeys(state));
+  world_.runFor(5s);
 }
 
 void DailyUser::prepare() {
@@ -317,13 +360,13 @@ void DailyUser::prepare() {
 }
 
 std::string DailyUser::dictateProperly() {
-  world_.desktop().keyboard().tap(toggleChord);
+  world_.tapKeys(toggleKeys(world_.program().appState()));
   world_.runUntil([this] { return world_.dictation().isRecording.get(); }, 10s);
   const std::string words = newWords(3);
   world_.trace().tell("probe", {{"words", words}});
   world_.speak(words, 3s);
   world_.runFor(3500ms);
-  world_.desktop().keyboard().tap(toggleChord);
+  world_.tapKeys(toggleKeys(world_.program().appState()));
   return words;
 }
 

@@ -50,12 +50,15 @@ class DailyUser {
   void changeSetting();
   void signInAgain();
   void clearEditors();
+  void hitTheKeys();
+  void clearTheKeyboard();
   void interfere();
 
   Way way() const;
   void press(const std::vector<simulated::Key>& chord);
   void begin();
   void stop();
+  void releaseAll();
   std::string newWords(std::size_t count);
   bool isBusy();
   Duration between(Duration shortest, Duration longest) {

@@ -16,6 +16,10 @@ constexpr Duration longOfShortFaults = 30s;
 // A fault of the service meets some requests while it lasts, or nearly all.
 constexpr double sharesOfRequests[] = {0.4, 0.95};
 constexpr std::size_t hugeSize = 67'200'000;
+// Less than the debounce of the chords, which is all that keeps the routes of one press together.
+constexpr Duration slowestRoute = 200ms;
+// Every key waits for the taps in turn, so that their time adds up.
+constexpr Duration slowestTap = 10ms;
 
 struct ServiceFault {
   FaultKind kind;
@@ -183,6 +187,22 @@ std::optional<Faults::Heal> Faults::make(FaultKind kind) {
     case FaultKind::suspended:
       desktop.clock().set(desktop.clock().now() + random_.between(1min, 10h));
       return noted([] {});
+    case FaultKind::layoutChanged:
+      return noted(changeLayout());
+    case FaultKind::tapSwitchedOff:
+      desktop.eventTaps().interrupt(random_.chance(0.5) ? TapInterruption::timeout
+                                                        : TapInterruption::userInput);
+      return noted([] {});
+    case FaultKind::chordTaken:
+      return takeChord();
+    case FaultKind::listenEventsDenied:
+      desktop.permissions().setListenEventAccess(false);
+      return noted([&desktop] { desktop.permissions().setListenEventAccess(true); });
+    case FaultKind::keyRouteRefused:
+    case FaultKind::keyRouteSlow:
+    case FaultKind::keyRouteLossy:
+    case FaultKind::keyRouteDoubled:
+      return disturbKeys(kind);
     // The rest is asked for by those whom it meets.
     case FaultKind::userCopiesMeanwhile:
     case FaultKind::userKeysLost:
@@ -229,6 +249,66 @@ std::optional<Faults::Heal> Faults::quitApplication() {
   world_.desktop().pasteboard().processEnded(program->process());
   return [this, identity] {
     world_.launchApplication({identity.bundleIdentifier, identity.localizedName});
+  };
+}
+
+// --- Keys ---
+
+Faults::Heal Faults::changeLayout() {
+  simulated::SimulatedKeyboard& keyboard = world_.desktop().keyboard();
+  keyboard.setLayout(random_.chance(0.5) ? simulated::KeyboardLayout::dvorak
+                                         : simulated::KeyboardLayout::russian);
+  return [&keyboard] { keyboard.setLayout(simulated::KeyboardLayout::us); };
+}
+
+// Another program registers one of the chords, and the program finds it taken.
+std::optional<Faults::Heal> Faults::takeChord() {
+  using namespace hot_key_modifiers;
+  struct Taken {
+    std::uint32_t keyCode;
+    std::uint32_t modifiers;
+  };
+  constexpr Taken chords[] = {
+      {49, control | option}, {9, control | command}, {5, control}, {38, control}};
+  const Taken chord = chords[random_.below(std::size(chords))];
+  auto taken = world_.desktop().hotKeys().takeByAnotherProgram(chord.keyCode, chord.modifiers);
+  if (!taken) return std::nullopt;
+  note(FaultKind::chordTaken);
+  return [taken = std::move(taken)]() mutable { taken.reset(); };
+}
+
+Faults::Heal Faults::disturbKeys(FaultKind kind) {
+  simulated::SimulatedDesktop& desktop = world_.desktop();
+  std::vector<simulated::KeyRoute*> routes = {
+      &desktop.hidKeyboards().route(), &desktop.hotKeys().route(),
+      &desktop.eventMonitors().globalRoute(), &desktop.eventMonitors().localRoute(),
+      &desktop.eventTaps().route()};
+  if (random_.chance(0.7)) routes = {routes[random_.below(routes.size())]};
+  using Counts = simulated::KeyRoute::Counts;
+  std::vector<Counts> before;
+  for (simulated::KeyRoute* route : routes) {
+    before.push_back(route->counts());
+    const bool isTap = route == &desktop.eventTaps().route();
+    if (kind == FaultKind::keyRouteRefused) route->setRefused(true);
+    if (kind == FaultKind::keyRouteSlow)
+      route->setLatency(random_.between(1ms, isTap ? slowestTap : slowestRoute));
+    if (kind == FaultKind::keyRouteLossy) route->setLoss(random_.chance(0.5) ? 0.1 : 0.5);
+    if (kind == FaultKind::keyRouteDoubled) route->setDuplication(0.5, 0ms);
+  }
+  if (kind == FaultKind::keyRouteRefused) note(kind);
+  return [this, kind, routes, before] {
+    for (std::size_t i = 0; i < routes.size(); ++i) {
+      simulated::KeyRoute& route = *routes[i];
+      const Counts& now = route.counts();
+      if (kind == FaultKind::keyRouteRefused) route.setRefused(false);
+      if (kind == FaultKind::keyRouteSlow) route.setLatency(0ms);
+      if (kind == FaultKind::keyRouteLossy) route.setLoss(0);
+      if (kind == FaultKind::keyRouteDoubled) route.setDuplication(0);
+      const bool hasFired = (kind == FaultKind::keyRouteSlow && now.carried > before[i].carried) ||
+                            (kind == FaultKind::keyRouteLossy && now.lost > before[i].lost) ||
+                            (kind == FaultKind::keyRouteDoubled && now.doubled > before[i].doubled);
+      if (hasFired) note(kind);
+    }
   };
 }
 

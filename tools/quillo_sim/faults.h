@@ -47,6 +47,14 @@ enum class FaultKind {
   userKeysDoubled,
   postedKeysLost,
   suspended,
+  layoutChanged,
+  tapSwitchedOff,
+  chordTaken,
+  listenEventsDenied,
+  keyRouteRefused,
+  keyRouteSlow,
+  keyRouteLossy,
+  keyRouteDoubled,
 };
 
 inline constexpr std::pair<std::string_view, FaultKind> faultNames[] = {
@@ -82,6 +90,14 @@ inline constexpr std::pair<std::string_view, FaultKind> faultNames[] = {
     {"userKeysDoubled", FaultKind::userKeysDoubled},
     {"postedKeysLost", FaultKind::postedKeysLost},
     {"suspended", FaultKind::suspended},
+    {"layoutChanged", FaultKind::layoutChanged},
+    {"tapSwitchedOff", FaultKind::tapSwitchedOff},
+    {"chordTaken", FaultKind::chordTaken},
+    {"listenEventsDenied", FaultKind::listenEventsDenied},
+    {"keyRouteRefused", FaultKind::keyRouteRefused},
+    {"keyRouteSlow", FaultKind::keyRouteSlow},
+    {"keyRouteLossy", FaultKind::keyRouteLossy},
+    {"keyRouteDoubled", FaultKind::keyRouteDoubled},
 };
 std::string_view nameOf(FaultKind kind);
 
@@ -113,6 +129,10 @@ class Faults {
   std::optional<Heal> make(FaultKind kind);
   Heal copyBadly(FaultKind kind);
   std::optional<Heal> quitApplication();
+  Heal changeLayout();
+  std::optional<Heal> takeChord();
+  // Every route, or one of them. A fault that no key met has not fired.
+  Heal disturbKeys(FaultKind kind);
   simulated::Program* someApplication();
   simulated::Microphone& someMicrophone();
   void copyDuringPaste(const Event& event);

@@ -154,6 +154,52 @@ class RequestForgotten final : public URLSessions {
   int transcriptions_ = 0;
 };
 
+// What a keyboard tells is changed on its way: each value becomes some.
+class ChangedKeyboards final : public HIDKeyboards {
+ public:
+  using Receive = std::function<void(const HIDValue&)>;
+  using Change = std::function<void(const HIDValue&, const Receive&)>;
+  ChangedKeyboards(HIDKeyboards& below, Change change)
+      : below_(below), change_(std::move(change)) {}
+  OpenResult open(Receive changed) override {
+    return below_.open([change = change_, changed = std::move(changed)](const HIDValue& value) {
+      change(value, changed);
+    });
+  }
+
+ private:
+  HIDKeyboards& below_;
+  Change change_;
+};
+
+bool isModifier(const HIDValue& value) {
+  return value.usagePage != 7 || (value.usage >= 224 && value.usage <= 231);
+}
+
+void dropReleases(const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+  if (value.value != 0 || !isModifier(value)) receive(value);
+}
+
+// Taps tell of each key as if the fingers lay on Control and Option.
+class ModifiersIgnored final : public EventTaps {
+ public:
+  explicit ModifiersIgnored(EventTaps& below) : below_(below) {}
+  std::unique_ptr<Tap> createKeyDownTap(std::function<TapVerdict(const KeyEvent&)> seen,
+                                        std::function<void(TapInterruption)> interrupted) override {
+    return below_.createKeyDownTap(
+        [seen = std::move(seen)](const KeyEvent& event) {
+          KeyEvent changed = event;
+          if (event.flags & event_flags::option)
+            changed.flags = event_flags::control | event_flags::option;
+          return seen(changed);
+        },
+        std::move(interrupted));
+  }
+
+ private:
+  EventTaps& below_;
+};
+
 void postPaste(KeyPoster& keys) {
   keys.post(commandKey, KeyDirection::down, event_flags::command, 0);
   keys.post(pasteKey, KeyDirection::down, event_flags::command, 0);
@@ -169,6 +215,28 @@ void removeRecordings(World& world, FileManager& files) {
 void logToken(const HostPorts& ports) {
   const auto token = ports.keychain.read("com.murmex.mac.auth", "mac.accessToken");
   ports.log.log("auth", "token=" + token.data);
+}
+
+std::shared_ptr<HIDKeyboards> lateKeyboards(World& world, const HostPorts& ports) {
+  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+    receive(value);
+    if (isModifier(value) || value.value == 0) return;
+    world.desktop().after(320ms, [value, receive] { receive(value); });
+  };
+  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
+}
+
+// A modifier that is pressed shows as released and pressed once more.
+std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& ports) {
+  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+    receive(value);
+    if (!isModifier(value) || value.value == 0) return;
+    HIDValue released = value;
+    released.value = 0;
+    world.desktop().after(400ms, [released, receive] { receive(released); });
+    world.desktop().after(410ms, [value, receive] { receive(value); });
+  };
+  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
 }
 
 // `port` in place of that of `ports`.
@@ -215,6 +283,19 @@ World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
       return layer<URLSessions>(
           ports, &Replacements::network,
           std::make_shared<RequestForgotten>(ports.network, ports.mainThread));
+    case PlantedBug::releaseIgnored:
+      return layer<HIDKeyboards>(
+          ports, &Replacements::hidKeyboards,
+          std::make_shared<ChangedKeyboards>(ports.hidKeyboards, dropReleases));
+    case PlantedBug::routesNotMerged:
+      // Too late for the debounce.
+      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards, lateKeyboards(world, ports));
+    case PlantedBug::modifiersIgnored:
+      return layer<EventTaps>(ports, &Replacements::eventTaps,
+                              std::make_shared<ModifiersIgnored>(ports.eventTaps));
+    case PlantedBug::holdBounces:
+      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards,
+                                 bouncingKeyboards(world, ports));
     case PlantedBug::pastedAfterCancel:
       return logLayer(ports, "processing cancelled; audio kept",
                       [&keys = ports.keyPoster] { postPaste(keys); });

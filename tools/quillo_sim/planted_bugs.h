@@ -21,6 +21,10 @@ enum class PlantedBug {
   tokenLogged,
   wordsLogged,
   requestForgotten,
+  releaseIgnored,
+  routesNotMerged,
+  modifiersIgnored,
+  holdBounces,
 };
 
 inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
@@ -36,6 +40,10 @@ inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
     {"tokenLogged", PlantedBug::tokenLogged},
     {"wordsLogged", PlantedBug::wordsLogged},
     {"requestForgotten", PlantedBug::requestForgotten},
+    {"releaseIgnored", PlantedBug::releaseIgnored},
+    {"routesNotMerged", PlantedBug::routesNotMerged},
+    {"modifiersIgnored", PlantedBug::modifiersIgnored},
+    {"holdBounces", PlantedBug::holdBounces},
 };
 
 // Nothing for `none`.

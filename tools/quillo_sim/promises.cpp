@@ -28,6 +28,8 @@ Promises::Promises(const Secrets& secrets, Words words) {
   promises_.push_back(nothingIsLeftAtRest());
   promises_.push_back(theLogKeepsSecrets(secrets));
   promises_.push_back(theProgramRecovers());
+  promises_.push_back(aHoldEndsWithItsKeys());
+  promises_.push_back(aPressActsOnceAndOnlyItsOwn());
 }
 
 void Promises::follow(Trace& trace) {

@@ -83,6 +83,8 @@ std::unique_ptr<Promise> theClipboardIsTheUsers();
 std::unique_ptr<Promise> nothingIsLeftAtRest();
 std::unique_ptr<Promise> theLogKeepsSecrets(Secrets secrets);
 std::unique_ptr<Promise> theProgramRecovers();
+std::unique_ptr<Promise> aHoldEndsWithItsKeys();
+std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn();
 
 // How long after the last fault the program may take to come to rest.
 inline constexpr Duration longestUnrest = std::chrono::minutes(30);

@@ -15,6 +15,9 @@ struct Replacements {
   AudioSystem* audioSystem = nullptr;
   Workspace* workspace = nullptr;
   KeyPoster* keyPoster = nullptr;
+  EventTaps* eventTaps = nullptr;
+  EventMonitors* eventMonitors = nullptr;
+  HIDKeyboards* hidKeyboards = nullptr;
   Pasteboard* pasteboard = nullptr;
   Alerts* alerts = nullptr;
   Sounds* sounds = nullptr;

@@ -51,7 +51,7 @@ void press(World& world, const Place& place) {
   }
   world.act("presses", {{"keys", place.text()}});
   if (place.text() == "control+command+v") world.act("pastes last");
-  world.desktop().keyboard().tap(chord);
+  world.tapKeys(chord);
   world.runFor(50ms);
 }
 
@@ -60,7 +60,7 @@ void hold(World& world, const Place& place) {
   world.act("holds", {{"keys", place.text()}});
   for (const Key key : chord) {
     if (world.desktop().keyboard().keysDown().contains(key)) place.refuse("it is held already");
-    world.desktop().keyboard().press(key);
+    world.pressKey(key);
   }
   world.runFor({});
 }
@@ -71,7 +71,7 @@ void release(World& world, const Place& place) {
   world.act("releases", {{"keys", place.text()}});
   for (const Key key : chord) {
     if (!world.desktop().keyboard().keysDown().contains(key)) place.refuse("it is not held");
-    world.desktop().keyboard().release(key);
+    world.releaseKey(key);
   }
   world.runFor({});
 }
@@ -222,6 +222,7 @@ void keychain(World& world, const Place& place) {
 }
 
 void secureInput(World& world, const Place& place) {
+  world.trace().tell(place.boolean() ? "fault" : "healed", {{"kind", "secureInput"}});
   world.desktop().keyboard().setSecureInput(place.boolean());
 }
 

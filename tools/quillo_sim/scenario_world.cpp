@@ -246,6 +246,8 @@ void setPermissions(World& world, const Place& place) {
   ifPresent(place, "microphoneAnswer", [&](const Place& to) {
     permissions.answerMicrophoneQuestion(to.choice(decisions), 1s);
   });
+  if (place.find("accessibility") || place.find("listenEvents"))
+    world.trace().tell("fault", {{"kind", "keyPermissions"}});
   ifPresent(place, "accessibility",
             [&](const Place& to) { permissions.setAccessibilityTrusted(to.boolean()); });
   ifPresent(place, "listenEvents",

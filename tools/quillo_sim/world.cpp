@@ -93,10 +93,38 @@ void World::observeProgram() {
   subscriptions_.push_back(state.lastError.observe([this](const std::optional<std::string>& error) {
     trace_.tell("error", Json{{"text", error ? Json(*error) : Json(nullptr)}});
   }));
+  observeShortcuts();
+  subscriptions_.push_back(program_->appState().inputLanguage.observe(
+      [this](const std::string& language) { trace_.tell("language", {{"input", language}}); }));
   subscriptions_.push_back(program_->history().entries.observe(
       [this](const HistoryEntries& entries) { trace_.tell("history", historyFields(entries)); }));
   subscriptions_.push_back(program_->auth().observeIsLoggedIn(
       [this](bool isLoggedIn) { trace_.tell("state", Json{{"isLoggedIn", isLoggedIn}}); }));
+}
+
+// The detectors are set up anew at a change of the mode or of the toggle shortcut.
+void World::observeShortcuts() {
+  MacAppState& state = program_->appState();
+  tellShortcuts(true);
+  const auto observe = [this](auto& setting, bool rebinds) {
+    subscriptions_.push_back(
+        setting.observe([this, rebinds](const auto&) { tellShortcuts(rebinds); }));
+  };
+  observe(state.activationMode, true);
+  observe(state.toggleShortcut, true);
+  observe(state.holdShortcut, false);
+  observe(state.cycleHotKeyKeyCode, false);
+  observe(state.cycleHotKeyModifiers, false);
+}
+
+void World::tellShortcuts(bool rebinds) {
+  const MacAppState& state = program_->appState();
+  trace_.tell("shortcuts", {{"activationMode", state.activationMode.get()},
+                            {"toggleShortcut", state.toggleShortcut.get()},
+                            {"holdShortcut", state.holdShortcut.get()},
+                            {"cycleKeyCode", state.cycleHotKeyKeyCode.get()},
+                            {"cycleModifiers", state.cycleHotKeyModifiers.get()},
+                            {"rebinds", rebinds}});
 }
 
 // --- Applications ---
@@ -152,6 +180,29 @@ void World::copy(std::vector<simulated::OfferedItem> items, const std::string& b
   Json fields = {{"by", by}};
   fields.update(clipboard());
   trace_.tell("clipboard", std::move(fields));
+}
+
+void World::pressKey(simulated::Key key) {
+  simulated::SimulatedKeyboard& keyboard = desktop_.keyboard();
+  if (keyboard.keysDown().contains(key)) return;
+  const auto code = static_cast<std::int64_t>(key);
+  Json fields = {{"keyCode", code}, {"direction", "down"}};
+  if (const auto types = simulated::charactersOf(code, keyboard.layout())) fields["types"] = *types;
+  trace_.tell("userKey", std::move(fields));
+  keyboard.press(key);
+}
+
+void World::releaseKey(simulated::Key key) {
+  if (!desktop_.keyboard().keysDown().contains(key)) return;
+  trace_.tell("userKey", {{"keyCode", static_cast<std::int64_t>(key)}, {"direction", "up"}});
+  desktop_.keyboard().release(key);
+}
+
+void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
+  for (const simulated::Key key : chord) pressKey(key);
+  desktop_.after(held, [this, chord] {
+    for (auto key = chord.rbegin(); key != chord.rend(); ++key) releaseKey(*key);
+  });
 }
 
 bool World::offers(std::string_view control) {

@@ -74,6 +74,12 @@ class World {
   void act(std::string_view what, Json fields = Json::object());
   void speak(const std::string& text, Duration duration, double loudness = -20);
   void copy(std::vector<simulated::OfferedItem> items, const std::string& by);
+  // Keys of the user, each told as it goes down and up.
+  void pressKey(simulated::Key key);
+  void releaseKey(simulated::Key key);
+  // Presses the keys in order now and releases them in reverse order after `held`.
+  void tapKeys(const std::vector<simulated::Key>& chord,
+               Duration held = std::chrono::milliseconds(30));
   // Whether there was such a control to click, or such an item to choose.
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
@@ -89,6 +95,8 @@ class World {
  private:
   HostPorts observedPorts();
   void observeProgram();
+  void observeShortcuts();
+  void tellShortcuts(bool rebinds);
   bool offers(std::string_view control);
   // What only a look at the desktop shows.
   void look();
