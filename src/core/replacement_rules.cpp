@@ -18,11 +18,18 @@ bool canAct(const TextDictionary& rule) {
 }
 
 bool hasCapital(std::string_view text) {
-  const std::vector<std::string> all = characters(text);
-  return std::any_of(all.begin(), all.end(), isUppercase);
+  bool found = false;
+  forEachCharacter(text, [&found](std::string_view each) { found = found || isUppercase(each); });
+  return found;
+}
+
+bool isSmallAscii(char c) {
+  return c >= 'a' && c <= 'z';
 }
 
 bool isInCapitals(std::string_view text) {
+  // Most words end here, without a case mapping.
+  if (std::any_of(text.begin(), text.end(), isSmallAscii)) return false;
   return characterCount(text) > 1 && textEquals(text, uppercased(text)) &&
          !textEquals(text, lowercased(text));
 }
