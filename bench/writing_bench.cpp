@@ -23,10 +23,14 @@ std::string prose(std::size_t length) {
   return text;
 }
 
+// Every twentieth rule finds a word of the prose, the others nothing.
 std::vector<TextDictionary> rules(int count) {
   std::vector<TextDictionary> made;
-  for (int i = 0; i < count; ++i)
-    made.push_back({{"from", "word" + std::to_string(i)}, {"to", "Word " + std::to_string(i)}});
+  for (int i = 0; i < count; ++i) {
+    const std::string word(words[std::size_t(i) / 20 % words.size()]);
+    made.push_back(
+        {{"from", i % 20 == 0 ? word : word + std::to_string(i)}, {"to", "other " + word}});
+  }
   return made;
 }
 
