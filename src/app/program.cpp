@@ -1,10 +1,12 @@
 #include "app/program.h"
 
+#include <utility>
+
 #include "api/fresh_auth.h"
 
 namespace quillo {
 
-Program::Program(HostPorts ports, Backend backend)
+Program::Program(HostPorts ports, Backend backend, std::function<void()> openDiagnosticsLog)
     : ports_(ports),
       appState_(ports.mainThread, ports.userDefaults, ports.clock, ports.random, ports.machine,
                 ports.loginItem, ports.application, ports.log),
@@ -52,7 +54,8 @@ Program::Program(HostPorts ports, Backend backend)
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
-      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_, menuBarActions()),
+      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_,
+               menuBarActions(std::move(openDiagnosticsLog))),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
                 globalHotKey_, ports.log) {
   plugInUpperRooms();
@@ -82,7 +85,7 @@ DictationHUDCommands Program::hudCommands() {
           .dismissLastFailure = [this] { dictation_.dismissLastFailure(); }};
 }
 
-MenuBarActions Program::menuBarActions() {
+MenuBarActions Program::menuBarActions(std::function<void()> openDiagnosticsLog) {
   return {
       .toggleRecording = [this] { start(ports_.mainThread, dictation_.toggleRecording()); },
       .retryLastRecording = [this] { dictation_.retryLastRecording(); },
@@ -90,6 +93,7 @@ MenuBarActions Program::menuBarActions() {
       .copyLastResult = [this] { dictation_.copyLastResult(); },
       .cycleLanguagePair = [this] { appState_.cycleLanguagePair(); },
       .applyProfile = [this](const WritingProfile& profile) { appState_.applyProfile(profile); },
+      .openDiagnosticsLog = std::move(openDiagnosticsLog),
       .quit = [this] { ports_.application.terminate(); },
   };
 }

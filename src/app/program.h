@@ -1,6 +1,7 @@
 // The composition root: the whole program, made once, on whatever host it is given.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -34,8 +35,9 @@ namespace quillo {
 // Main thread. Its members stand from the ground up, and each gets exactly what it uses.
 class Program {
  public:
-  // The ports outlive the program.
-  Program(HostPorts ports, Backend backend);
+  // The ports outlive the program. `openDiagnosticsLog` shows the file of the log to the user; the
+  // menu offers it where there is one.
+  Program(HostPorts ports, Backend backend, std::function<void()> openDiagnosticsLog = {});
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
   // Abandons the tasks that have not ended: they refer to the rooms.
@@ -52,7 +54,7 @@ class Program {
  private:
   std::string shortcutText() const;
   DictationHUDCommands hudCommands();
-  MenuBarActions menuBarActions();
+  MenuBarActions menuBarActions(std::function<void()> openDiagnosticsLog);
   void plugInUpperRooms();
   void observeSettings();
   void receiveDesktopEvents();

@@ -8,49 +8,37 @@ namespace {
 
 using namespace std::chrono_literals;
 using simulated::Key;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
-TEST(ProgramTest, ADictationGoesFromTheShortcutIntoTheEditor) {
-  SimulatedProgram world(1, 300ms);
-  world.desktop.pasteboard().copy("what the user had copied");
-  world.editor.editor().setText("Dear reader: ");
-
-  world.pressToggle();
-  ASSERT_TRUE(world.runUntilStatus("Listening"));
-  world.desktop.voice().speak(2s);
-  world.desktop.runFor(2s);
-  world.pressToggle();
-  ASSERT_TRUE(world.runUntilStatus("Inserted"));
-  world.desktop.runFor(1min);
-
-  EXPECT_EQ(world.editor.editor().text(), "Dear reader: hello world.");
-  EXPECT_EQ(world.desktop.pasteboard().text(), "what the user had copied");
-  EXPECT_THAT(world.desktop.sounds().names(), ElementsAre("Tink", "Pop"));
-  EXPECT_EQ(world.program->history().entries->size(), 1u);
-  for (const FilePath& file : world.desktop.files().allFiles())
-    EXPECT_THAT(file.string(), testing::Not(HasSubstr("murmex_mac")))
-        << "a recording was left behind";
-  EXPECT_TRUE(world.desktop.keyboard().postedKeysDown().empty());
-}
-
-TEST(ProgramTest, PasteLastInsertsTheResultAgainAndReopeningBringsTheWindowBack) {
+TEST(ProgramTest, TheLaunchTriesEveryRouteInItsOrderAndTheEndGivesTheChordsBack) {
   SimulatedProgram world;
-  world.pressToggle();
-  ASSERT_TRUE(world.runUntilStatus("Listening"));
-  world.desktop.voice().speak(1s);
-  world.desktop.runFor(1s);
-  world.pressToggle();
-  ASSERT_TRUE(world.runUntilStatus("Inserted"));
-  world.desktop.runFor(5s);
+  auto& desktop = world.desktop;
+  EXPECT_EQ(desktop.application().activations(), 1);  // it is in the Dock
+  EXPECT_EQ(desktop.hotKeys().registrationCount(), 1u);
+  desktop.application().terminate();
+  desktop.runTurns();
+  EXPECT_EQ(desktop.hotKeys().registrationCount(), 0u);
 
-  world.editor.editor().setText("");
-  world.desktop.keyboard().tap({Key::control, Key::command, Key::v});
-  world.desktop.runFor(100ms);
-  world.desktop.keyboard().tap({Key::control, Key::command, Key::v});  // within the debounce
-  world.desktop.runFor(5s);
-  EXPECT_EQ(world.editor.editor().text(), "hello world.");
+  desktop.permissions().setListenEventAccess(false);
+  desktop.hotKeys().route().setRefused(true);
+  desktop.eventMonitors().globalRoute().setRefused(true);
+  desktop.eventMonitors().localRoute().setRefused(true);
+  desktop.application().editBundle().version.reset();
+  world.program->appState().showInDock = false;
+  world.launch();
+  EXPECT_EQ(desktop.application().activations(), 1);
+  const char* noTap = "[hotkey] event tap could not be created";
+  const char* noKeyboards = "[hotkey] HID monitor could not start result=-536870174";
+  auto lines = desktop.log().lines();
+  std::erase_if(lines, [](const std::string& line) { return line.starts_with("[usage]"); });
+  EXPECT_THAT(
+      lines, ElementsAre("[app] launch version=1.0 build=100 bundle=/Applications/Quillo.app",
+                         "[app] terminate",
+                         "[app] launch version=1.0 build=unknown bundle=/Applications/Quillo.app",
+                         noTap, "[hotkey] failed to register id=2 status=-9878", noKeyboards, noTap,
+                         "[hotkey] failed to register id=1 status=-9878", noKeyboards, noTap,
+                         "[hotkey] failed to register id=4 status=-9878", noKeyboards));
+  EXPECT_TRUE(desktop.panels().showing("⌃G is already in use — pick another in Settings"));
 }
 
 TEST(ProgramTest, SettingsReachTheShortcutsAsTheyAreAssigned) {
@@ -58,16 +46,11 @@ TEST(ProgramTest, SettingsReachTheShortcutsAsTheyAreAssigned) {
   world.program->appState().activationMode = "hold";
   world.pressToggle();
   world.desktop.runFor(3s);
-  EXPECT_EQ(world.program->dictation().statusText.get(), "Ready") << "the toggle chord is unbound";
-
-  world.desktop.keyboard().press(Key::control);
-  world.desktop.keyboard().press(Key::option);
+  EXPECT_EQ(world.program->dictation().statusText.get(), "Ready");  // the chord is unbound
+  world.program->appState().activationMode = "toggle";
+  world.program->appState().toggleShortcut = "fn";
+  world.desktop.keyboard().tap({Key::function});
   EXPECT_TRUE(world.runUntilStatus("Listening"));
-  world.desktop.voice().speak(1s);
-  world.desktop.runFor(1s);
-  world.desktop.keyboard().release(Key::option);
-  world.desktop.keyboard().release(Key::control);
-  EXPECT_TRUE(world.runUntilStatus("Inserted"));
 }
 
 TEST(ProgramTest, TheIntroIsAskedOnceWhateverTheAnswer) {
@@ -81,12 +64,20 @@ TEST(ProgramTest, TheIntroIsAskedOnceWhateverTheAnswer) {
   EXPECT_EQ(world.desktop.userDefaults().boolean("mac.sawSelectionBubbleIntro"), true);
 }
 
-TEST(ProgramTest, LaunchAndTerminateAreLoggedAndGiveTheChordsBack) {
+TEST(ProgramTest, StartingItAgainBringsTheWindowsBackUnlessOneIsInSight) {
   SimulatedProgram world;
-  EXPECT_THAT(world.desktop.log().lines(), Contains(HasSubstr("[app] launch version=")));
-  world.desktop.application().terminate();
+  for (int starts = 0; starts < 2; ++starts) world.desktop.application().reopen();
   world.desktop.runTurns();
-  EXPECT_THAT(world.desktop.log().lines(), Contains("[app] terminate"));
+  EXPECT_EQ(world.desktop.application().windowsOrderedFront(), 1);
+  EXPECT_EQ(world.desktop.application().activations(), 2);  // the launch was the first
+}
+
+TEST(ProgramTest, TheMenuOpensTheLogAndMakesItsFileFirst) {
+  SimulatedProgram world;
+  EXPECT_TRUE(world.desktop.statusItem().choose("Open Diagnostics Log…"));
+  world.desktop.runTurns();
+  EXPECT_THAT(world.desktop.opener().files(), ElementsAre(world.diagnosticsLog.file()));
+  EXPECT_TRUE(world.desktop.files().exists(world.diagnosticsLog.file()));
 }
 
 TEST(ProgramTest, NoFrameOutlivesTheProgramEvenInTheMiddleOfADictation) {

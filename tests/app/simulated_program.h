@@ -7,6 +7,7 @@
 #include "app/program.h"
 #include "base/json.h"
 #include "hosts/simulated/simulated_desktop.h"
+#include "shell/diagnostics_log.h"
 
 namespace quillo {
 
@@ -17,7 +18,14 @@ class SimulatedProgram {
   explicit SimulatedProgram(std::uint64_t seed = 1, Duration serviceDelay = {}) : desktop(seed) {
     signIn();
     serveFrom(serviceDelay);
-    program = std::make_unique<Program>(portsOf(desktop), backend);
+    launch();
+  }
+
+  // A second time quits the first run.
+  void launch() {
+    program.reset();
+    program =
+        std::make_unique<Program>(portsOf(desktop), backend, [this] { diagnosticsLog.openLog(); });
     program->launch();
     desktop.runTurns();
   }
@@ -35,6 +43,8 @@ class SimulatedProgram {
   std::string transcript = "hello world";
   simulated::SimulatedDesktop desktop;
   simulated::Program& editor = desktop.workspace().launch({"org.example.editor", "Editor"});
+  DiagnosticsLog diagnosticsLog{desktop.mainThread(), desktop.clock(), desktop.files(),
+                                desktop.queues(), desktop.opener()};
   std::unique_ptr<Program> program;  // goes before the desktop
 
  private:

@@ -80,13 +80,5 @@ TEST_F(DiagnosticsLogTest, TheOlderHalfGoesOneByteAboveTheLimit) {
   EXPECT_THAT(after[after.size() - 2], EndsWith("newest"));
 }
 
-TEST_F(DiagnosticsLogTest, OpeningMakesTheFileFirst) {
-  DiagnosticsLog log = makeLog();
-  log.openLog();
-  desktop_.runTurns();
-  EXPECT_THAT(desktop_.opener().files(), ElementsAre(log.file()));
-  EXPECT_TRUE(desktop_.files().exists(log.file()));
-}
-
 }  // namespace
 }  // namespace quillo

@@ -72,7 +72,8 @@ int run(int argumentCount, char** arguments) {
   termination.deliver([&desktop] { desktop.application().terminate(); });
   instance.onReopen([&desktop] { desktop.application().reopen(); });
 
-  Program program(portsOf(desktop), Backend{QUILLO_PROJECT_ROOT, QUILLO_ANON_KEY});
+  Program program(portsOf(desktop), Backend{QUILLO_PROJECT_ROOT, QUILLO_ANON_KEY},
+                  [&log] { log.openLog(); });
   program.launch();
   return QApplication::exec();
 }
