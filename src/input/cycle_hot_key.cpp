@@ -60,12 +60,12 @@ bool CycleHotKey::bindHIDMonitor(const Pair& pair) {
 bool CycleHotKey::addMonitors(const Pair& pair) {
   globalMonitor_ =
       eventMonitors_.addGlobalMonitor(KeyEvent::Type::keyDown, [pair](const KeyEvent& event) {
-        if (pair.matches(event)) pair.action();
+        if (pair.matches(event)) pair.act(event);
       });
   localMonitor_ =
       eventMonitors_.addLocalMonitor(KeyEvent::Type::keyDown, [pair](const KeyEvent& event) {
         if (!pair.matches(event)) return TapVerdict::pass;
-        pair.action();
+        pair.act(event);
         return TapVerdict::swallow;
       });
   return globalMonitor_ || localMonitor_;
@@ -75,6 +75,11 @@ bool CycleHotKey::Pair::matches(const KeyEvent& event) const {
   if ((event.flags & event_flags::chordMask) != eventFlags) return false;
   const auto& characters = event.charactersIgnoringModifiers;
   return event.keyCode == keyCode || (characters && textEquals(lowercased(*characters), character));
+}
+
+// A chord that is held would step again at every repeat that comes after the debounce.
+void CycleHotKey::Pair::act(const KeyEvent& event) const {
+  if (!event.isAutorepeat) action();
 }
 
 }  // namespace quillo

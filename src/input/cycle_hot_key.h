@@ -34,6 +34,7 @@ class CycleHotKey {
     std::function<void()> action;
 
     bool matches(const KeyEvent& event) const;
+    void act(const KeyEvent& event) const;
   };
 
   bool bindTap(const Pair& pair);

@@ -163,12 +163,19 @@ TEST_F(CycleHotKeyTest, OnePressIsOneStepAndAnEarlierChordIsForgotten) {
   EXPECT_EQ(desktop_.eventMonitors().monitorCount(), 2u);
 }
 
-TEST_F(CycleHotKeyTest, TheMonitorsServeWhenEverythingElseFails) {
+TEST_F(CycleHotKeyTest, TheMonitorsServeWhenEverythingElseFailsAndCountAHeldChordOnce) {
   desktop_.eventTaps().route().setRefused(true);
   desktop_.hidKeyboards().route().setRefused(true);
-  const auto taken = desktop_.hotKeys().takeByAnotherProgram(5, hot_key_modifiers::control);
+  desktop_.hotKeys().route().setRefused(true);
+  EXPECT_TRUE(bind(5, "G"));
+  for (simulated::Program* front : {&editor_, &desktop_.workspace().self()}) {
+    desktop_.workspace().focus(*front);
+    steps_ = 0;
+    hold({Key::control, Key::g}, 2s);
+    letGo({Key::g, Key::control}, 1s);
+    EXPECT_EQ(steps_, 1);
+  }
   desktop_.eventMonitors().globalRoute().setRefused(true);
-  desktop_.workspace().focus(desktop_.workspace().self());
   EXPECT_TRUE(bind(5, "G"));
   desktop_.eventMonitors().localRoute().setRefused(true);
   EXPECT_FALSE(bind(5, "G"));
