@@ -3,10 +3,10 @@
 namespace quillo {
 
 void AlertNavigator::openSignIn(const std::string& message) {
-  tell("Sign in", message);
+  tell("This version has no window to sign in yet", message);
 }
 void AlertNavigator::openPlans() {
-  tell("Plans", "Plans are shown in the main window.");
+  tell("This version has no window for plans yet", "Plans will be shown in the main window.");
 }
 
 void AlertNavigator::tell(std::string title, std::string text) {
