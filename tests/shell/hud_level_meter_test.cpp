@@ -76,14 +76,60 @@ double contrast(const Color& a, const Color& b) {
   return (high + 0.05) / (std::min(luminance(a), luminance(b)) + 0.05);
 }
 
-TEST(PaletteTest, TextAndSymbolsStandOutInBothSchemes) {
-  for (const Palette& palette : {lightPalette, darkPalette}) {
-    const Color& ground = palette.opaqueMaterial;
-    EXPECT_GE(contrast(palette.primary, ground), 7);
-    for (const Color& text :
-         {palette.secondary, palette.red, palette.orange, palette.green, palette.accent})
-      EXPECT_GE(contrast(text, ground), 4.5);
-    EXPECT_GE(contrast(palette.onAccent, palette.accent), 4.5);
+// What is seen where `color` lies on an opaque ground.
+Color over(const Color& color, const Color& ground) {
+  const auto blend = [&](std::uint8_t above, std::uint8_t below) {
+    return static_cast<std::uint8_t>(
+        std::lround(above * color.opacity + below * (1 - color.opacity)));
+  };
+  return {blend(color.red, ground.red), blend(color.green, ground.green),
+          blend(color.blue, ground.blue)};
+}
+
+Color meterColor(float level, ColorScheme scheme) {
+  HUDLevelMeter meter;
+  meter.setActive(true);
+  meter.setLevel(level);
+  return meter.barColor(scheme);
+}
+
+TEST(PaletteTest, TextAndSymbolsStandOutInBothSchemesWhateverShinesThrough) {
+  constexpr double text = 4.5, symbol = 3;  // WCAG 2.1, 1.4.3 and 1.4.11
+  constexpr double discOpacity = 0.16, pressedOpacity = 0.87;
+  struct Case {
+    const char* name;
+    Color color;
+    Color ground;
+    double least;
+  };
+  for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+    const Palette& palette = paletteOf(scheme);
+    for (const Color& below : {Color{0, 0, 0}, Color{255, 255, 255}, palette.opaqueMaterial}) {
+      const Color ground = over(palette.material, below);
+      const auto disc = [&](const Color& color) {
+        return over(color.withOpacity(discOpacity), ground);
+      };
+      const Case cases[] = {
+          {"text", palette.primary, ground, 7},
+          {"lesser text", palette.secondary, ground, text},
+          {"quoted text", palette.primary, over(palette.field, ground), 7},
+          {"matches", palette.green, ground, text},
+          {"may differ", palette.orange, ground, text},
+          {"title of a pressed button", palette.onAccent,
+           over(palette.accent.withOpacity(pressedOpacity), ground), text},
+          {"symbol", palette.accent, ground, symbol},
+          {"symbol at work", palette.accent, disc(palette.accent), symbol},
+          {"symbol of a recording", palette.red, disc(palette.red), symbol},
+          {"symbol of a failure", palette.orange, disc(palette.orange), symbol},
+          {"loud", meterColor(0.9f, scheme), ground, symbol},
+          {"medium", meterColor(0.3f, scheme), ground, symbol},
+          {"quiet", meterColor(0.05f, scheme), ground, symbol},
+      };
+      for (const auto& [name, color, on, least] : cases)
+        EXPECT_GE(contrast(color, on), least)
+            << name << (scheme == ColorScheme::dark ? ", dark" : ", light") << ", over "
+            << int{below.red};
+    }
   }
 }
 

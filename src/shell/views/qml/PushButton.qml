@@ -37,7 +37,7 @@ Item {
         anchors.fill: parent
         radius: Math.min(8, height / 3)
         color: button.prominent ? Theme.accent : Theme.primary
-        opacity: button.prominent ? (area.pressed ? 0.85 : area.containsMouse ? 0.9 : 1)
+        opacity: button.prominent ? (area.pressed ? 0.87 : area.containsMouse ? 0.9 : 1)
                                   : (area.pressed ? 0.2 : area.containsMouse ? 0.14 : 0.08)
         Behavior on opacity { NumberAnimation { duration: 100 } }
     }
