@@ -1,6 +1,7 @@
 // quillo-panel-pictures FOLDER: shows each state of the panels on this display, in both colour
 // schemes, and writes a picture of each. The panels and their logic are the program's own.
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QRasterWindow>
 #include <QScreen>
@@ -80,7 +81,8 @@ class Pictures {
       co_await playStatus();
       co_await playToasts();
       co_await playReviews();
-      co_await playAlert();
+      co_await playKeyboard();
+      co_await playAlerts();
     }
     QApplication::quit();
   }
@@ -109,13 +111,15 @@ class Pictures {
         {.name = "polishing", .text = "Polishing", .isProcessing = true},
         {.name = "inserted", .text = "Inserted"},
         {.name = "copied", .text = "Copied — auto-paste off"},
+        {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
         {.name = "no-microphone",
          .text = "Microphone permission needed",
          .error = "Enable microphone access in System Settings."},
         {.name = "sign-in", .text = "Sign in to dictate", .error = "Opening sign-in…"},
         {.name = "no-start",
          .text = "Could not start recording",
-         .error = "The microphone gave no audio. Check the input device."},
+         .error = "Failed to start microphone recording."},
+        {.name = "too-short", .text = "Ready", .error = "Recording was too short."},
         {.name = "no-speech", .text = "Ready", .error = "No speech was detected."},
         {.name = "timed-out",
          .text = "Request timed out",
@@ -125,21 +129,47 @@ class Pictures {
          .text = "Connection problem",
          .error = "No internet connection. Check Wi-Fi or cellular data.",
          .canRetry = true},
-        {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
-        {.name = "secure-input",
-         .text = "Copied to clipboard",
-         .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
-                  "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
-                  "paste it."},
+        {.name = "too-large",
+         .text = "Recording too large",
+         .error = "The recording exceeds the maximum size.",
+         .canRetry = true},
+        {.name = "sign-in-required",
+         .text = "Sign in required",
+         .error = "Please sign in to continue.",
+         .canRetry = true},
+        {.name = "no-speech-heard",
+         .text = "No speech detected",
+         .error = "The service heard no speech.",
+         .canRetry = true},
+        {.name = "other-failure",
+         .text = "Couldn't transcribe",
+         .error = "Something went wrong. Please try again.",
+         .canRetry = true},
         {.name = "long-failure",
          .text = "Couldn't transcribe",
          .error = "The speech service could not read this recording. It was kept on this computer, "
                   "and it can be sent again as often as you like until it is understood.",
          .canRetry = true},
-        {.name = "polishing-after-failure",
+        {.name = "copied-no-access",
+         .text = "Copied to clipboard",
+         .error = "Text was copied. Turn on Accessibility access for Quillo to paste "
+                  "automatically."},
+        {.name = "copied-no-target",
+         .text = "Copied to clipboard",
+         .error = "Text was copied. Click where you want it, then use Paste Last Result from the "
+                  "menu bar."},
+        {.name = "copied-secure-input",
+         .text = "Copied to clipboard",
+         .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
+                  "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
+                  "paste it."},
+        {.name = "inserted-raw",
+         .text = "Inserted",
+         .error = "Couldn't polish the text — inserted the raw transcription."},
+        {.name = "pasting-raw",
          .text = "Pasting",
          .isProcessing = true,
-         .error = "The text could not be polished, so your own words are used."},
+         .error = "Couldn't translate — inserted your original words. Please try again."},
     };
     for (const Status& state : states) co_await play(state);
   }
@@ -171,7 +201,11 @@ class Pictures {
          {std::pair{"short", "OK"},
           {"profile", "Work mail · Improve"},
           {"languages", "English (United Kingdom) → Portuguese (Brazil)"},
-          {"busy", "⌃G is already in use — pick another in Settings"}}) {
+          {"busy", "⌃G is already in use — pick another in Settings"},
+          {"long",
+           "A profile whose owner gave it a very long name, longer than any screen is wide, since "
+           "nothing kept him from writing down what it is for, whom it is for, and when he means "
+           "to use it next"}}) {
       toast_.showToast(text);
       co_await sleepFor(300ms);
       take(std::string("toast-") + name);
@@ -211,14 +245,46 @@ class Pictures {
     }
   }
 
-  Task<> playAlert() {
-    const Timer look(mainThread_, 600ms, [this] {
-      take("alert-plan-limit");
-      closeDialogs();
-    });
-    alerts_.runModal({"Plan limit reached",
-                      "You've used today's free minutes. Upgrade your plan or try again tomorrow.",
-                      {"View Plans", "Not now"}});
+  // Which button the keyboard is at.
+  Task<> playKeyboard() {
+    const auto reviewing = start(
+        mainThread_, review_.present({"See you soon.", "English", "", "À bientôt.", "French"}));
+    co_await sleepFor(500ms);
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent tab(type, Qt::Key_Tab, Qt::NoModifier);
+      QCoreApplication::sendEvent(QGuiApplication::focusWindow(), &tab);
+    }
+    co_await sleepFor(200ms);
+    take("review-keyboard");
+    closeDialogs();
+    co_await reviewing.value();
+  }
+
+  Task<> playAlerts() {
+    static const std::pair<const char*, Alerts::Alert> alerts[] = {
+        {"plan-limit",
+         {"Plan limit reached",
+          "You've used today's free minutes. Upgrade your plan or try again tomorrow.",
+          {"View Plans", "Not now"}}},
+        {"device-limit",
+         {"This Mac's free limit reached",
+          "You've reached your plan limit. Upgrade your plan or try again later.",
+          {"View Plans", "Not now"}}},
+        {"selection-bubble",
+         {"New: edit any text, anywhere",
+          "Select text in any app — a small Fix / Improve / Translate bar appears over it and "
+          "rewrites it in place. It follows your custom instructions, and you can summon it on "
+          "the current selection any time with ⌃⌥E.\n\nTurn it on? (You can change this later in "
+          "Settings → Selection edit bubble.)",
+          {"Turn it on", "Not now"}}},
+    };
+    for (const auto& [name, alert] : alerts) {
+      const Timer look(mainThread_, 600ms, [this, file = std::string("alert-") + name] {
+        take(file);
+        closeDialogs();
+      });
+      alerts_.runModal(alert);
+    }
     co_return;
   }
 
