@@ -15,6 +15,8 @@ namespace quillo::service {
 namespace {
 
 constexpr std::size_t maximumSessionIdBytes = 200;
+// A client's recorder stops a moment after the plan's limit, and is spoken to meanwhile.
+constexpr double latenessSeconds = 5.0;
 
 std::optional<std::string> field(const HttpRequest& request, const std::string& name) {
   const auto found = request.form.find(name);
@@ -76,13 +78,14 @@ std::optional<SessionPart> sessionPartOf(const HttpRequest& request) {
 }
 
 Audio decoded(const std::string& file, std::int64_t maximumSeconds) {
+  const double longest = static_cast<double>(maximumSeconds) + latenessSeconds;
   Audio audio;
   try {
-    audio = decodeAudio(file, static_cast<double>(maximumSeconds));
+    audio = decodeAudio(file, longest);
   } catch (const UndecodableAudio& error) {
     throw ServiceError(422, "undecodable_audio", error.what());
   }
-  if (audio.seconds() > static_cast<double>(maximumSeconds) + 1.0)
+  if (audio.seconds() > longest)
     throw ServiceError(413, "recording_too_long",
                        "The recording is too large: the plan allows " +
                            std::to_string(maximumSeconds) + " seconds.");

@@ -141,6 +141,9 @@ TEST(Transcribe, RefusesWhatIsNotARecording) {
     EXPECT_EQ(answer.status, 422) << junk.substr(0, 20);
     EXPECT_FALSE(answer.at("message").empty());
   }
+  const Answer tooLong = service.transcribe(guest("qd_ada"), wav(silence(606)));
+  EXPECT_EQ(tooLong.status, 413);
+  EXPECT_EQ(tooLong.at("message"), "The recording is too large: the plan allows 600 seconds.");
   EXPECT_EQ(service.usage(guest("qd_ada")).body["dailyMinutes"], 0.0);
 }
 
