@@ -163,7 +163,7 @@ void Comparison::editor(const Place& place) {
 }
 
 void Comparison::clipboard(const Place& place) {
-  const Json found = describeItems(world_.desktop().pasteboard().items());
+  const Json found = describeOffered(world_.desktop().pasteboard().offered());
   if (!place.json().is_object()) return equal(place, found.at("text"));
   place.allowOnly({"text", "types"});
   for (const auto& [key, value] : place.members()) equal(value, found.at(key));

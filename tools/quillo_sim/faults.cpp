@@ -229,7 +229,12 @@ Faults::Heal Faults::copyBadly(FaultKind kind) {
   if (kind == FaultKind::clipboardHuge) {
     picture.bytes = Bytes(hugeSize, 'x');
     picture.isPromised = false;
-    world_.copy({{picture, text}}, "");
+    simulated::OfferedItem item;
+    item.push_back(std::move(picture));
+    item.push_back(std::move(text));
+    std::vector<simulated::OfferedItem> items;
+    items.push_back(std::move(item));
+    world_.copy(std::move(items), "");
     return [] {};
   }
   world_.copy({{text, picture}}, "");

@@ -134,6 +134,7 @@ void KeyStorm::changeShortcuts() {
   constexpr const char* toggles[] = {"ctrl_opt_space", "fn", "right_opt"};
   constexpr const char* holds[] = {"ctrl_opt", "opt_cmd", "right_opt", "fn"};
   MacAppState& state = world_.program().appState();
+  world_.runFor({});  // no hand is quicker than the keys that it has just hit
   switch (random_.below(4)) {
     case 0:
       state.activationMode = oneOf(random_, modes);

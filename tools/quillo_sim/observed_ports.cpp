@@ -169,6 +169,18 @@ Json describeItems(const std::vector<PasteboardItem>& items) {
   return {{"types", types}, {"text", text}};
 }
 
+Json describeOffered(const std::vector<simulated::OfferedItem>& items) {
+  Json types = Json::array();
+  Json text = nullptr;
+  for (const simulated::OfferedItem& item : items) {
+    for (const simulated::OfferedData& data : item) {
+      types.push_back(data.type);
+      if (data.type == pasteboardTypeString && text.is_null()) text = data.bytes;
+    }
+  }
+  return {{"types", types}, {"text", text}};
+}
+
 void ObservedPasteboard::clearContents() {
   below_.clearContents();
   trace_.tell("clipboard", {{"by", "Quillo"}, {"types", Json::array()}, {"text", nullptr}});

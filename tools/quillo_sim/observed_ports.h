@@ -2,6 +2,7 @@
 #pragma once
 
 #include "forwarding_ports.h"
+#include "hosts/simulated/shared_pasteboard.h"
 #include "platform/application.h"
 #include "platform/system_log.h"
 #include "platform/url_session.h"
@@ -115,6 +116,7 @@ class ObservedSounds final : public Sounds {
 
 // Types of all items in their order, and the plain text if there is one.
 Json describeItems(const std::vector<PasteboardItem>& items);
+Json describeOffered(const std::vector<simulated::OfferedItem>& items);
 
 // The parts of a multipart form by name: the text, or for the file its name.
 Json formParts(const std::string& contentType, const Bytes& body);

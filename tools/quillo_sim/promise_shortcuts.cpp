@@ -59,7 +59,10 @@ class AHoldEndsWithItsKeys final : public Promise {
 
   void see(const Event& event) override {
     judge(event.time);
+    const bool wasHeld = hands_.isHeld();
     hands_.see(event);
+    if (hands_.isHeld() && !wasHeld) holdBegan_ = event.time;
+    if (event.what == "shortcuts") holdBegan_.reset();
     doubt_.see(event);
     if (commands(event)) lastCommand_ = event.time;
     if (turns(event, "isRecording", true)) begin(event);
@@ -74,7 +77,9 @@ class AHoldEndsWithItsKeys final : public Promise {
 
  private:
   void begin(const Event& event) {
-    isOfHold_ = hands_.isHoldMode() && event.time - lastCommand_ > longestStart;
+    // Else a press in the other mode began it, before the mode was changed.
+    const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart;
+    isOfHold_ = isByHold && hands_.isHoldMode() && event.time - lastCommand_ > longestStart;
     if (letGoAt_) letGoAt_ = event.time;
   }
 
@@ -88,6 +93,7 @@ class AHoldEndsWithItsKeys final : public Promise {
   Doubt doubt_;
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   std::optional<MonotonicTime> letGoAt_;
+  std::optional<MonotonicTime> holdBegan_;  // of this binding
   bool isOfHold_ = false;
 };
 
@@ -110,7 +116,9 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
                             (hands_.isHeldByKeyboards() && !wasHeldByKeyboards);
     if (isHeldAnew) presses_.push_back({event.time});
     const bool isLetGo = !hands_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
-    if (isLetGo && hands_.isHoldMode() && !isSlow_) forgetTouches(event.time);
+    if (isLetGo) lastLetGo_ = event.time;
+    const bool isTouch = isLetGo && hands_.isHoldMode() && event.what != "shortcuts";
+    if (isTouch && !isSlow_) forgetTouches(event.time);
     if (turns(event, "isRecording", true)) requireCauseOfStart(event.time);
     if (turns(event, "isRecording", false)) requireCauseOfStop(event.time);
     if (event.what == "language") requireCauseOfStep(event.time);
@@ -161,9 +169,10 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
   }
 
   void requireCauseOfStop(MonotonicTime now) {
+    // Keys that came up, or a change of the shortcut, ended a hold. The keys may be down again.
+    if (hands_.isHoldMode() && now - lastLetGo_ < longestStart) return;
     if (take(presses_, now, longestWay) || isExcused(now) || isCommanded(now)) return;
-    if (hands_.isHoldMode() && !hands_.isHeld()) return;
-    if (now - lastBound_ < longestStart) return;  // the change ended a hold
+    if (now - lastBound_ < longestStart) return;
     breaks(now, "a recording ended, and no press that is left asked for it");
   }
 
@@ -180,6 +189,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
   bool seesRepeats_ = false;
   MonotonicTime lastBound_ = MonotonicTime::distantPast();
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
+  MonotonicTime lastLetGo_ = MonotonicTime::distantPast();
   std::vector<Press> presses_;  // that may start or stop a recording, and have not yet
   std::vector<Press> cyclePresses_;
 };

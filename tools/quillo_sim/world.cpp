@@ -154,7 +154,7 @@ const Json& World::clipboard() {
   const simulated::SharedPasteboard& pasteboard = desktop_.pasteboard();
   if (clipboardChange_ != pasteboard.changeCount()) {
     clipboardChange_ = pasteboard.changeCount();
-    clipboardSeen_ = describeItems(pasteboard.items());
+    clipboardSeen_ = describeOffered(pasteboard.offered());
   }
   return clipboardSeen_;
 }

@@ -57,6 +57,7 @@ class SharedPasteboard final : public Pasteboard {
   // What lies there now, without any time passing.
   std::optional<std::string> text() const;
   std::vector<PasteboardItem> items() const;
+  const std::vector<OfferedItem>& offered() const { return offer_->items; }
   bool isOwnedByProgram() const { return offer_->isOurs; }
 
  private:
