@@ -38,6 +38,7 @@ TEST(ProgramTest, TheLaunchTriesEveryRouteInItsOrderAndTheEndGivesTheChordsBack)
                          noTap, "[hotkey] failed to register id=2 status=-9878", noKeyboards, noTap,
                          "[hotkey] failed to register id=1 status=-9878", noKeyboards, noTap,
                          "[hotkey] failed to register id=4 status=-9878", noKeyboards));
+  EXPECT_EQ(desktop.permissions().listenEventRequests(), 6);  // each start asks again
   EXPECT_TRUE(desktop.panels().showing("⌃G is already in use — pick another in Settings"));
 }
 
