@@ -24,6 +24,7 @@
 
 #include "app/program.h"
 #include "hosts/linux/bundle.h"
+#include "hosts/linux/code_pages.h"
 #include "hosts/linux/linux_desktop.h"
 #include "hosts/linux/monotonic_clock.h"
 #include "shell/diagnostics_log.h"
@@ -165,6 +166,7 @@ class Figures {
   // On a thread of its own, with the main thread running.
   void take() {
     std::this_thread::sleep_for(1s);
+    linux_host::releaseCodePages();  // as after every launch
     std::printf("memory before a window: %s\n", memory().c_str());
     takeShows();
     takeToast();

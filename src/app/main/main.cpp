@@ -1,11 +1,14 @@
 // Quillo on a Linux desktop.
 #include <QApplication>
+#include <QTimer>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
 
 #include "app/program.h"
 #include "hosts/linux/bundle.h"
+#include "hosts/linux/code_pages.h"
 #include "hosts/linux/linux_desktop.h"
 #include "hosts/linux/single_instance.h"
 #include "hosts/linux/termination_signals.h"
@@ -20,6 +23,8 @@ using linux_host::SingleInstance;
 
 constexpr int success = 0;
 constexpr int failure = 1;
+// What the launch starts in the background has ended by then.
+constexpr std::chrono::seconds launchIsOver(4);
 
 int refuse(const std::string& sentence) {
   std::fprintf(stderr, "Quillo: %s\n", sentence.c_str());
@@ -75,6 +80,7 @@ int run(int argumentCount, char** arguments) {
   Program program(portsOf(desktop), Backend{QUILLO_PROJECT_ROOT, QUILLO_ANON_KEY},
                   [&log] { log.openLog(); });
   program.launch();
+  QTimer::singleShot(launchIsOver, &linux_host::releaseCodePages);
   return QApplication::exec();
 }
 
