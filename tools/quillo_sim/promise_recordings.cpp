@@ -22,6 +22,7 @@ class NoRecordingIsLost final : public Promise {
   void see(const Event& event) override {
     if (event.what == "recordingOpened" && isSessionFile(textOf(event, "file"))) open(event);
     if (!isSessionFile(textOf(event, "file"))) followPiece(event);
+    followDisk(event);
     if (turns(event, "isRecording", true)) goLive();
     if (event.what == "recordingClosed") close(event);
     if (event.what == "fileRemoved" && event.fields.at("done") == true) remove(event);
@@ -46,6 +47,7 @@ class NoRecordingIsLost final : public Promise {
   struct Recording {
     bool wasLive = false;
     bool isOpen = true;
+    bool isWhole = true;
     std::string words;
   };
 
@@ -58,6 +60,16 @@ class NoRecordingIsLost final : public Promise {
     if (event.what == "recordingOpened") pieceOpened_ = event.time;
     if (event.what != "recordingClosed" || event.time - pieceOpened_ >= shortestPiece) return;
     for (const std::string& word : split(textOf(event, "words"), ' ')) tooShort_.insert(word);
+  }
+
+  // A write that fails is passed over, and what it held may be in one file and not in the other.
+  void followDisk(const Event& event) {
+    const std::string kind = textOf(event, "kind");
+    const bool isOfDisk = kind == "diskFull" || kind == "diskTears";
+    if (isOfDisk && event.what == "fault") brokenDisk_.insert(kind);
+    if (isOfDisk && event.what == "healed") brokenDisk_.erase(kind);
+    const auto found = recordings_.find(current_);
+    if (!brokenDisk_.empty() && found != recordings_.end()) found->second.isWhole = false;
   }
 
   void goLive() {
@@ -111,7 +123,7 @@ class NoRecordingIsLost final : public Promise {
     if (file == processed_ && isDropped_) return;
     if (file != processed_ || delivered_.empty())
       return breaks(event.time, file + " was removed for no reason");
-    if (words_ == Words::known) requireWords(event, recording);
+    if (words_ == Words::known && recording.isWhole) requireWords(event, recording);
   }
 
   void requireWords(const Event& event, const Recording& recording) {
@@ -128,6 +140,7 @@ class NoRecordingIsLost final : public Promise {
   Words words_;
   MonotonicTime pieceOpened_;
   std::set<std::string> tooShort_;
+  std::set<std::string> brokenDisk_;
   std::map<std::string, Recording> recordings_;
   std::string current_;    // the latest session
   std::string processed_;  // what the program works on, or has worked on

@@ -10,6 +10,7 @@ namespace {
 
 // Samples below this are silence, or a microphone that is turned off.
 constexpr float audible = 0.003f;
+constexpr Duration longestGap = std::chrono::milliseconds(1);
 
 bool isAudible(const AudioBuffer& buffer) {
   const float* samples = buffer.channel(0);
@@ -64,7 +65,11 @@ class ListeningAudioSystem::File final : public AudioFile {
     const double rate = buffer.format().sampleRate;
     const MonotonicTime now = system_.now_();
     const Duration length = fromSeconds(static_cast<double>(buffer.frames()) / rate);
-    if (written && isAudible(buffer)) system_.words_.hear(name_, now + -length, now);
+    // Resampled buffers are a few frames too long or too short to touch each other.
+    MonotonicTime begin = now + -length;
+    if (begin > end_ && begin - end_ < longestGap) begin = end_;
+    end_ = now;
+    if (written && isAudible(buffer)) system_.words_.hear(name_, begin, now);
     return written;
   }
 
@@ -72,6 +77,7 @@ class ListeningAudioSystem::File final : public AudioFile {
   std::unique_ptr<AudioFile> below_;
   std::string name_;
   ListeningAudioSystem& system_;
+  MonotonicTime end_ = MonotonicTime::distantPast();  // of what was written
 };
 
 std::unique_ptr<AudioFile> ListeningAudioSystem::openForWriting(const FilePath& path,
