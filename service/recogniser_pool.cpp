@@ -19,14 +19,28 @@ RecogniserPool::Lease RecogniserPool::acquire() {
       freed_.wait(lock, [this] { return free_ > 0; });
       --waiting_;
     }
-    --free_;
-    if (!idle_.empty()) {
-      recogniser = std::move(idle_.back());
-      idle_.pop_back();
-    }
+    recogniser = take();
   }
   // From here on the lease counts the place as free again, whatever happens.
   return Lease(*this, std::move(recogniser));
+}
+
+std::unique_ptr<RecogniserPool::Lease> RecogniserPool::acquireIdle() {
+  std::unique_ptr<Recogniser> recogniser;
+  {
+    const std::lock_guard lock(mutex_);
+    if (free_ == 0 || waiting_ > 0) return nullptr;
+    recogniser = take();
+  }
+  return std::make_unique<Lease>(*this, std::move(recogniser));
+}
+
+std::unique_ptr<Recogniser> RecogniserPool::take() {
+  --free_;
+  if (idle_.empty()) return nullptr;
+  std::unique_ptr<Recogniser> recogniser = std::move(idle_.back());
+  idle_.pop_back();
+  return recogniser;
 }
 
 RecogniserPool::Lease::Lease(RecogniserPool& pool, std::unique_ptr<Recogniser> recogniser)

@@ -33,8 +33,11 @@ class RecogniserPool {
 
   // Waits for its turn. Throws ServiceError 503 when too many wait already. Any thread.
   Lease acquire();
+  // One that nobody else wants now, or null. Any thread.
+  std::unique_ptr<Lease> acquireIdle();
 
  private:
+  std::unique_ptr<Recogniser> take();  // null when it is to be made; with the lock held
   void giveBack(std::unique_ptr<Recogniser> recogniser);
 
   const std::size_t maximumWaiting_;

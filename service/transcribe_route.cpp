@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <future>
+#include <span>
 
 #include "base/text.h"
 #include "service/audio_decoder.h"
@@ -9,6 +11,7 @@
 #include "service/languages.h"
 #include "service/service_error.h"
 #include "service/terms.h"
+#include "service/utterances.h"
 #include "service/vocabulary.h"
 
 namespace quillo::service {
@@ -17,6 +20,8 @@ namespace {
 constexpr std::size_t maximumSessionIdBytes = 200;
 // A client's recorder stops a moment after the plan's limit, and is spoken to meanwhile.
 constexpr double latenessSeconds = 5.0;
+// A shorter recording is not worth a second recogniser's time.
+constexpr std::size_t leastSharedUtterances = 4;
 
 std::optional<std::string> field(const HttpRequest& request, const std::string& name) {
   const auto found = request.form.find(name);
@@ -99,6 +104,22 @@ std::string spelled(const std::string& text, const std::vector<std::string>& voc
   return Terms(terms, english).applied(text);
 }
 
+// A long recording is shared with the recognisers that nobody else wants now.
+std::string recognised(std::span<const std::int16_t> samples,
+                       const std::vector<std::string>& vocabulary,
+                       const RecogniserPool::Lease& recogniser, RecogniserPool& pool) {
+  const auto pieces = utterances(samples);
+  const auto helper = pieces.size() < leastSharedUtterances ? nullptr : pool.acquireIdle();
+  if (!helper) return recogniser->transcribe(samples, vocabulary);
+
+  const auto middle = static_cast<std::size_t>(pieces[pieces.size() / 2].data() - samples.data());
+  std::future<std::string> second = std::async(std::launch::async, [&] {
+    return recognised(samples.subspan(middle), vocabulary, *helper, pool);
+  });
+  const std::string first = recognised(samples.first(middle), vocabulary, recogniser, pool);
+  return trimmed(first + " " + second.get());
+}
+
 HttpReply transcribe(const HttpRequest& request, const TranscribeParts& parts) {
   const Caller caller = identifyCaller(request, parts.accounts);
   const std::string file = demandField(request, "file");
@@ -111,7 +132,7 @@ HttpReply transcribe(const HttpRequest& request, const TranscribeParts& parts) {
   // Counted only once a recogniser is at hand, so that a busy service costs the caller nothing.
   const auto recogniser = parts.recognisers.acquire();
   parts.metering.countSpeech(caller, audio.seconds(), part);
-  const std::string text = recogniser->transcribe(audio.samples, vocabulary);
+  const std::string text = recognised(audio.samples, vocabulary, recogniser, parts.recognisers);
   return {200, Json{{"text", spelled(text, vocabulary, parts.dictionaries.english())},
                     {"duration", audio.seconds()}}};
 }

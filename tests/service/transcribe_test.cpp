@@ -103,6 +103,19 @@ TEST(Transcribe, CountsASessionOnceAndRefusesItWhenTheMinutesAreUsedUp) {
   EXPECT_NEAR(service.usage(ada).body["dailyMinutes"].get<double>(), minutes, 1e-6);
 }
 
+TEST(Transcribe, SharesALongRecordingAmongFreeRecognisers) {
+  ServiceOptions options = testOptions();
+  options.recognisers = 2;
+  RunningService service(options);
+  const Samples clubs = recordedSpeech("cards/001.wav");
+  const Samples hearts = recordedSpeech("cards/003.wav");
+  const Samples pause = silence(16);
+  const std::string file =
+      wav(joinedSamples({clubs, pause, hearts, pause, clubs, pause, hearts, pause}));
+  EXPECT_EQ(service.transcribe(guest("qd_ada"), file).at("text"),
+            "ten of clubs seven of clubs ten of clubs seven of clubs");
+}
+
 TEST(Transcribe, RefusesFormsThatAreNotComplete) {
   RunningService service;
   const Identity ada = guest("qd_ada");
