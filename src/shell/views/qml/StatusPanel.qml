@@ -144,6 +144,9 @@ Item {
             font { family: Theme.fontFamily; pixelSize: 11 }
             Accessible.role: Accessible.StaticText
             Accessible.name: root.model.detail
+            // What comes while the ground still grows comes with it.
+            opacity: visible ? 1 : 0
+            Behavior on opacity { enabled: root.animated; NumberAnimation { duration: root.motion; easing.type: Easing.OutCubic } }
         }
         PushButton {
             visible: root.model.offersRetry
@@ -153,6 +156,8 @@ Item {
             title: "Retry"
             symbol: "arrow.clockwise"
             onClicked: root.model.retry()
+            opacity: visible ? 1 : 0
+            Behavior on opacity { enabled: root.animated; NumberAnimation { duration: root.motion; easing.type: Easing.OutCubic } }
         }
         LevelMeter {
             width: parent.width
@@ -162,6 +167,8 @@ Item {
             level: root.model.level
             dark: Theme.dark
             Accessible.ignored: true
+            opacity: visible ? 1 : 0
+            Behavior on opacity { enabled: root.animated; NumberAnimation { duration: root.motion; easing.type: Easing.OutCubic } }
         }
     }
 }
