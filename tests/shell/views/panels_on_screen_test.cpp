@@ -163,6 +163,19 @@ TEST_F(PanelsOnScreen, WithoutACompositorTheWindowIsCutOutWhereThePanelIsDrawn) 
   dictation_.canRetryLast = true;
   host_.runFor(500ms);
   EXPECT_TRUE(isCutOut());
+
+  // Quicker than any motion ends.
+  for (int i = 0; i < 40; ++i) {
+    dictation_.isRecording = i % 3 == 0;
+    dictation_.isProcessing = i % 3 == 1;
+    dictation_.lastError = i % 2 == 0 ? std::optional<std::string>("It failed.") : std::nullopt;
+    if (i % 7 == 0) hud_.hideNow();
+    if (i % 7 == 1) hud_.show();
+    host_.runFor(5ms);
+  }
+  hud_.show();
+  host_.runFor(500ms);
+  EXPECT_TRUE(isCutOut());
 }
 
 TEST_F(PanelsOnScreen, TheReviewIsDecidedByKeysAndGivesTheFocusBack) {
@@ -328,15 +341,15 @@ class AssistiveTechnology {
   // "role: name" of everything with a name that this process shows.
   std::vector<std::string> read() {
     std::vector<std::string> found;
-    for (const Element& program :
-         children({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"})) {
-      const auto process =
-          ask(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-              "GetConnectionUnixProcessID", {program.service});
-      if (process.value(0).toUInt() == static_cast<uint>(QCoreApplication::applicationPid()))
-        readBelow(program, found);
-    }
+    visit([&](const Element&, const std::string& text) { found.push_back(text); });
     return found;
+  }
+  // By the element's own action.
+  void press(const std::string& button) {
+    visit([&](const Element& element, const std::string& text) {
+      if (text == "push button: " + button)
+        ask(bus_, element.service, element.path, "org.a11y.atspi.Action", "DoAction", {0});
+    });
   }
 
  private:
@@ -344,6 +357,18 @@ class AssistiveTechnology {
     QString service;
     QString path;
   };
+  using Visit = std::function<void(const Element&, const std::string&)>;
+
+  void visit(const Visit& visitor) {
+    for (const Element& program :
+         children({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"})) {
+      const auto process =
+          ask(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+              "GetConnectionUnixProcessID", {program.service});
+      if (process.value(0).toUInt() == static_cast<uint>(QCoreApplication::applicationPid()))
+        visitBelow(program, visitor);
+    }
+  }
 
   // The process asks itself: its event loop goes on meanwhile.
   static QVariantList ask(const QDBusConnection& bus, const QString& service, const QString& path,
@@ -377,7 +402,7 @@ class AssistiveTechnology {
     list.endArray();
     return children;
   }
-  void readBelow(const Element& element, std::vector<std::string>& found) {
+  void visitBelow(const Element& element, const Visit& visitor) {
     const QString role =
         ask(bus_, element.service, element.path, "org.a11y.atspi.Accessible", "GetRoleName")
             .value(0)
@@ -388,8 +413,9 @@ class AssistiveTechnology {
                              .value<QDBusVariant>()
                              .variant()
                              .toString();
-    if (!name.isEmpty()) found.push_back((role + ": " + name).toStdString());
-    for (const Element& child : children(element)) readBelow(child, found);
+    const std::vector<Element> below = children(element);
+    if (!name.isEmpty()) visitor(element, (role + ": " + name).toStdString());
+    for (const Element& child : below) visitBelow(child, visitor);
   }
 
   QDBusConnection bus_;
@@ -406,11 +432,23 @@ TEST_F(PanelsOnScreen, AnAssistiveTechnologyReadsEveryControl) {
   EXPECT_THAT(reader.read(), IsSupersetOf({"label: Request timed out", "label: Fn",
                                            "label: Request timed out. Please try again.",
                                            "push button: Dismiss", "push button: Retry"}));
+  reader.press("Retry");
+  EXPECT_TRUE(runUntil([&] { return pressed_ == std::vector<std::string>{"retry"}; }));
   dictation_.lastError = std::nullopt;
   dictation_.isProcessing = true;
   host_.runFor(100ms);
   EXPECT_THAT(reader.read(), IsSupersetOf({"push button: Cancel"}));
   hud_.hideNow();
+
+  linux_host::QtAlerts alerts(panels_, screens_);
+  std::vector<std::string> question;
+  const Timer read(host_.mainThread(), 300ms, [&] {
+    question = reader.read();
+    reader.press("View Plans");
+  });
+  EXPECT_EQ(alerts.runModal({"Plan limit reached", "Upgrade?", {"View Plans", "Not now"}}), 0u);
+  EXPECT_THAT(question, IsSupersetOf({"dialog: Plan limit reached", "label: Upgrade?",
+                                      "push button: View Plans", "push button: Not now"}));
 
   toast_.showToast("English → German");
   host_.runFor(100ms);
