@@ -78,6 +78,12 @@ TEST_F(DiagnosticsLogTest, TheOlderHalfGoesOneByteAboveTheLimit) {
   const auto after = lines(log);
   EXPECT_EQ(after.size(), (before + 1) / 2);
   EXPECT_THAT(after[after.size() - 2], EndsWith("newest"));
+
+  const Bytes noText(DiagnosticsLog::maximumBytes, '\xff');
+  desktop_.files().writeAtomically(log.file(), noText);
+  log.log("app", "x");
+  desktop_.runTurns();
+  EXPECT_EQ(desktop_.files().size(log.file()), DiagnosticsLog::maximumBytes + lineSize);
 }
 
 }  // namespace

@@ -91,6 +91,30 @@ TEST_F(MenuBarTest, FollowsTheDictationAndTheUpdater) {
   EXPECT_FALSE(item().choose("Checking for Updates…"));
 }
 
+TEST_F(MenuBarTest, FollowsEachThingThatItShows) {
+  showMenu();
+  const std::vector<std::function<void()>> changes = {
+      [this] { dictation_.isRecording = true; },
+      [this] { dictation_.isProcessing = true; },
+      [this] { dictation_.canRetryLast = true; },
+      [this] { dictation_.lastResult = "Hello."; },
+      [this] { state_->cycleHotKeyKeyCode = 38; },
+      [this] { state_->saveCurrentProfile("Work"); },
+      [this] { state_->inputLanguage = "fr"; },
+      [this] { state_->outputLanguage = "de"; },
+      [this] { state_->transformMode = "improve"; },
+      [this] { state_->tone = "formal"; },
+      [this] { state_->formatStyle = "email"; },
+      [this] { auth_->userEmail = "ada@example.org"; },
+  };
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    item().setMenu({});
+    changes[i]();
+    desktop_.runTurns();
+    EXPECT_FALSE(item().menu().empty()) << "after change " << i;
+  }
+}
+
 TEST_F(MenuBarTest, NamesWhatTheCycleChordDoesAndSwitchesProfiles) {
   showMenu();
   state_->saveCurrentProfile("Work");
