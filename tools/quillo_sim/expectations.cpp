@@ -71,6 +71,12 @@ class Comparison {
   void microphoneOpen(const Place& place) {
     equal(place, world_.desktop().audioSystem().runningEngines() > 0);
   }
+  void dockIcon(const Place& place) {
+    equal(place, world_.desktop().application().activationPolicy() == ActivationPolicy::regular);
+  }
+  void windowsShown(const Place& place) {
+    equal(place, world_.desktop().application().windowsOrderedFront());
+  }
   void recordings(const Place& place);
   void files(const Place& place);
 
@@ -107,6 +113,8 @@ const std::pair<std::string_view, Comparison::Compare> Comparison::kinds[] = {
     {"noPanel", &Comparison::noPanel},
     {"menu", &Comparison::menu},
     {"microphoneOpen", &Comparison::microphoneOpen},
+    {"dockIcon", &Comparison::dockIcon},
+    {"windowsShown", &Comparison::windowsShown},
     {"recordings", &Comparison::recordings},
     {"files", &Comparison::files},
     {"statuses", &Comparison::statuses},

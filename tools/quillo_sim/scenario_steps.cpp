@@ -1,6 +1,7 @@
 #include "scenario_steps.h"
 
 #include <algorithm>
+#include <set>
 
 #include "base/text.h"
 #include "scenario_world.h"
@@ -22,12 +23,23 @@ constexpr std::pair<std::string_view, Key> keyNames[] = {
     {"space", Key::space},
     {"return", Key::returnKey},
     {"escape", Key::escape},
-    {"v", Key::v},
+    {"rightControl", Key::rightControl},
+    {"rightCommand", Key::rightCommand},
+    {"rightShift", Key::rightShift},
+    {"capsLock", Key::capsLock},
+    {"a", Key::a},
     {"c", Key::c},
-    {"p", Key::p},
     {"e", Key::e},
-    {"l", Key::l},
+    {"g", Key::g},
     {"h", Key::h},
+    {"i", Key::i},
+    {"j", Key::j},
+    {"l", Key::l},
+    {"p", Key::p},
+    {"u", Key::u},
+    {"v", Key::v},
+    {"period", Key::period},
+    {"semicolon", Key::semicolon},
 };
 
 std::vector<Key> chordOf(const Place& place) {
@@ -43,16 +55,33 @@ std::vector<Key> chordOf(const Place& place) {
 
 // --- Keys ---
 
-void press(World& world, const Place& place) {
+// By the key, or by what it types.
+bool isPasteLast(World& world, const std::vector<Key>& chord) {
+  const auto code = static_cast<std::int64_t>(chord.back());
+  const bool isLetter = chord.back() == Key::v ||
+                        simulated::charactersOf(code, world.desktop().keyboard().layout()) == "v";
+  return isLetter &&
+         std::set(chord.begin(), chord.end() - 1) == std::set{Key::control, Key::command};
+}
+
+// A chord, or an object with its keys and how long they are down.
+void press(World& world, const Place& step) {
+  Duration held = 30ms;
+  Place place = step;
+  if (step.json().is_object()) {
+    step.allowOnly({"keys", "for"});
+    place = step.at("keys");
+    held = step.at("for").duration();
+  }
   const std::vector<Key> chord = chordOf(place);
   for (const Key key : chord) {
     if (world.desktop().keyboard().keysDown().contains(key))
       place.refuse("a key of this chord is held down already");
   }
   world.act("presses", {{"keys", place.text()}});
-  if (place.text() == "control+command+v") world.act("pastes last");
-  world.tapKeys(chord);
-  world.runFor(50ms);
+  if (isPasteLast(world, chord)) world.act("pastes last");
+  world.tapKeys(chord, held);
+  world.runFor(held + 20ms);
 }
 
 void hold(World& world, const Place& place) {
@@ -73,6 +102,13 @@ void release(World& world, const Place& place) {
     if (!world.desktop().keyboard().keysDown().contains(key)) place.refuse("it is not held");
     world.releaseKey(key);
   }
+  world.runFor({});
+}
+
+void interruptTap(World& world, const Place& place) {
+  constexpr std::pair<std::string_view, TapInterruption> reasons[] = {
+      {"timeout", TapInterruption::timeout}, {"userInput", TapInterruption::userInput}};
+  world.desktop().eventTaps().interrupt(place.choice(reasons));
   world.runFor({});
 }
 
@@ -289,6 +325,24 @@ void forward(World& world, const Place& place) {
   world.desktop().clock().set(world.desktop().clock().now() + place.duration());
 }
 
+// The user clicks the program's icon: with no window to be seen it is asked to show one.
+void reopen(World& world, const Place& place) {
+  place.allowOnly({"withWindow"});
+  const bool hasWindow = place.at("withWindow").boolean();
+  world.act("clicks the program's icon", {{"withWindow", hasWindow}});
+  world.desktop().application().setWindowsVisible(hasWindow);
+  world.desktop().application().reopen();
+  world.runFor({});
+}
+
+// The program comes to the front.
+void activate(World& world, const Place& place) {
+  if (!place.boolean()) place.refuse("only true makes sense here");
+  world.act("activates Quillo");
+  world.desktop().application().becomeActive();
+  world.runFor({});
+}
+
 using Play = void (*)(World&, const Place&);
 constexpr std::pair<std::string_view, Play> verbs[] = {
     {"press", press},
@@ -313,6 +367,11 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"disk", disk},
     {"keychain", keychain},
     {"secureInput", secureInput},
+    {"interruptTap", interruptTap},
+    {"keyRoutes", disturbKeyRoutes},
+    {"layout", chooseLayout},
+    {"reopen", reopen},
+    {"activate", activate},
     {"permissions", setPermissions},
     {"service", scriptService},
     {"removeFile", removeFile},

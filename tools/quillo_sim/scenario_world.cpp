@@ -254,6 +254,58 @@ void setPermissions(World& world, const Place& place) {
             [&](const Place& to) { permissions.setListenEventAccess(to.boolean()); });
 }
 
+void disturbKeyRoutes(World& world, const Place& place) {
+  place.allowOnly({"tap", "hotKeys", "globalMonitors", "localMonitors", "keyboards"});
+  simulated::SimulatedDesktop& desktop = world.desktop();
+  const std::pair<std::string_view, simulated::KeyRoute*> routes[] = {
+      {"tap", &desktop.eventTaps().route()},
+      {"hotKeys", &desktop.hotKeys().route()},
+      {"globalMonitors", &desktop.eventMonitors().globalRoute()},
+      {"localMonitors", &desktop.eventMonitors().localRoute()},
+      {"keyboards", &desktop.hidKeyboards().route()}};
+  for (const auto& [name, route] : routes) {
+    const auto described = place.find(name);
+    if (!described) continue;
+    described->allowOnly({"refused", "latency", "loses", "doubles"});
+    world.trace().tell("fault", {{"kind", "keyPermissions"}});
+    simulated::KeyRoute& changed = *route;
+    ifPresent(*described, "refused", [&](const Place& is) { changed.setRefused(is.boolean()); });
+    ifPresent(*described, "latency",
+              [&](const Place& time) { changed.setLatency(time.duration()); });
+    ifPresent(*described, "loses",
+              [&](const Place& all) { changed.setLoss(all.boolean() ? 1 : 0); });
+    ifPresent(*described, "doubles",
+              [&](const Place& all) { changed.setDuplication(all.boolean() ? 1 : 0); });
+  }
+}
+
+void chooseLayout(World& world, const Place& place) {
+  using simulated::KeyboardLayout;
+  constexpr std::pair<std::string_view, KeyboardLayout> layouts[] = {
+      {"us", KeyboardLayout::us},
+      {"dvorak", KeyboardLayout::dvorak},
+      {"russian", KeyboardLayout::russian}};
+  world.desktop().keyboard().setLayout(place.choice(layouts));
+}
+
+// Chords that another program has registered.
+void takeChords(World& world, const Place& place) {
+  using namespace hot_key_modifiers;
+  using Chord = std::pair<std::uint32_t, std::uint32_t>;
+  constexpr std::pair<std::string_view, Chord> chords[] = {
+      {"control+option+space", {49, control | option}},
+      {"control+command+v", {9, control | command}},
+      {"control+g", {5, control}},
+      {"control+j", {38, control}},
+      {"control+semicolon", {41, control}}};
+  for (const Place& each : place.elements()) {
+    const Chord chord = each.choice(chords);
+    auto taken = world.desktop().hotKeys().takeByAnotherProgram(chord.first, chord.second);
+    if (!taken) each.refuse("this chord is taken already");
+    world.keep(std::move(taken));
+  }
+}
+
 void scriptService(World& world, const Place& place) {
   for (const auto& [key, answers] : place.members()) {
     std::optional<Endpoint> endpoint;
@@ -344,7 +396,7 @@ void furnish(World& world, const std::optional<Place>& place) {
   const Place described = place.value_or(Place(nothing, "world"));
   described.allowOnly({"seed", "date", "settings", "account", "permissions", "files", "disk",
                        "applications", "microphones", "builtInMicrophone", "clipboard", "service",
-                       "alerts"});
+                       "alerts", "keyRoutes", "layout", "takenChords"});
   simulated::SimulatedDesktop& desktop = world.desktop();
   ifPresent(described, "date", [&](const Place& date) {
     const auto parsed = dateFromIso8601(date.text());
@@ -361,6 +413,9 @@ void furnish(World& world, const std::optional<Place>& place) {
     world.signIn();
   }
   ifPresent(described, "permissions", [&](const Place& to) { setPermissions(world, to); });
+  ifPresent(described, "keyRoutes", [&](const Place& to) { disturbKeyRoutes(world, to); });
+  ifPresent(described, "layout", [&](const Place& to) { chooseLayout(world, to); });
+  ifPresent(described, "takenChords", [&](const Place& chords) { takeChords(world, chords); });
   ifPresent(described, "files", [&](const Place& files) { describeFiles(world, files); });
   ifPresent(described, "disk", [&](const Place& disk) { describeDisk(world, disk); });
   if (const auto applications = described.find("applications")) {

@@ -17,6 +17,9 @@ void launchDescribed(World& world, const Place& place);
 void describeApplication(simulated::Program& program, const Place& place);
 simulated::Program& requireApplication(World& world, const Place& name);
 void setPermissions(World& world, const Place& place);
+// How each way from the keyboard to the program fares.
+void disturbKeyRoutes(World& world, const Place& place);
+void chooseLayout(World& world, const Place& place);
 void scriptService(World& world, const Place& place);
 void plugMicrophone(World& world, const Place& place);
 simulated::Microphone& requireMicrophone(World& world, const Place& uid);

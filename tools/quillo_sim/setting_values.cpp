@@ -37,7 +37,14 @@ constexpr std::pair<const char*, Setting<std::string> MacAppState::*> textSettin
     {"mac.appearance", &MacAppState::appearance},
     {"mac.microphoneUID", &MacAppState::microphoneUID},
 };
+constexpr std::pair<const char*, Setting<std::int64_t> MacAppState::*> numbers[] = {
+    {"mac.historyRetentionDays", &MacAppState::historyRetentionDays},
+    {"mac.cycleHotKeyKeyCode", &MacAppState::cycleHotKeyKeyCode},
+    {"mac.cycleHotKeyModifiers", &MacAppState::cycleHotKeyModifiers},
+};
 constexpr std::pair<const char*, Setting<bool> MacAppState::*> switches[] = {
+    {"mac.showInDock", &MacAppState::showInDock},
+    {"mac.selectionBubbleEnabled", &MacAppState::selectionBubbleEnabled},
     {"mac.autoPaste", &MacAppState::autoPaste},
     {"mac.escInserts", &MacAppState::escInserts},
     {"mac.noiseReduction", &MacAppState::noiseReduction},
@@ -98,16 +105,13 @@ Json storedSetting(const UserDefaults& defaults, const std::string& key) {
 }
 
 void changeSetting(MacAppState& state, const std::string& key, const Place& value) {
-  if (key == "mac.historyRetentionDays") {
-    state.historyRetentionDays = value.integer();
-    return;
-  }
   if (key == "dictionaryVocabulary") {
     state.dictionaryVocabulary = value.texts();
     return;
   }
   const bool isKnown =
       assignFrom(textSettings, key, [&](auto setting) { state.*setting = value.text(); }) ||
+      assignFrom(numbers, key, [&](auto setting) { state.*setting = value.integer(); }) ||
       assignFrom(switches, key, [&](auto setting) { state.*setting = value.boolean(); }) ||
       assignFrom(dictionarySettings, key,
                  [&](auto setting) { state.*setting = dictionariesOf(value); });

@@ -84,6 +84,9 @@ class World {
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
 
+  // Lives as long as the world.
+  void keep(std::shared_ptr<void> thing) { kept_.push_back(std::move(thing)); }
+
   // --- Time ---
 
   MonotonicTime now() const { return desktop_.now(); }
@@ -123,6 +126,7 @@ class World {
   ObservedAlerts alerts_{desktop_.alerts(), trace_};
   ObservedSounds sounds_{desktop_.sounds(), trace_};
   std::shared_ptr<void> layer_;
+  std::vector<std::shared_ptr<void>> kept_;
 
   std::vector<simulated::Program*> applications_;
   std::vector<std::string> editorTexts_;  // as they were last seen
