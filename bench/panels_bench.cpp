@@ -313,7 +313,7 @@ int runToolkit() {
         std::printf("memory of the toolkit with a text in a window: %s\n", memory().c_str());
         QCoreApplication::quit();
       },
-      Qt::QueuedConnection);
+      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
   return QApplication::exec();
 }
 
