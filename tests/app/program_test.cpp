@@ -54,25 +54,6 @@ TEST(ProgramTest, SettingsReachTheShortcutsAsTheyAreAssigned) {
   EXPECT_TRUE(world.runUntilStatus("Listening"));
 }
 
-TEST(ProgramTest, TheIntroIsAskedOnceWhateverTheAnswer) {
-  SimulatedProgram world;
-  world.desktop.alerts().answer(1);
-  world.desktop.application().becomeActive();
-  world.desktop.application().becomeActive();
-  world.desktop.runFor(5s);
-  EXPECT_EQ(world.desktop.alerts().shown().size(), 1u);
-  EXPECT_FALSE(world.program->appState().selectionBubbleEnabled);
-  EXPECT_EQ(world.desktop.userDefaults().boolean("mac.sawSelectionBubbleIntro"), true);
-}
-
-TEST(ProgramTest, StartingItAgainBringsTheWindowsBackUnlessOneIsInSight) {
-  SimulatedProgram world;
-  for (int starts = 0; starts < 2; ++starts) world.desktop.application().reopen();
-  world.desktop.runTurns();
-  EXPECT_EQ(world.desktop.application().windowsOrderedFront(), 1);
-  EXPECT_EQ(world.desktop.application().activations(), 2);  // the launch was the first
-}
-
 TEST(ProgramTest, TheMenuOpensTheLogAndMakesItsFileFirst) {
   SimulatedProgram world;
   EXPECT_TRUE(world.desktop.statusItem().choose("Open Diagnostics Log…"));
