@@ -114,7 +114,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
     if (hands_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
     const bool isHeldAnew = (hands_.isHeldByFlags() && !wasHeldByFlags) ||
                             (hands_.isHeldByKeyboards() && !wasHeldByKeyboards);
-    if (isHeldAnew) presses_.push_back({event.time});
+    if (isHeldAnew) presses_.push_back({event.time, hands_.isHoldMode()});
     const bool isLetGo = !hands_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
     if (isLetGo) lastLetGo_ = event.time;
     const bool isTouch = isLetGo && hands_.isHoldMode() && event.what != "shortcuts";
@@ -127,6 +127,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
  private:
   struct Press {
     MonotonicTime time;
+    bool isOfHold = false;
   };
 
   void remember(const Event& event) {
@@ -143,7 +144,9 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
 
   // Held too shortly to begin anything.
   void forgetTouches(MonotonicTime now) {
-    std::erase_if(presses_, [&](const Press& press) { return now - press.time < holdThreshold; });
+    std::erase_if(presses_, [&](const Press& press) {
+      return press.isOfHold && now - press.time < holdThreshold;
+    });
   }
 
   // A route that is slow may show the end of a tap after another has shown the next one, and an

@@ -24,7 +24,9 @@ class TextGoesWhereTheRulesSend final : public Promise {
     if (turns(event, "isProcessing", false)) finish();
     if (event.what == "status") readStatus(textOf(event, "text"));
     if (event.what == "activate") offered_.insert(textOf(event, "application"));
+    if (event.what == "fault") readFault(textOf(event, "kind"));
     if (isAct(event, "pastes last")) pasteLasts_.insert(event.time);
+    if (isAct(event, "pastes last") && mayBlock_) pasteLasts_.insert(event.time);
     if (isAct(event, "clicks") && textOf(event, "control") == "Cancel") cancel();
     if (isPaste(event)) paste(event);
   }
@@ -50,6 +52,12 @@ class TextGoesWhereTheRulesSend final : public Promise {
   void finish() {
     mayPaste_ = false;
     isProcessing_ = false;
+  }
+
+  // While a slow owner of the clipboard is waited for, a route may tell late of a press that
+  // another has told of, and the debounce goes by the time at which it is told.
+  void readFault(const std::string& kind) {
+    if (kind == "clipboardSlow" || kind == "clipboardHung") mayBlock_ = true;
   }
 
   void readStatus(const std::string& status) {
@@ -87,6 +95,7 @@ class TextGoesWhereTheRulesSend final : public Promise {
 
   std::string status_;
   bool isLive_ = false;
+  bool mayBlock_ = false;
   bool isProcessing_ = false;
   bool mayPaste_ = false;
   std::multiset<MonotonicTime> pasteLasts_;
