@@ -5,7 +5,8 @@
 //
 // NAME becomes the window's class. The editor pastes with Control and V (or Shift and Insert) and
 // copies its whole text with Control and C; the terminals paste as theirs do. An Alt that goes up
-// without Control and without having been used opens a menu bar, which takes the next key.
+// without Control and without having been used opens a menu bar, which takes the next key. The
+// editor types "[g]" for Control and G, and "[space]" for Control, Alt and Space.
 //
 // Its text is the window's property EDITOR_TEXT. The property EDITOR_COMMAND sets the text
 // ("text=..."), takes the keyboard ("grab") and gives it back ("ungrab").
@@ -122,7 +123,9 @@ class DesktopApplication {
       isMenuOpen_ = false;
       return;
     }
-    if (keysym == XKB_KEY_Insert && isShift && !isControl && !isOther) {
+    if (const auto binding = ownBinding(keysym, event.state); !binding.empty()) {
+      type(binding);
+    } else if (keysym == XKB_KEY_Insert && isShift && !isControl && !isOther) {
       paste(kind_ == Kind::editor ? connection_.atom("CLIPBOARD") : XCB_ATOM_PRIMARY);
     } else if (keysym == XKB_KEY_v && isControl && !isOther && pastesWith(isShift)) {
       paste(connection_.atom("CLIPBOARD"));
@@ -137,6 +140,15 @@ class DesktopApplication {
     const auto keysym = decode(event).first;
     const bool isControl = (event.state & XCB_MOD_MASK_CONTROL) != 0;
     if (isAlt(keysym) && isAltAlone_ && !isControl) isMenuOpen_ = true;
+  }
+  std::string ownBinding(xkb_keysym_t keysym, std::uint16_t state) const {
+    constexpr std::uint16_t chordMask =
+        XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+    if (kind_ != Kind::editor) return {};
+    if (keysym == XKB_KEY_g && (state & chordMask) == XCB_MOD_MASK_CONTROL) return "[g]";
+    const bool isSpace = keysym == XKB_KEY_space;
+    const bool isItsChord = (state & chordMask) == (XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1);
+    return isSpace && isItsChord ? "[space]" : "";
   }
   // With Shift down the key is called Meta.
   static bool isAlt(xkb_keysym_t keysym) {

@@ -1,0 +1,125 @@
+// How a person's keys start and stop a dictation on a real desktop.
+#include <QProcess>
+#include <map>
+
+#include "app/linux/program_on_desktop.h"
+
+namespace quillo {
+namespace {
+
+using contracts::grabElsewhere;
+using testing::HasSubstr;
+
+class ShortcutsOnDesktop : public ProgramOnDesktop {
+ protected:
+  const Keys chord{keys::control, keys::option, keys::space};
+};
+
+TEST_F(ShortcutsOnDesktop, TheChordTogglesWhateverElseTheKeyboardIsDoing) {
+  launch();
+  dictateBy(chord);
+  for (const std::int64_t lock : {keys::capsLock, keys::numLock}) {
+    SCOPED_TRACE(lock);
+    tap({lock});
+    dictateBy(chord);
+    tap({lock});
+  }
+  for (const char* layout : {"dvorak", "ru"}) {
+    SCOPED_TRACE(layout);
+    EXPECT_EQ(QProcess::execute("setxkbmap", {layout}), 0);
+    dictateBy(chord);
+  }
+  EXPECT_EQ(QProcess::execute("setxkbmap", {"us"}), 0);
+
+  // A chord that is held repeats, and its modifiers may come up first.
+  press(chord);
+  ASSERT_TRUE(startsToListen());
+  speak();
+  EXPECT_TRUE(dictation().isRecording) << "a repeat of the chord stopped it";
+  for (const std::int64_t key : chord) release({key});
+  tap(chord);
+  EXPECT_TRUE(becomes("Inserted"));
+}
+
+TEST_F(ShortcutsOnDesktop, ABoundChordIsNotTheApplicationsAnyMore) {
+  tap(chord);
+  tap({keys::control, keys::g});
+  ASSERT_TRUE(editorBecomes("[space][g]")) << "the editor has bindings of its own for both";
+  launch({{"mac.autoPaste", false}});
+  tap(chord);
+  ASSERT_TRUE(startsToListen());
+  tap({keys::control, keys::g});
+  speak();
+  tap(chord);
+  EXPECT_TRUE(becomes("Copied — auto-paste off")) << dictation().statusText.get();
+  tap({keys::a});
+  EXPECT_TRUE(editorBecomes("[space][g]a")) << editor().text();
+}
+
+TEST_F(ShortcutsOnDesktop, HoldingAModifierRecordsUntilItComesUp) {
+  launch({{"mac.activationMode", "hold"}, {"mac.holdShortcut", "right_opt"}});
+  const std::map<std::string, Keys> shortcuts = {
+      {"right_opt", {keys::rightOption}},
+      {"ctrl_opt", {keys::control, keys::option}},
+      {"opt_cmd", {keys::option, keys::command}},
+  };
+  std::string text;
+  for (const auto& [name, held] : shortcuts) {
+    SCOPED_TRACE(name);
+    program().appState().holdShortcut = name;
+    press(held);
+    ASSERT_TRUE(startsToListen());
+    speak();
+    EXPECT_TRUE(dictation().isRecording);
+    release(held);
+    EXPECT_TRUE(becomes("Inserted")) << dictation().statusText.get();
+    EXPECT_TRUE(editorBecomes(text += "Hello there.")) << editor().text();
+  }
+  // With another modifier it is another chord, and a short press is none.
+  program().appState().holdShortcut = "right_opt";
+  press({keys::shift, keys::rightOption});
+  speak();
+  EXPECT_FALSE(dictation().isRecording);
+  release({keys::shift, keys::rightOption});
+  tap({keys::rightOption});
+  speak();
+  EXPECT_FALSE(dictation().isRecording);
+  EXPECT_EQ(editor().text(), text);
+}
+
+TEST_F(ShortcutsOnDesktop, TappingAModifierToggles) {
+  launch({{"mac.toggleShortcut", "right_opt"}});
+  dictateBy({keys::rightOption});
+  dictateBy({keys::rightOption});
+}
+
+TEST_F(ShortcutsOnDesktop, AnOpenMenuKeepsNobodyFromDictating) {
+  launch();
+  // As menus of many toolkits do.
+  editor().command("grab");
+  ASSERT_TRUE(runUntil([&] { return desktop().keyboardState().isSecureEventInputEnabled(); }));
+  tap(chord);
+  ASSERT_TRUE(startsToListen());
+  speak();
+  tap(chord);
+  ASSERT_TRUE(runUntil([&] { return dictation().lastError.get().has_value(); }));
+  EXPECT_THAT(*dictation().lastError.get(), HasSubstr("Text was copied."));
+  EXPECT_EQ(desktop().pasteboard().string(), "Hello there.") << "it can be pasted by hand";
+  EXPECT_EQ(editor().text(), "[space][space]") << "the menu's program has every key";
+  editor().command("ungrab");
+  ASSERT_TRUE(runUntil([&] { return !desktop().keyboardState().isSecureEventInputEnabled(); }));
+  speak();  // to nobody; presses shortly after one another are one
+  dictateBy(chord);
+}
+
+TEST_F(ShortcutsOnDesktop, AChordOfAnotherProgramIsRefusedAndWorksByTheKeyboardItself) {
+  const auto taken = grabElsewhere(otherProgram(), static_cast<std::uint32_t>(keys::space),
+                                   hot_key_modifiers::control | hot_key_modifiers::option);
+  ASSERT_TRUE(taken);
+  launch();
+  EXPECT_TRUE(hasLogged("[hotkey] failed to register id=1 status=-9878"));
+  dictateBy(chord);
+}
+
+}  // namespace
+}  // namespace quillo
