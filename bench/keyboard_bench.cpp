@@ -1,0 +1,210 @@
+// Figures of the keyboard on a real desktop (scripts/virtual-desktop makes one): how long a key
+// takes from the X server to the main thread by each route, and what a storm of keys costs the
+// program.
+#include <sys/resource.h>
+#include <xcb/xtest.h>
+
+#include <QApplication>
+#include <QTimer>
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app/program.h"
+#include "hosts/linux/bundle.h"
+#include "hosts/linux/linux_desktop.h"
+#include "hosts/linux/monotonic_clock.h"
+#include "shell/diagnostics_log.h"
+#include "shell/views/quick_views.h"
+
+namespace quillo {
+namespace {
+
+using namespace std::chrono_literals;
+using linux_host::monotonicNow;
+
+constexpr int presses = 500;
+constexpr int stormSeconds = 5;
+constexpr int stormEventsASecond = 1000;
+
+constexpr std::int64_t keyE = 14;  // virtual key code
+constexpr std::int64_t usageE = 8;
+
+double seconds(const timespec& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+double cpuSeconds(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return seconds(time);
+}
+
+// Another program that types. Belongs to one thread.
+class Typist {
+ public:
+  // Evdev's codes, which is what X servers of today use.
+  static constexpr std::uint8_t controlKey = 37, altKey = 64, shiftKey = 50, eKey = 26, aKey = 38;
+
+  void send(std::uint8_t type, std::uint8_t key) {
+    xcb_test_fake_input(x11_->get(), type, key, XCB_CURRENT_TIME, x11_->root(), 0, 0, 0);
+    x11_->flush();
+  }
+  void sendAndWait(std::uint8_t type, std::uint8_t key) {
+    send(type, key);
+    x11_->waitForServer();
+  }
+
+ private:
+  std::unique_ptr<linux_host::X11Connection> x11_ = linux_host::X11Connection::open();
+};
+
+// --- Key to main thread ---
+
+class Latency {
+ public:
+  explicit Latency(linux_host::LinuxDesktop& desktop) {
+    hotKey_ = desktop.hotKeys().registerHotKey(
+        static_cast<std::uint32_t>(keyE), hot_key_modifiers::control | hot_key_modifiers::option,
+        [this] { arrived(0); });
+    monitor_ = desktop.eventMonitors().addGlobalMonitor(KeyEvent::Type::keyDown,
+                                                        [this](const KeyEvent& event) {
+                                                          if (event.keyCode == keyE) arrived(1);
+                                                        });
+    manager_ = desktop.hidKeyboards().open([this](const HIDValue& value) {
+      if (value.usage == usageE && value.value != 0) arrived(2);
+    });
+  }
+
+  // On a thread of its own, with the main thread running.
+  void take() {
+    Typist typist;
+    for (int i = 0; i < presses; ++i) {
+      typist.sendAndWait(XCB_KEY_PRESS, Typist::controlKey);
+      typist.sendAndWait(XCB_KEY_PRESS, Typist::altKey);
+      waiting_ = routes;
+      pressed_ = monotonicNow();
+      typist.send(XCB_KEY_PRESS, Typist::eKey);
+      const MonotonicTime limit = pressed_ + 2s;
+      while (waiting_ > 0 && monotonicNow() < limit) std::this_thread::sleep_for(1ms);
+      for (const std::uint8_t key : {Typist::eKey, Typist::altKey, Typist::controlKey})
+        typist.sendAndWait(XCB_KEY_RELEASE, key);
+    }
+  }
+  void print() {
+    constexpr std::array<const char*, routes> names = {"registered hot key", "global monitor",
+                                                       "keyboard values"};
+    for (int route = 0; route < routes; ++route) {
+      std::vector<double>& times = milliseconds_[static_cast<std::size_t>(route)];
+      std::ranges::sort(times);
+      const auto share = [&](double part) {
+        return times.empty() ? -1.0
+                             : times[static_cast<std::size_t>(part * double(times.size() - 1))];
+      };
+      std::printf("key -> main thread, %s: p50 %.2f ms, p99 %.2f ms (%zu of %d presses)\n",
+                  names[static_cast<std::size_t>(route)], share(0.5), share(0.99), times.size(),
+                  presses);
+    }
+  }
+
+ private:
+  static constexpr int routes = 3;
+
+  void arrived(int route) {
+    const Duration taken = monotonicNow() - pressed_;
+    milliseconds_[static_cast<std::size_t>(route)].push_back(
+        std::chrono::duration<double, std::milli>(taken).count());
+    --waiting_;
+  }
+
+  HotKeys::Registration hotKey_;
+  std::shared_ptr<void> monitor_;
+  HIDKeyboards::OpenResult manager_;
+  MonotonicTime pressed_{};  // written before the press, read after it
+  std::atomic<int> waiting_ = 0;
+  std::array<std::vector<double>, routes> milliseconds_;
+};
+
+// --- A storm ---
+
+// On a thread of its own, while the whole program listens by all of its routes.
+void storm() {
+  Typist typist;
+  const std::array<std::uint8_t, 4> keys = {Typist::aKey, Typist::shiftKey, Typist::eKey,
+                                            Typist::controlKey};
+  const double program = cpuSeconds(CLOCK_PROCESS_CPUTIME_ID);
+  const double own = cpuSeconds(CLOCK_THREAD_CPUTIME_ID);
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < stormSeconds * stormEventsASecond; ++i) {
+    const std::uint8_t type = i % 2 == 0 ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+    typist.send(type, keys[static_cast<std::size_t>(i / 2) % keys.size()]);
+    std::this_thread::sleep_until(
+        begin + (i + 1) * std::chrono::microseconds(1'000'000 / stormEventsASecond));
+  }
+  const double lasted =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  const double used =
+      cpuSeconds(CLOCK_PROCESS_CPUTIME_ID) - program - (cpuSeconds(CLOCK_THREAD_CPUTIME_ID) - own);
+  std::printf("storm of %d events a second: %.1f %% of a core\n", stormEventsASecond,
+              used / lasted * 100);
+}
+
+// Questions are answered at once: they would take the focus.
+class NoQuestions final : public Alerts {
+ public:
+  std::size_t runModal(const Alert&) override { return 0; }
+};
+
+class Desktop final : public linux_host::LinuxDesktop {
+ public:
+  using LinuxDesktop::LinuxDesktop;
+  Alerts& alerts() { return noQuestions_; }
+
+ private:
+  NoQuestions noQuestions_;
+};
+
+int run(int argumentCount, char** arguments) {
+  QApplication qt(argumentCount, arguments);
+  linux_host::LinuxGround ground;
+  DiagnosticsLog log(ground.mainThread, ground.clock, ground.files, ground.queues, ground.opener);
+  const BundleInformation bundle = linux_host::bundleOfThisProgram();
+  auto opened = linux_host::X11Desktop::open({.mainThread = ground.mainThread,
+                                              .log = log,
+                                              .ownBundleIdentifier = bundle.bundleIdentifier,
+                                              .lost = {}});
+  if (!opened.desktop) return std::fprintf(stderr, "%s\n", opened.refusal.c_str()), 1;
+  views::QuickViews views;
+  Desktop desktop(ground, log, bundle, std::move(opened.desktop), views);
+
+  auto latency = std::make_unique<Latency>(desktop);
+  std::thread([&] {
+    latency->take();
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+  }).detach();
+  QApplication::exec();
+  latency->print();
+  latency.reset();
+
+  Program program(portsOf(desktop), Backend{"http://127.0.0.1:9", "nobody"});
+  program.launch();
+  std::thread([&] {
+    std::this_thread::sleep_for(2s);  // the launch's own tasks end
+    storm();
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+  }).detach();
+  return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace quillo
+
+int main(int argumentCount, char** arguments) {
+  return quillo::run(argumentCount, arguments);
+}
