@@ -75,16 +75,13 @@ TEST(HttpServer, RefusesUploadsThatAreTooLargeOrOfNoDeclaredLength) {
   EXPECT_EQ(large.status, 413);
   EXPECT_EQ(large.at("message"), "The upload is too large.");
 
-  const auto chunked = service.client().Post(
-      "/functions/v1/transform", RunningService::key(),
-      [](std::size_t, httplib::DataSink& sink) {
-        sink.write("hello", 5);
-        sink.done();
-        return true;
-      },
-      "application/json");
-  ASSERT_TRUE(chunked);
-  EXPECT_EQ(chunked->status, 411);
+  // The answer does not wait for the body, which could cost it its way back.
+  const std::string chunked =
+      exchange(service.port(),
+               "POST /functions/v1/transform HTTP/1.1\r\nHost: x\r\nConnection: close\r\napikey: " +
+                   Service::anonymousKey() + "\r\nTransfer-Encoding: chunked\r\n\r\n",
+               Sending::goesOn);
+  EXPECT_TRUE(chunked.starts_with("HTTP/1.1 411")) << chunked;
 }
 
 TEST(HttpServer, RequestWithoutALengthHasNoBody) {
