@@ -13,7 +13,8 @@ namespace quillo::views {
 namespace {
 
 constexpr double motionMilliseconds = 120;
-// Smooth for bars this small, at less than half of the work that every frame of the screen would be.
+// Smooth for bars this small, at less than half of the work that every frame of the screen would
+// be.
 constexpr int frameMilliseconds = 40;
 
 double easeOut(double progress) {
