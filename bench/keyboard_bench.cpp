@@ -23,6 +23,7 @@
 #include "hosts/linux/monotonic_clock.h"
 #include "shell/diagnostics_log.h"
 #include "shell/views/quick_views.h"
+#include "unasking_desktop.h"
 
 namespace quillo {
 namespace {
@@ -153,21 +154,6 @@ void storm(const char* of, const std::vector<std::uint8_t>& keys) {
               used / lasted * 100);
 }
 
-// Questions are answered at once: they would take the focus.
-class NoQuestions final : public Alerts {
- public:
-  std::size_t runModal(const Alert&) override { return 0; }
-};
-
-class Desktop final : public linux_host::LinuxDesktop {
- public:
-  using LinuxDesktop::LinuxDesktop;
-  Alerts& alerts() { return noQuestions_; }
-
- private:
-  NoQuestions noQuestions_;
-};
-
 int run(int argumentCount, char** arguments) {
   QApplication qt(argumentCount, arguments);
   linux_host::LinuxGround ground;
@@ -179,7 +165,7 @@ int run(int argumentCount, char** arguments) {
                                               .lost = {}});
   if (!opened.desktop) return std::fprintf(stderr, "%s\n", opened.refusal.c_str()), 1;
   views::QuickViews views;
-  Desktop desktop(ground, log, bundle, std::move(opened.desktop), views);
+  UnaskingDesktop desktop(ground, log, bundle, std::move(opened.desktop), views);
 
   auto latency = std::make_unique<Latency>(desktop);
   std::thread([&] {

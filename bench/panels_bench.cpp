@@ -29,6 +29,7 @@
 #include "hosts/linux/monotonic_clock.h"
 #include "shell/diagnostics_log.h"
 #include "shell/views/quick_views.h"
+#include "unasking_desktop.h"
 
 namespace quillo {
 namespace {
@@ -138,24 +139,9 @@ class User {
   std::unique_ptr<X11Connection> x11_ = X11Connection::open();
 };
 
-// Questions are answered at once: they would take the focus.
-class NoQuestions final : public Alerts {
- public:
-  std::size_t runModal(const Alert&) override { return 0; }
-};
-
-class Desktop final : public linux_host::LinuxDesktop {
- public:
-  using LinuxDesktop::LinuxDesktop;
-  Alerts& alerts() { return noQuestions_; }
-
- private:
-  NoQuestions noQuestions_;
-};
-
 class Figures {
  public:
-  Figures(Desktop& desktop, std::size_t shows)
+  Figures(UnaskingDesktop& desktop, std::size_t shows)
       : shows_(shows),
         hud_(desktop.mainThread(), desktop.panels(), desktop.screens(), [] { return "Fn"; }) {
     hud_.follow(
@@ -286,7 +272,8 @@ int runProgram(std::size_t shows) {
     return 1;
   }
   views::QuickViews views;
-  Desktop desktop(ground, log, linux_host::bundleOfThisProgram(), std::move(opened.desktop), views);
+  UnaskingDesktop desktop(ground, log, linux_host::bundleOfThisProgram(), std::move(opened.desktop),
+                          views);
   Program program(portsOf(desktop), Backend{"http://127.0.0.1:1", ""});
   program.launch();
   Figures figures(desktop, shows);
