@@ -22,7 +22,8 @@ class WorkEvent final : public QEvent {
     isWhole_.store(true, std::memory_order_release);
   }
   void run() const {
-    if (isWhole_.load(std::memory_order_acquire)) work_();
+    static_cast<void>(isWhole_.load(std::memory_order_acquire));
+    work_();
   }
 
  private:
