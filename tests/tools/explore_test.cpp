@@ -31,6 +31,8 @@ TEST(Explore, ASeedIsOneLife) {
 struct Planted {
   PlantedBug bug;
   const char* promise;
+
+  friend void PrintTo(const Planted& planted, std::ostream* out) { *out << planted.promise; }
 };
 
 class PlantedBugs : public testing::TestWithParam<Planted> {};
