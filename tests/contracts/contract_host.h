@@ -1,10 +1,8 @@
 // What every contract suite asks of a host, beside the port that it is about.
 //
-// A suite is a header. Each host that keeps the contract includes it in one source and names
-// itself:
+// A suite is a header. Each host that keeps the contract includes it in one source:
 //
-//   INSTANTIATE_TEST_SUITE_P(Linux, KeychainContract,
-//                            testing::Values(HostFactory<KeychainHost>{...}), hostName);
+//   INSTANTIATE_TEST_SUITE_P(Linux, KeychainContract, hostedBy<LinuxKeychain>());
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +11,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "base/task.h"
 
@@ -93,18 +90,18 @@ Outcome<T> await(ContractHost& host, Task<T> task) {
 }
 
 template <class Host>
-struct HostFactory {
-  std::string name;
-  std::function<std::unique_ptr<Host>()> make;
+using HostFactory = std::function<std::unique_ptr<Host>()>;
 
-  friend void PrintTo(const HostFactory& factory, std::ostream* out) { *out << factory.name; }
-};
+template <class Made>
+auto hostedBy() {
+  return testing::Values([] { return std::make_unique<Made>(); });
+}
 
 // Makes a fresh host for each case, and sees that no coroutine frame is left behind.
 template <class Host>
 class PortContract : public testing::TestWithParam<HostFactory<Host>> {
  protected:
-  PortContract() : framesAtStart_(liveFrameCount()), host_(this->GetParam().make()) {}
+  PortContract() : framesAtStart_(liveFrameCount()), host_(this->GetParam()()) {}
 
   Host& host() { return *host_; }
   void TearDown() override {
@@ -116,10 +113,5 @@ class PortContract : public testing::TestWithParam<HostFactory<Host>> {
   std::int64_t framesAtStart_;
   std::unique_ptr<Host> host_;
 };
-
-template <class Host>
-std::string hostName(const testing::TestParamInfo<HostFactory<Host>>& info) {
-  return info.param.name;
-}
 
 }  // namespace quillo::contracts

@@ -34,6 +34,17 @@ inline constexpr std::int64_t function = 63;
 inline constexpr std::int64_t numLock = 71;
 }  // namespace keys
 
+// Command with the key, as the system posts it; whether all of it was taken.
+inline bool postChord(ContractHost& host, KeyPoster& poster, std::int64_t keyCode,
+                      std::int64_t userData = 0) {
+  bool isPosted = poster.post(keys::command, KeyDirection::down, event_flags::command, userData);
+  isPosted &= poster.post(keyCode, KeyDirection::down, event_flags::command, userData);
+  host.runFor(std::chrono::milliseconds(20));
+  isPosted &= poster.post(keyCode, KeyDirection::up, event_flags::command, userData);
+  isPosted &= poster.post(keys::command, KeyDirection::up, 0, userData);
+  return isPosted;
+}
+
 // Another program's editor is in front, empty.
 class KeyboardHost : public ContractHost {
  public:

@@ -69,10 +69,7 @@ class LinuxAudioEngine final : public LinuxContractHost<AudioEngineHost> {
   linux_host::PulseAudioDevices devices_{connection_};
   linux_host::LinuxAudioSystem audio_{connection_, log_};
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, AudioEngineContract,
-                         testing::Values(HostFactory<AudioEngineHost>{
-                             "Linux", [] { return std::make_unique<LinuxAudioEngine>(); }}),
-                         hostName<AudioEngineHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, AudioEngineContract, hostedBy<LinuxAudioEngine>());
 
 // Frames that the decoder gives for a packet, or for the end of the stream.
 std::int64_t decodedFrames(AVCodecContext* decoder, const AVPacket* packet, AVFrame* frame) {
@@ -126,10 +123,7 @@ class LinuxAudioFile final : public LinuxContractHost<AudioFileHost> {
   linux_host::LinuxAudioSystem audio_{connection_, log_};
   linux_host::PosixFileManager files_{{.cacheHome = home_.path()}};
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, AudioFileContract,
-                         testing::Values(HostFactory<AudioFileHost>{
-                             "Linux", [] { return std::make_unique<LinuxAudioFile>(); }}),
-                         hostName<AudioFileHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, AudioFileContract, hostedBy<LinuxAudioFile>());
 
 }  // namespace
 }  // namespace quillo::contracts

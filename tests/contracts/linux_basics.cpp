@@ -19,17 +19,11 @@
 namespace quillo::contracts {
 namespace {
 
-template <class Host, class Made>
-auto onLinux() {
-  return testing::Values(HostFactory<Host>{"Linux", [] { return std::make_unique<Made>(); }});
-}
-
 class LinuxMainThread final : public LinuxContractHost<MainThreadHost> {
  public:
   void elsewhere(const std::function<void()>& work) override { std::thread(work).join(); }
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, MainThreadContract,
-                         (onLinux<MainThreadHost, LinuxMainThread>()), hostName<MainThreadHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, MainThreadContract, hostedBy<LinuxMainThread>());
 
 class LinuxSerialQueues final : public LinuxContractHost<SerialQueueHost> {
  public:
@@ -38,9 +32,7 @@ class LinuxSerialQueues final : public LinuxContractHost<SerialQueueHost> {
  private:
   linux_host::ThreadSerialQueues queues_;
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, SerialQueueContract,
-                         (onLinux<SerialQueueHost, LinuxSerialQueues>()),
-                         hostName<SerialQueueHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, SerialQueueContract, hostedBy<LinuxSerialQueues>());
 
 class LinuxUserDefaults final : public LinuxContractHost<UserDefaultsHost> {
  public:
@@ -58,9 +50,7 @@ class LinuxUserDefaults final : public LinuxContractHost<UserDefaultsHost> {
   LinesLog log_;
   std::unique_ptr<linux_host::JsonUserDefaults> store_;
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, UserDefaultsContract,
-                         (onLinux<UserDefaultsHost, LinuxUserDefaults>()),
-                         hostName<UserDefaultsHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, UserDefaultsContract, hostedBy<LinuxUserDefaults>());
 
 class LinuxFileManager final : public LinuxContractHost<FileManagerHost> {
  public:
@@ -75,8 +65,7 @@ class LinuxFileManager final : public LinuxContractHost<FileManagerHost> {
                                        .dataHome = home_.path() / ".local/share",
                                        .stateHome = home_.path() / ".local/state"}};
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, FileManagerContract,
-                         (onLinux<FileManagerHost, LinuxFileManager>()), hostName<FileManagerHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, FileManagerContract, hostedBy<LinuxFileManager>());
 
 // The password of the keyring of scripts/virtual-desktop.
 constexpr std::string_view keyringPassword = "quillo";
@@ -138,7 +127,7 @@ class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
 
  private:
   void removeItems() {
-    for (const char* account : {"mac.accessToken", "mac.refreshToken", "bytes", "token", "new"})
+    for (const char* account : {"mac.accessToken", "mac.refreshToken", "new"})
       for (const char* service : {"com.murmex.mac.auth", "another program"})
         keychain_.remove(service, account);
   }
@@ -148,8 +137,7 @@ class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
   DesktopKeyring keyring_;
   bool isLocked_ = false;
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, KeychainContract, (onLinux<KeychainHost, LinuxKeychain>()),
-                         hostName<KeychainHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, KeychainContract, hostedBy<LinuxKeychain>());
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -4,7 +4,9 @@
 
 #include <QCoreApplication>
 #include <QTimer>
+#include <fstream>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -58,6 +60,13 @@ class TemporaryFolder {
  private:
   FilePath path_;
 };
+
+// Empty for a file that is not there.
+inline std::string contentsOf(const FilePath& path) {
+  std::ostringstream contents;
+  contents << std::ifstream(path).rdbuf();
+  return contents.str();
+}
 
 // `Host` is the abstract host of a suite.
 template <class Host>

@@ -197,8 +197,7 @@ class LinuxStatusItemHost final : public LinuxContractHost<StatusItemHost> {
   linux_host::QtStatusItem item_{views_};
 };
 
-INSTANTIATE_TEST_SUITE_P(RealDesktop, StatusItemContract,
-                         (onX11<StatusItemHost, LinuxStatusItemHost>()), hostName<StatusItemHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, StatusItemContract, hostedBy<LinuxStatusItemHost>());
 
 TEST(LinuxStatusItem, ABarMayComeLateAndComeAgain) {
   LinuxStatusItemHost host;

@@ -25,10 +25,7 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
   linux_host::CurlURLSessions sessions_;
 };
 
-INSTANTIATE_TEST_SUITE_P(RealDesktop, URLSessionContract,
-                         testing::Values(HostFactory<URLSessionHost>{
-                             "Linux", [] { return std::make_unique<LinuxURLSessions>(); }}),
-                         hostName<URLSessionHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, URLSessionContract, hostedBy<LinuxURLSessions>());
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -10,9 +10,8 @@
 #include <QScreen>
 #include <array>
 #include <cstring>
-#include <thread>
 
-#include "hosts/linux/monotonic_clock.h"
+#include "contracts/linux_x11_host.h"
 
 namespace quillo::contracts {
 
@@ -33,16 +32,12 @@ WindowBelow::WindowBelow() : window_(xcb_generate_id(connection_->get())) {
                       frameless);
   xcb_map_window(connection_->get(), window_);
   connection_->flush();
-  const MonotonicTime end = linux_host::monotonicNow() + std::chrono::seconds(10);
-  while (!hasFocus() && linux_host::monotonicNow() < end) std::this_thread::yield();
-  EXPECT_TRUE(hasFocus()) << "the other program did not come to the front";
+  EXPECT_TRUE(lookUntil([this] { return hasFocus(); }))
+      << "the other program did not come to the front";
 }
 
 bool WindowBelow::hasFocus() {
-  const auto focus = owned(xcb_get_input_focus_reply(
-      connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
-  return focus && focus->focus == window_ &&
-         connection_->word(connection_->root(), "_NET_ACTIVE_WINDOW") == window_;
+  return focusedWindow(*connection_) == window_;
 }
 
 void WindowBelow::countEvents() {
@@ -71,9 +66,7 @@ void WindowBelow::moveTo(const QRect& place) {
                            XCB_CONFIG_WINDOW_HEIGHT,
                        values);
   connection_->flush();
-  const MonotonicTime end = linux_host::monotonicNow() + std::chrono::seconds(10);
-  while (this->place() != place && linux_host::monotonicNow() < end) std::this_thread::yield();
-  EXPECT_EQ(this->place(), place);
+  EXPECT_TRUE(lookUntil([&] { return this->place() == place; }));
 }
 
 QRect WindowBelow::place() {
@@ -88,26 +81,12 @@ QRect WindowBelow::place() {
 
 void WindowBelow::setFullScreen() {
   constexpr std::uint32_t add = 1;
-  tellWindowManager(window_, "_NET_WM_STATE", add, connection_->atom("_NET_WM_STATE_FULLSCREEN"));
+  tellWindowManager(*connection_, window_, "_NET_WM_STATE", add,
+                    connection_->atom("_NET_WM_STATE_FULLSCREEN"));
 }
 
 void WindowBelow::switchToWorkspace(std::uint32_t number) {
-  tellWindowManager(connection_->root(), "_NET_CURRENT_DESKTOP", number);
-}
-
-void WindowBelow::tellWindowManager(xcb_window_t window, std::string_view message,
-                                    std::uint32_t first, std::uint32_t second) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = connection_->atom(message);
-  event.data.data32[0] = first;
-  event.data.data32[1] = second;
-  xcb_send_event(connection_->get(), 0, connection_->root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
-  connection_->flush();
+  tellWindowManager(*connection_, connection_->root(), "_NET_CURRENT_DESKTOP", number);
 }
 
 TwoScreens::TwoScreens(X11Connection& connection) : connection_(connection) {

@@ -37,8 +37,6 @@ class WindowBelow {
  private:
   QRect place();
   void countEvents();
-  void tellWindowManager(xcb_window_t window, std::string_view message, std::uint32_t first,
-                         std::uint32_t second = 0);
 
   std::unique_ptr<linux_host::X11Connection> connection_ = linux_host::X11Connection::open();
   xcb_window_t window_;

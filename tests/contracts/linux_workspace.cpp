@@ -1,11 +1,8 @@
 // The applications of a real X11 desktop, and a desktop that is missing or goes away.
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
-#include <fstream>
 #include <list>
-#include <sstream>
 
+#include "contracts/environment_variable.h"
 #include "contracts/linux_x11_host.h"
 #include "contracts/workspace_contract.h"
 
@@ -29,8 +26,7 @@ class LinuxWorkspace final : public LinuxX11Host<WorkspaceHost> {
   }
   std::list<OtherApplication> applications_;
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, WorkspaceContract, (onX11<WorkspaceHost, LinuxWorkspace>()),
-                         hostName<WorkspaceHost>);
+INSTANTIATE_TEST_SUITE_P(RealDesktop, WorkspaceContract, hostedBy<LinuxWorkspace>());
 
 // --- Real applications ---
 
@@ -59,20 +55,10 @@ class RealApplicationsTest : public testing::Test {
   void paste(std::string_view text) {
     host_.desktop().pasteboard().clearContents();
     ASSERT_TRUE(host_.desktop().pasteboard().setString(text));
-    KeyPoster& poster = host_.desktop().keyPoster();
-    poster.post(keys::command, KeyDirection::down, event_flags::command, 0);
-    poster.post(keys::v, KeyDirection::down, event_flags::command, 0);
-    host_.runFor(std::chrono::milliseconds(20));
-    poster.post(keys::v, KeyDirection::up, event_flags::command, 0);
-    poster.post(keys::command, KeyDirection::up, 0, 0);
+    EXPECT_TRUE(postChord(host_, host_.desktop().keyPoster(), keys::v));
   }
-  std::string file() const {
-    std::ifstream stream(path().toStdString());
-    std::stringstream content;
-    content << stream.rdbuf();
-    return content.str();
-  }
-  QString path() const { return folder_.filePath("text.txt"); }
+  FilePath path() const { return folder_.path() / "text.txt"; }
+  std::string file() const { return contentsOf(path()); }
   void controlAnd(std::int64_t keyCode) {
     host_.keyboard.change(keys::control, KeyDirection::down);
     host_.keyboard.change(keyCode, KeyDirection::down);
@@ -84,13 +70,13 @@ class RealApplicationsTest : public testing::Test {
     process_.waitForFinished();
   }
 
-  QTemporaryDir folder_;
+  TemporaryFolder folder_;
   Host host_;
   QProcess process_;
 };
 
 TEST_F(RealApplicationsTest, AnEditorIsKnownByItsDesktopEntryAndReceivesAPaste) {
-  const auto editor = launch("mousepad", {path()});
+  const auto editor = launch("mousepad", {path().c_str()});
   ASSERT_TRUE(editor);
   EXPECT_EQ(editor->bundleIdentifier, "org.xfce.mousepad") << "it is not in the table";
   EXPECT_EQ(editor->localizedName, "Mousepad");
@@ -110,11 +96,13 @@ TEST_F(RealApplicationsTest, AnEditorIsKnownByItsDesktopEntryAndReceivesAPaste) 
 }
 
 TEST_F(RealApplicationsTest, ATerminalIsKnownByTheTableAndReceivesAPaste) {
-  const auto terminal = launch("xterm", {"-u8", "-e", "sh", "-c", "cat >'" + path() + "'"});
+  const auto terminal =
+      launch("xterm", {"-u8", "-e", "sh", "-c", QString("cat >'%1'").arg(path().c_str())});
   ASSERT_TRUE(terminal);
   EXPECT_EQ(terminal->bundleIdentifier, "com.apple.Terminal");
   // The program in the terminal runs: the terminal listens.
-  ASSERT_TRUE(host_.runUntil([&] { return QFile::exists(path()); }, std::chrono::seconds(20)));
+  ASSERT_TRUE(
+      host_.runUntil([&] { return std::filesystem::exists(path()); }, std::chrono::seconds(20)));
   paste("Pasted into a real terminal\n");
   EXPECT_TRUE(host_.runUntil([&] { return file() == "Pasted into a real terminal\n"; },
                              std::chrono::seconds(20)))
@@ -124,28 +112,17 @@ TEST_F(RealApplicationsTest, ATerminalIsKnownByTheTableAndReceivesAPaste) {
 
 // --- A desktop that is missing, bare or gone ---
 
-class DisplayVariable {
- public:
-  explicit DisplayVariable(const QByteArray& display) : before_(qgetenv("DISPLAY")) {
-    qputenv("DISPLAY", display);
-  }
-  ~DisplayVariable() { qputenv("DISPLAY", before_); }
-
- private:
-  QByteArray before_;
-};
-
 TEST(X11DesktopTest, WithoutADisplayThereIsASentence) {
   LinuxContractHost<ContractHost> host;
   LinesLog log;
   {
-    const DisplayVariable none("");
+    const EnvironmentVariable none("DISPLAY", "");
     const auto opened = linux_host::X11Desktop::open({host.mainThread(), log, {}, {}});
     EXPECT_FALSE(opened.desktop);
     EXPECT_EQ(opened.refusal,
               "Quillo needs an X11 desktop, and there is none: DISPLAY is not set.");
   }
-  const DisplayVariable missing(":12345");
+  const EnvironmentVariable missing("DISPLAY", ":12345");
   const auto opened = linux_host::X11Desktop::open({host.mainThread(), log, {}, {}});
   EXPECT_FALSE(opened.desktop);
   EXPECT_EQ(opened.refusal, "Quillo cannot reach the X11 desktop at display :12345.");
@@ -155,7 +132,7 @@ TEST(X11DesktopTest, WorksWithoutAWindowManagerAndOutlivesItsServer) {
   QProcess server;
   server.start("Xvfb", {"-displayfd", "1", "-nolisten", "tcp"});
   ASSERT_TRUE(server.waitForReadyRead(20'000));
-  const DisplayVariable bare(":" + server.readLine().trimmed());
+  const EnvironmentVariable bare("DISPLAY", (":" + server.readLine().trimmed()).constData());
 
   LinuxContractHost<ContractHost> host;
   LinesLog log;

@@ -14,8 +14,6 @@ namespace {
 using linux_host::owned;
 using linux_host::X11Connection;
 
-constexpr auto startLimit = std::chrono::seconds(10);
-
 const char* argumentOf(OtherApplication::Kind kind) {
   switch (kind) {
     case OtherApplication::Kind::editor:
@@ -28,10 +26,10 @@ const char* argumentOf(OtherApplication::Kind kind) {
   return "";
 }
 
-// Looks until `holds`; other processes tell nobody.
-template <class Condition>
-bool lookUntil(const Condition& holds) {
-  const MonotonicTime end = linux_host::monotonicNow() + startLimit;
+}  // namespace
+
+bool lookUntil(const std::function<bool()>& holds) {
+  const MonotonicTime end = linux_host::monotonicNow() + std::chrono::seconds(10);
   while (!holds()) {
     if (linux_host::monotonicNow() > end) return false;
     std::this_thread::yield();
@@ -39,7 +37,27 @@ bool lookUntil(const Condition& holds) {
   return true;
 }
 
-}  // namespace
+std::optional<xcb_window_t> focusedWindow(X11Connection& connection) {
+  const auto focus = owned(
+      xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+  const auto active = connection.word(connection.root(), "_NET_ACTIVE_WINDOW");
+  return focus && active == focus->focus ? active : std::nullopt;
+}
+
+void tellWindowManager(X11Connection& connection, xcb_window_t window, std::string_view message,
+                       std::uint32_t first, std::uint32_t second) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = connection.atom(message);
+  event.data.data32[0] = first;
+  event.data.data32[1] = second;
+  xcb_send_event(connection.get(), 0, connection.root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  connection.flush();
+}
 
 OtherApplication::OtherApplication(X11Connection& connection, const std::string& name, Kind kind)
     : connection_(connection) {
@@ -61,27 +79,14 @@ void OtherApplication::quit() {
 }
 
 bool OtherApplication::isInFront() {
-  const auto active = connection_.word(connection_.root(), "_NET_ACTIVE_WINDOW");
-  if (!active) return false;
-  const auto process = connection_.word(*active, "_NET_WM_PID");
-  if (process != static_cast<std::uint32_t>(this->process())) return false;
-  window_ = *active;
-  const auto focus = owned(xcb_get_input_focus_reply(
-      connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
-  return focus && focus->focus == window_;
+  const auto focused = focusedWindow(connection_);
+  if (!focused || connection_.word(*focused, "_NET_WM_PID") != process_.processId()) return false;
+  window_ = *focused;
+  return true;
 }
 
 void OtherApplication::focus() {
-  xcb_client_message_event_t message{};
-  message.response_type = XCB_CLIENT_MESSAGE;
-  message.format = 32;
-  message.window = window_;
-  message.type = connection_.atom("_NET_ACTIVE_WINDOW");
-  message.data.data32[0] = 2;
-  xcb_send_event(connection_.get(), 0, connection_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&message));
-  connection_.flush();
+  tellWindowManager(connection_, window_, "_NET_ACTIVE_WINDOW", 2);
   EXPECT_TRUE(lookUntil([this] { return isInFront(); }));
 }
 

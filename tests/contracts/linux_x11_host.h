@@ -17,6 +17,17 @@
 
 namespace quillo::contracts {
 
+// Looks until `holds`, for ten seconds at most; other processes tell nobody.
+bool lookUntil(const std::function<bool()>& holds);
+
+// The window that has the focus by the server as well as by the window manager; each of them may be
+// ahead of the other.
+std::optional<xcb_window_t> focusedWindow(linux_host::X11Connection& connection);
+
+// A request of the user's to the window manager (EWMH).
+void tellWindowManager(linux_host::X11Connection& connection, xcb_window_t window,
+                       std::string_view message, std::uint32_t first, std::uint32_t second = 0);
+
 // Another program with a window, as a process of its own that ends with this object.
 class OtherApplication {
  public:
@@ -96,11 +107,6 @@ class LinuxKeyboardHost : public LinuxX11Host<Host> {
   std::unique_ptr<OtherApplication> editor_ =
       std::make_unique<OtherApplication>(this->otherProgram(), "editor");
 };
-
-template <class Host, class Made>
-auto onX11() {
-  return testing::Values(HostFactory<Host>{"X11", [] { return std::make_unique<Made>(); }});
-}
 
 // A chord as another program grabs it.
 std::shared_ptr<void> grabElsewhere(linux_host::X11Connection& connection, std::uint32_t keyCode,

@@ -48,6 +48,16 @@ class PanelsHost : public ContractHost {
   virtual void press(KeyEquivalent key) = 0;
 };
 
+// A click that is known to be over, since the panel or what is below has seen it.
+inline bool clickReachesPanel(PanelsHost& host, const TestContent& content, Point point) {
+  const std::size_t before = content.pressed().size();
+  const int beforeBelow = host.clicksOfProgram();
+  host.click(point);
+  EXPECT_TRUE(host.runUntil(
+      [&] { return content.pressed().size() > before || host.clicksOfProgram() > beforeBelow; }));
+  return content.pressed().size() > before;
+}
+
 class PanelsContract : public PortContract<PanelsHost> {
  protected:
   static constexpr Rect place{{200, 100}, {300, 80}};
@@ -59,14 +69,8 @@ class PanelsContract : public PortContract<PanelsHost> {
     return *panel_;
   }
   const std::vector<std::string>& pressed() const { return content_.pressed(); }
-  // A click that is known to be over, since a later one has arrived as well.
   bool clickReachesPanel(Point point) {
-    const std::size_t before = pressed().size();
-    const int beforeBelow = host().clicksOfProgram();
-    host().click(point);
-    EXPECT_TRUE(host().runUntil(
-        [&] { return pressed().size() > before || host().clicksOfProgram() > beforeBelow; }));
-    return pressed().size() > before;
+    return contracts::clickReachesPanel(host(), content_, point);
   }
 
   TestContent content_;

@@ -26,9 +26,7 @@ class SimulatedAudioEngines final : public SimulatedHost<AudioEngineHost> {
  private:
   std::map<std::string, simulated::Microphone*> plugged_;
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, AudioEngineContract,
-                         (onSimulatedDesktop<AudioEngineHost, SimulatedAudioEngines>()),
-                         hostName<AudioEngineHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, AudioEngineContract, hostedBy<SimulatedAudioEngines>());
 
 class SimulatedAudioFiles final : public SimulatedHost<AudioFileHost> {
  public:
@@ -44,9 +42,7 @@ class SimulatedAudioFiles final : public SimulatedHost<AudioFileHost> {
       desktop_.files().setFull(false);
   }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, AudioFileContract,
-                         (onSimulatedDesktop<AudioFileHost, SimulatedAudioFiles>()),
-                         hostName<AudioFileHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, AudioFileContract, hostedBy<SimulatedAudioFiles>());
 
 }  // namespace
 }  // namespace quillo::contracts

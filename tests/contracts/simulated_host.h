@@ -19,10 +19,4 @@ class SimulatedHost : public Host {
   simulated::SimulatedDesktop desktop_;
 };
 
-template <class Host, class Simulated>
-auto onSimulatedDesktop() {
-  return testing::Values(
-      HostFactory<Host>{"SimulatedDesktop", [] { return std::make_unique<Simulated>(); }});
-}
-
 }  // namespace quillo::contracts

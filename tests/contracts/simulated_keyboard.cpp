@@ -33,17 +33,13 @@ class SimulatedEventMonitors final : public SimulatedKeyboardHost<EventMonitorsH
     return static_cast<int>(std::ranges::count(keys, KeyEvent::Type::keyDown, &KeyEvent::type));
   }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract,
-                         (onSimulatedDesktop<EventMonitorsHost, SimulatedEventMonitors>()),
-                         hostName<EventMonitorsHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract, hostedBy<SimulatedEventMonitors>());
 
 class SimulatedHIDKeyboards final : public SimulatedKeyboardHost<HIDKeyboardsHost> {
  public:
   HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract,
-                         (onSimulatedDesktop<HIDKeyboardsHost, SimulatedHIDKeyboards>()),
-                         hostName<HIDKeyboardsHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract, hostedBy<SimulatedHIDKeyboards>());
 
 class SimulatedHotKeys final : public SimulatedKeyboardHost<HotKeysHost> {
  public:
@@ -53,9 +49,7 @@ class SimulatedHotKeys final : public SimulatedKeyboardHost<HotKeysHost> {
     return desktop_.hotKeys().takeByAnotherProgram(keyCode, modifiers);
   }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, HotKeysContract,
-                         (onSimulatedDesktop<HotKeysHost, SimulatedHotKeys>()),
-                         hostName<HotKeysHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, HotKeysContract, hostedBy<SimulatedHotKeys>());
 
 class SimulatedKeyPoster final : public SimulatedKeyboardHost<KeyPosterHost> {
  public:
@@ -71,9 +65,7 @@ class SimulatedKeyPoster final : public SimulatedKeyboardHost<KeyPosterHost> {
   }
   void setSecureInput(bool enabled) override { desktop_.keyboard().setSecureInput(enabled); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, KeyPosterContract,
-                         (onSimulatedDesktop<KeyPosterHost, SimulatedKeyPoster>()),
-                         hostName<KeyPosterHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, KeyPosterContract, hostedBy<SimulatedKeyPoster>());
 
 }  // namespace
 }  // namespace quillo::contracts

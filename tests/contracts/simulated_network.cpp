@@ -51,9 +51,7 @@ class SimulatedURLSessions final : public SimulatedHost<URLSessionHost> {
  private:
   simulated::ScriptedNetwork& network() { return desktop_.network(); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, URLSessionContract,
-                         (onSimulatedDesktop<URLSessionHost, SimulatedURLSessions>()),
-                         hostName<URLSessionHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, URLSessionContract, hostedBy<SimulatedURLSessions>());
 
 }  // namespace
 }  // namespace quillo::contracts

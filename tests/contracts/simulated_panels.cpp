@@ -57,12 +57,8 @@ class SimulatedStatusItemHost final : public SimulatedHost<StatusItemHost> {
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Simulated, PanelsContract,
-                         (onSimulatedDesktop<PanelsHost, SimulatedPanelsHost>()),
-                         hostName<PanelsHost>);
-INSTANTIATE_TEST_SUITE_P(Simulated, StatusItemContract,
-                         (onSimulatedDesktop<StatusItemHost, SimulatedStatusItemHost>()),
-                         hostName<StatusItemHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, PanelsContract, hostedBy<SimulatedPanelsHost>());
+INSTANTIATE_TEST_SUITE_P(Simulated, StatusItemContract, hostedBy<SimulatedStatusItemHost>());
 
 }  // namespace
 }  // namespace quillo::contracts

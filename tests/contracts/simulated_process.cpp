@@ -11,17 +11,13 @@ class SimulatedMainThread final : public SimulatedHost<MainThreadHost> {
   // Everything is on one thread here.
   void elsewhere(const std::function<void()>& work) override { work(); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, MainThreadContract,
-                         (onSimulatedDesktop<MainThreadHost, SimulatedMainThread>()),
-                         hostName<MainThreadHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, MainThreadContract, hostedBy<SimulatedMainThread>());
 
 class SimulatedSerialQueues final : public SimulatedHost<SerialQueueHost> {
  public:
   SerialQueues& queues() override { return desktop_.queues(); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, SerialQueueContract,
-                         (onSimulatedDesktop<SerialQueueHost, SimulatedSerialQueues>()),
-                         hostName<SerialQueueHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, SerialQueueContract, hostedBy<SimulatedSerialQueues>());
 
 }  // namespace
 }  // namespace quillo::contracts

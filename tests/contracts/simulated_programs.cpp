@@ -24,9 +24,7 @@ class SimulatedWorkspaceHost final : public SimulatedHost<WorkspaceHost> {
  private:
   std::map<std::int32_t, Program*> programs_;
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, WorkspaceContract,
-                         (onSimulatedDesktop<WorkspaceHost, SimulatedWorkspaceHost>()),
-                         hostName<WorkspaceHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, WorkspaceContract, hostedBy<SimulatedWorkspaceHost>());
 
 class SimulatedPasteboard final : public SimulatedHost<PasteboardHost> {
  public:
@@ -54,9 +52,7 @@ class SimulatedPasteboard final : public SimulatedHost<PasteboardHost> {
  private:
   Program& other_ = desktop_.workspace().launch({"com.example.other", "Other"});
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, PasteboardContract,
-                         (onSimulatedDesktop<PasteboardHost, SimulatedPasteboard>()),
-                         hostName<PasteboardHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, PasteboardContract, hostedBy<SimulatedPasteboard>());
 
 }  // namespace
 }  // namespace quillo::contracts

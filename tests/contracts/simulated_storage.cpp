@@ -17,18 +17,14 @@ class SimulatedFiles final : public SimulatedHost<FileManagerHost> {
       desktop_.files().setFull(false);
   }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, FileManagerContract,
-                         (onSimulatedDesktop<FileManagerHost, SimulatedFiles>()),
-                         hostName<FileManagerHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, FileManagerContract, hostedBy<SimulatedFiles>());
 
 class SimulatedUserDefaults final : public SimulatedHost<UserDefaultsHost> {
  public:
   UserDefaults& store() override { return desktop_.userDefaults(); }
   void restart() override { desktop_.userDefaults().reload(); }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, UserDefaultsContract,
-                         (onSimulatedDesktop<UserDefaultsHost, SimulatedUserDefaults>()),
-                         hostName<UserDefaultsHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, UserDefaultsContract, hostedBy<SimulatedUserDefaults>());
 
 class SimulatedKeychain final : public SimulatedHost<KeychainHost> {
  public:
@@ -38,9 +34,7 @@ class SimulatedKeychain final : public SimulatedHost<KeychainHost> {
     return true;
   }
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, KeychainContract,
-                         (onSimulatedDesktop<KeychainHost, SimulatedKeychain>()),
-                         hostName<KeychainHost>);
+INSTANTIATE_TEST_SUITE_P(Simulated, KeychainContract, hostedBy<SimulatedKeychain>());
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -31,22 +31,12 @@ class WorkspaceContract : public PortContract<WorkspaceHost> {
   }
 };
 
-TEST_P(WorkspaceContract, TheFrontmostApplicationFollowsTheUserAndItsName) {
-  const std::int32_t letter = host().launch("letter");
-  ASSERT_TRUE(runUntilInFront(letter));
-  EXPECT_EQ(workspace().frontmostApplication()->localizedName, "letter");
-  EXPECT_TRUE(workspace().frontmostApplication()->bundleIdentifier);
-  const std::int32_t table = host().launch("table");
-  ASSERT_TRUE(runUntilInFront(table));
-  EXPECT_EQ(workspace().frontmostApplication()->localizedName, "table");
-  host().focus(letter);
-  EXPECT_TRUE(runUntilInFront(letter));
-}
-
-TEST_P(WorkspaceContract, ActivationBringsAnApplicationToTheFrontAndIsTold) {
+TEST_P(WorkspaceContract, TheFrontmostApplicationFollowsTheUserAndActivationsAndIsTold) {
   const std::int32_t letter = host().launch("letter");
   ASSERT_TRUE(runUntilInFront(letter));
   const RunningApplication letterApplication = *workspace().frontmostApplication();
+  EXPECT_EQ(letterApplication.localizedName, "letter");
+  EXPECT_TRUE(letterApplication.bundleIdentifier);
   std::vector<std::int32_t> told;
   auto observation = workspace().observeActivation([&](const RunningApplication& application) {
     told.push_back(application.processIdentifier);
@@ -54,6 +44,7 @@ TEST_P(WorkspaceContract, ActivationBringsAnApplicationToTheFrontAndIsTold) {
   const std::int32_t table = host().launch("table");
   ASSERT_TRUE(host().runUntil([&] { return told.size() == 1; }));
   EXPECT_EQ(told.back(), table);
+  EXPECT_EQ(workspace().frontmostApplication()->localizedName, "table");
 
   EXPECT_TRUE(workspace().activate(letterApplication));
   ASSERT_TRUE(runUntilInFront(letter));

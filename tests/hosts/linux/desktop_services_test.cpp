@@ -1,4 +1,4 @@
-// The program towards the desktop: questions, windows, opening things, the session and the machine.
+// The program towards the desktop: windows, opening things, the session and the machine.
 #include <gmock/gmock.h>
 
 #include <QApplication>
@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "base/identifiers.h"
 #include "contracts/environment_variable.h"
@@ -14,7 +13,6 @@
 #include "hosts/linux/autostart_login_item.h"
 #include "hosts/linux/bundle.h"
 #include "hosts/linux/linux_machine.h"
-#include "hosts/linux/qt_alerts.h"
 #include "hosts/linux/qt_application.h"
 #include "hosts/linux/xdg_opener.h"
 
@@ -25,59 +23,8 @@ using contracts::ContractHost;
 using contracts::EnvironmentVariable;
 using contracts::LinuxContractHost;
 using contracts::TemporaryFolder;
-using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-// A panel without a window, whose controls the test presses.
-class BarePanels final : public Panels {
- public:
-  std::unique_ptr<Panel> make(PanelDescription, PanelContent& content) override {
-    shown = &content;
-    return std::make_unique<BarePanel>();
-  }
-  PanelContent* shown = nullptr;
-
- private:
-  class BarePanel final : public Panel {
-   public:
-    bool isVisible() const override { return true; }
-    void orderFrontRegardless() override {}
-    void makeKeyAndOrderFront() override {}
-    void orderOut() override {}
-    Rect frame() const override { return {}; }
-    void setFrameOrigin(Point) override {}
-    void setContentSize(Size) override {}
-    Size fittingSize() const override { return {}; }
-    void setMouseEvents(MouseEvents) override {}
-    void setAlpha(double) override {}
-    void fadeOut(Duration, std::function<void()>) override {}
-  };
-};
-
-class NoScreens final : public Screens {
- public:
-  std::vector<Screen> screens() const override { return {}; }
-  std::optional<Screen> mainScreen() const override { return std::nullopt; }
-};
-
-TEST(QtAlerts, GiveThePressedButtonWhileTimersGoOn) {
-  LinuxContractHost<ContractHost> host;
-  BarePanels panels;
-  NoScreens screens;
-  QtAlerts alerts(panels, screens);
-  const Alerts::Alert question{
-      "New: edit any text, anywhere", "Turn it on?", {"Turn it on", "Not now"}};
-  for (const std::size_t button : {0u, 1u}) {
-    host.mainThread().callAfter(milliseconds(20), [&] {
-      EXPECT_THAT(panels.shown->texts(), testing::Contains(question.messageText));
-      for (const PanelControl& control : panels.shown->controls())
-        if (control.name == question.buttons[button]) return control.press();
-      ADD_FAILURE() << "no such button";
-    });
-    EXPECT_EQ(alerts.runModal(question), button);
-  }
-}
 
 TEST(QtApplication, TellsItsWindowsAndEndsThroughItsCallback) {
   LinuxContractHost<ContractHost> host;
@@ -153,9 +100,8 @@ TEST(AutostartLoginItem, IsAnEntryThatTheUserMaySwitchOff) {
   EXPECT_EQ(item.unregisterItem(), std::nullopt) << "what is not there is no failure";
   EXPECT_EQ(item.registerItem(), std::nullopt);
   EXPECT_TRUE(item.isEnabled());
-  std::ostringstream text;
-  text << std::ifstream(entry).rdbuf();
-  EXPECT_THAT(text.str(), HasSubstr("\nExec=\"/opt/my \\\\\"tools\\\\\"/100%%/\\\\$quillo\"\n"));
+  EXPECT_THAT(contracts::contentsOf(entry),
+              HasSubstr("\nExec=\"/opt/my \\\\\"tools\\\\\"/100%%/\\\\$quillo\"\n"));
   std::ofstream(entry, std::ios::app) << "Hidden=true\n";
   EXPECT_FALSE(item.isEnabled());
   EXPECT_EQ(item.registerItem(), std::nullopt);

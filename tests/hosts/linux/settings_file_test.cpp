@@ -5,7 +5,6 @@
 
 #include <csignal>
 #include <fstream>
-#include <sstream>
 
 #include "contracts/environment_variable.h"
 #include "contracts/linux_contract_host.h"
@@ -15,18 +14,13 @@
 namespace quillo::linux_host {
 namespace {
 
+using contracts::contentsOf;
 using contracts::EnvironmentVariable;
 using contracts::LinesLog;
 using contracts::TemporaryFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-std::string contentsOf(const FilePath& path) {
-  std::ostringstream contents;
-  contents << std::ifstream(path).rdbuf();
-  return contents.str();
-}
 
 class SettingsFile : public testing::Test {
  protected:
