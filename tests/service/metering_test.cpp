@@ -113,77 +113,39 @@ TEST(Metering, CharactersAreCountedByTheMonth) {
   Meter meter;
   const Caller ada = account("ada", "laptop");
   meter.metering.countCharacters(ada, 1000);
-  try {
-    meter.metering.demandCharacters(ada);
-    FAIL() << "nothing is left";
-  } catch (const ServiceError& error) {
-    EXPECT_EQ(encodeJson(error.reply().body),
-              R"({"error":"Plan limit reached","limitType":"monthlyChars",)"
-              R"("message":"Your account has used all 1000 characters for this month. )"
-              R"(Upgrade your plan or try again next month.","limitScope":"account"})");
-  }
+  EXPECT_THROW(meter.metering.demandCharacters(ada), ServiceError);
   EXPECT_EQ(meter.refusal(ada, 1), "");  // minutes are another allowance
   meter.clock.advance(std::chrono::hours(24 * 28));
   meter.metering.demandCharacters(ada);
   EXPECT_EQ(meter.metering.report(ada).remainingCharacters, 1000);
 }
 
-TEST(Usage, IsReportedInTheOrderOfItsFields) {
-  RunningService service;
-  const Answer session = service.signUp("ada@example.com");
-  const Identity ada = service.identity(session, "qd_ada", "HARDWARE");
-  ASSERT_EQ(service.transform(ada, {{"text", "a naïve café"}}).body["charactersUsed"], 12);
-
-  std::string keys;
-  const Answer usage = service.usage(ada);
-  for (const auto& [key, value] : usage.body.items()) keys += key + " ";
-  EXPECT_EQ(keys,
-            "userId deviceId plan dailyMinutes monthlyChars limits remainingMinutes "
-            "remainingChars isGuest updatedAt accountDailyMinutes accountMonthlyChars "
-            "deviceDailyMinutes deviceMonthlyChars hasDeviceCap ");
-  EXPECT_EQ(usage.body["monthlyChars"], 12);
-  EXPECT_EQ(usage.body["deviceMonthlyChars"], 12);
-  EXPECT_EQ(usage.body["remainingChars"], 199'988);
-  EXPECT_EQ(usage.at("updatedAt"), "2026-03-04T09:15:02Z");
-
-  const Answer visiting = service.usage(guest("qd_other", "HARDWARE"));
-  EXPECT_EQ(visiting.body["remainingChars"], 199'988);
-  EXPECT_FALSE(visiting.body.contains("accountDailyMinutes"));
-}
-
-TEST(Usage, DictatedTextWasMeteredAsSpeechAndReachedLimitsSayWhose) {
+TEST(Usage, CountsTypedCharactersAndReachedLimitsSayWhose) {
   ServiceOptions options = testOptions();
-  options.freeMonthlyCharacters = 10;
+  options.freeMonthlyCharacters = 12;
   RunningService service(options);
   const Identity ada = service.identity(service.signUp("ada@example.com"), "qd_a", "LAPTOP");
+  // Dictated text was metered as speech.
   const Answer spoken =
       service.transform(ada, {{"text", "a dictated sentence"}, {"inputAlreadyMetered", true}});
   EXPECT_EQ(spoken.body["charactersUsed"], 0);
-  EXPECT_EQ(service.transform(ada, {{"text", "ten letter"}}).status, 200);
+  EXPECT_EQ(service.transform(ada, {{"text", "a naïve café"}}).body["charactersUsed"], 12);
+  const Answer usage = service.usage(ada);
+  EXPECT_EQ(usage.body["accountMonthlyChars"], 12);
+  EXPECT_EQ(usage.body["deviceMonthlyChars"], 12);
+  EXPECT_EQ(usage.body["remainingChars"], 0);
+  EXPECT_FALSE(service.usage(guest("qd_b", "LAPTOP")).body.contains("accountDailyMinutes"));
 
   const Answer refused = service.transform(ada, {{"text", "more"}});
   EXPECT_EQ(refused.status, 429);
+  EXPECT_EQ(refused.at("limitType"), "monthlyChars");
   EXPECT_EQ(refused.at("limitScope"), "account");
   const Answer here = service.transform(guest("qd_b", "LAPTOP"), {{"text", "more"}});
-  EXPECT_EQ(here.status, 429);
   EXPECT_EQ(here.at("limitScope"), "device");
-  EXPECT_EQ(service.transform(guest("qd_b", "TABLET"), {{"text", "more"}}).status, 200);
   // What cannot be done is not counted.
   EXPECT_EQ(service.transform(guest("qd_c"), {{"text", "hallo"}, {"inputLanguage", "de"}}).status,
             422);
   EXPECT_EQ(service.usage(guest("qd_c")).body["monthlyChars"], 0);
-}
-
-TEST(Configuration, OffersThePlansThatAreMetered) {
-  RunningService service;
-  const Answer config = service.get("/functions/v1/get-config");
-  ASSERT_EQ(config.status, 200);
-  EXPECT_EQ(config.at("defaultPlan"), "free");
-  const Json& free = config.body["plans"][0];
-  const Json limits = service.usage(guest("qd_a")).body["limits"];
-  EXPECT_EQ(free["id"], "free");
-  EXPECT_EQ(free["limits_daily_minutes"], limits["dailyMinutes"]);
-  EXPECT_EQ(free["limits_monthly_chars"], limits["monthlyChars"]);
 }
 
 TEST(Feedback, IsKeptWhenItSaysSomething) {
@@ -193,16 +155,9 @@ TEST(Feedback, IsKeptWhenItSaysSomething) {
             {"requestType", "Issue"},
             {"app", "Quillo Mac 1.0 (1)"},
             {"os", "Debian"}};
-  const std::string path = "/functions/v1/submit-feedback";
-  EXPECT_EQ(service.post(path, body).status, 200);
-  EXPECT_EQ(service.post(path, body, RunningService::headersOf(guest("qd_a"))).status, 200);
-  EXPECT_EQ(
-      service.post(path, body, {{"X-Quillo-API-Key", "x"}, {"X-Quillo-Device-ID", "y"}}).status,
-      401);
+  EXPECT_EQ(service.post("/functions/v1/submit-feedback", body).status, 200);
   body["message"] = " \n";
-  EXPECT_EQ(service.post(path, body).status, 400);
-  body.erase("os");
-  EXPECT_EQ(service.post(path, body).status, 400);
+  EXPECT_EQ(service.post("/functions/v1/submit-feedback", body).status, 400);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "service/running_service.h"
 #include "service/service_error.h"
 #include "service/speech.h"
-#include "service/utterances.h"
 #include "service/vocabulary.h"
 
 namespace quillo::service {
@@ -72,35 +71,29 @@ TEST(Recogniser, LearnsAHundredWordsAndAHundredMore) {
   EXPECT_EQ(recogniser.transcribe(recordedSpeech("cards/001.wav"), {}), "ten of clubs");
 }
 
-TEST(Transcribe, CountsASessionOnceAndRefusesItWhenTheMinutesAreUsedUp) {
-  ServiceOptions options = testOptions();
-  options.freeDailyMinutes = 0;
-  RunningService broke(options);
-  const Answer refused = broke.transcribe(guest("qd_ada"), wav(recordedSpeech("cards/001.wav")));
-  EXPECT_EQ(refused.status, 429);
-  EXPECT_EQ(refused.at("limitType"), "dailyMinutes");
-  EXPECT_EQ(refused.at("limitScope"), "device");
-
+TEST(Transcribe, CountsASessionOnceAndRefusesItWithoutMinutes) {
   RunningService service;
   const Identity ada = guest("qd_ada");
   const Samples clubs = recordedSpeech("cards/001.wav");
   const Samples hearts = recordedSpeech("cards/003.wav");
-  const auto chunk = [&](const Samples& samples, const char* index) {
-    return service
-        .transcribe(ada, wav(samples),
-                    {{"sessionId", "S", ""},
-                     {"segmentIndex", index, ""},
-                     {"segmentKind", "chunk", ""},
-                     {"previousText", "and then", ""}})
-        .status;
+  const auto part = [&](const Samples& samples, const FormField& place, const char* kind) {
+    return service.transcribe(ada, wav(samples),
+                              {{"sessionId", "S", ""}, place, {"segmentKind", kind, ""}});
   };
-  EXPECT_EQ(chunk(clubs, "0"), 200);
-  EXPECT_EQ(chunk(hearts, "1"), 200);
+  EXPECT_EQ(part(clubs, {"segmentIndex", "0", ""}, "chunk").status, 200);
+  EXPECT_EQ(part(hearts, {"segmentIndex", "1", ""}, "chunk").status, 200);
   const double minutes = service.usage(ada).body["dailyMinutes"];
-  const Answer whole = service.transcribe(ada, wav(joinedSamples({clubs, hearts})),
-                                          {{"sessionId", "S", ""}, {"segmentKind", "full", ""}});
+  const Answer whole =
+      part(joinedSamples({clubs, hearts}), {"previousText", "and then", ""}, "full");
   EXPECT_EQ(whole.at("text"), "ten of clubs seven of clubs");
   EXPECT_NEAR(service.usage(ada).body["dailyMinutes"].get<double>(), minutes, 1e-6);
+
+  ServiceOptions options = testOptions();
+  options.freeDailyMinutes = 0;
+  RunningService broke(options);
+  const Answer refused = broke.transcribe(ada, wav(clubs));
+  EXPECT_EQ(refused.at("limitType"), "dailyMinutes");
+  EXPECT_EQ(refused.at("limitScope"), "device");
 }
 
 TEST(Transcribe, SharesALongRecordingAmongFreeRecognisers) {
@@ -116,48 +109,32 @@ TEST(Transcribe, SharesALongRecordingAmongFreeRecognisers) {
             "ten of clubs seven of clubs ten of clubs seven of clubs");
 }
 
-TEST(Transcribe, RefusesFormsThatAreNotComplete) {
+TEST(Transcribe, RefusesIncompleteFormsAndWhatIsNotARecording) {
   RunningService service;
   const Identity ada = guest("qd_ada");
   const std::string file = wav(silence(0.1));
   const std::vector<std::pair<std::vector<FormField>, int>> cases{
       {{{"language", "de", ""}}, 422},
-      {{{"language", "Klingonese", ""}}, 400},
       {{{"segmentKind", "half", ""}, {"sessionId", "S", ""}}, 400},
       {{{"segmentKind", "chunk", ""}, {"sessionId", "S", ""}}, 400},
       {{{"segmentKind", "chunk", ""}, {"segmentIndex", "0", ""}}, 400},
-      {{{"segmentKind", "chunk", ""}, {"sessionId", "S", ""}, {"segmentIndex", "-1", ""}}, 400},
       {{{"segmentKind", "chunk", ""}, {"sessionId", "S", ""}, {"segmentIndex", "1x", ""}}, 400},
-      {{{"segmentKind", "full", ""}, {"sessionId", std::string(201, 'S'), ""}}, 400},
   };
   for (const auto& [fields, status] : cases)
-    EXPECT_EQ(service.transcribe(ada, file, fields).status, status) << fields.front().content;
-
+    EXPECT_EQ(service.transcribe(ada, file, fields).status, status) << fields.back().content;
   httplib::Client client = service.client();
   const auto headers = RunningService::key(RunningService::headersOf(ada));
-  const auto post = [&](const httplib::MultipartFormDataItems& items) {
-    return client.Post(path, headers, items)->status;
-  };
-  EXPECT_EQ(post({{"file", file, "a.wav", ""}}), 400);
-  EXPECT_EQ(post({{"durationMinutes", "1.0", "", ""}}), 400);
-  EXPECT_EQ(post({{"file", file, "a.wav", ""}, {"durationMinutes", "nan", "", ""}}), 400);
-  EXPECT_EQ(post({{"file", file, "a.wav", ""}, {"durationMinutes", "-1", "", ""}}), 400);
+  const httplib::MultipartFormDataItems endless{{"file", file, "a.wav", ""},
+                                                {"durationMinutes", "nan", "", ""}};
+  EXPECT_EQ(client.Post(path, headers, endless)->status, 400);
   EXPECT_EQ(client.Post(path, headers, "{}", "application/json")->status, 400);
-}
 
-TEST(Transcribe, RefusesWhatIsNotARecording) {
-  RunningService service;
-  std::string playlist = "#EXTM3U\n#EXTINF:1,\nfile:///etc/hostname\n";
   for (const std::string& junk :
-       {std::string("hello"), std::string(5000, '\0'), playlist, wav({})}) {
-    const Answer answer = service.transcribe(guest("qd_ada"), junk);
-    EXPECT_EQ(answer.status, 422) << junk.substr(0, 20);
-    EXPECT_FALSE(answer.at("message").empty());
-  }
-  const Answer tooLong = service.transcribe(guest("qd_ada"), wav(silence(606)));
-  EXPECT_EQ(tooLong.status, 413);
-  EXPECT_EQ(tooLong.at("message"), "The recording is too large: the plan allows 600 seconds.");
-  EXPECT_EQ(service.usage(guest("qd_ada")).body["dailyMinutes"], 0.0);
+       {std::string("hello"), std::string("#EXTM3U\nfile:///etc/hostname\n"), wav({})})
+    EXPECT_EQ(service.transcribe(ada, junk).status, 422) << junk.substr(0, 20);
+  EXPECT_EQ(service.transcribe(ada, wav(silence(606))).at("message"),
+            "The recording is too large: the plan allows 600 seconds.");
+  EXPECT_EQ(service.usage(ada).body["dailyMinutes"], 0.0);
 }
 
 TEST(AudioDecoder, BringsEveryRateToSixteenKilohertzWithoutLosingTheEnd) {
@@ -193,20 +170,6 @@ TEST(AudioDecoder, SurvivesDamageAndStopsAtTheLongestRecording) {
   EXPECT_LT(decodeAudio(wav(silence(30)), 10).seconds(), 12);
 }
 
-TEST(Utterances, AreCutAtTheQuietestMoment) {
-  EXPECT_TRUE(utterances({}).empty());
-  const Samples brief = noise(30);
-  EXPECT_EQ(utterances(brief).size(), 1u);
-
-  const Samples pause = joinedSamples({noise(20), silence(0.5), noise(25)});
-  const auto pieces = utterances(pause);
-  ASSERT_EQ(pieces.size(), 2u);
-  const double cut = static_cast<double>(pieces[0].size()) / Audio::sampleRate;
-  EXPECT_GT(cut, 20.0);
-  EXPECT_LT(cut, 20.5);
-  EXPECT_EQ(pieces[0].size() + pieces[1].size(), pause.size());
-}
-
 TEST(RecogniserPool, BoundsTheQueueAndGivesEachItsTurn) {
   Pronunciation pronunciation;
   RecogniserPool none(1, 0, pronunciation);
@@ -226,17 +189,13 @@ TEST(RecogniserPool, BoundsTheQueueAndGivesEachItsTurn) {
 
 TEST(Vocabulary, IsPartedByCommasAndSpokenByItsLetters) {
   EXPECT_EQ(vocabularyFrom(" Ada , ,New York,"), (std::vector<std::string>{"Ada", "New York"}));
-  EXPECT_EQ(vocabularyFrom(std::string(500, ',') + "a").size(), 1u);
   EXPECT_EQ(wordsOf({"New York", "new", "New Jersey's", "B2B"}),
             (std::vector<std::string>{"New", "York", "new", "Jersey's"}));
-
   Pronunciation pronunciation;
   EXPECT_EQ(pronunciation.phones("Debian"), "D IH B IY AH N");
   EXPECT_EQ(pronunciation.phones("USB"), "Y UW EH S B IY");
-  EXPECT_EQ(pronunciation.phones("AA"), "EY EY");
-  for (const char* mute : {"", "42", "ñandú", "a b", "'"})
+  for (const std::string& mute : {std::string("42"), std::string("ñandú"), std::string(1000, 'a')})
     EXPECT_EQ(pronunciation.phones(mute), "");
-  EXPECT_EQ(pronunciation.phones(std::string(1000, 'a')), "");
 }
 
 }  // namespace
