@@ -214,10 +214,4 @@ bool LoopbackServer::pause(Duration duration) {
   return !ending_.wait_for(lock, duration, [this] { return isEnding_; });
 }
 
-SilentPort::SilentPort() : socket_(boundSocket()) {}
-
-std::string SilentPort::address() const {
-  return rootOf(portOf(socket_));
-}
-
 }  // namespace quillo::contracts

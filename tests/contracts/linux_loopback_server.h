@@ -56,14 +56,4 @@ class LoopbackServer {
   std::jthread acceptor_;
 };
 
-// A port of loopback on which nobody listens, and nobody will.
-class SilentPort {
- public:
-  SilentPort();
-  std::string address() const;
-
- private:
-  linux_host::FileDescriptor socket_;
-};
-
 }  // namespace quillo::contracts

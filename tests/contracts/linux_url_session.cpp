@@ -11,7 +11,7 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
  public:
   URLSessions& sessions() override { return sessions_; }
   std::string server() override { return server_.address(); }
-  std::string nobody() override { return nobody_.address(); }
+  std::string nobody() override { return "http://127.0.0.1:1"; }
   void serve(const std::string& path, Served served) override {
     server_.serve(path, std::move(served));
   }
@@ -21,7 +21,6 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
 
  private:
   LoopbackServer server_;
-  SilentPort nobody_;
   linux_host::CurlURLSessions sessions_;
 };
 
