@@ -7,7 +7,6 @@ namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 using testing::ElementsAre;
 
 TEST(ProgramTest, TheLaunchTriesEveryRouteInItsOrderAndTheEndGivesTheChordsBack) {
@@ -40,18 +39,6 @@ TEST(ProgramTest, TheLaunchTriesEveryRouteInItsOrderAndTheEndGivesTheChordsBack)
                          "[hotkey] failed to register id=4 status=-9878", noKeyboards));
   EXPECT_EQ(desktop.permissions().listenEventRequests(), 6);  // each start asks again
   EXPECT_TRUE(desktop.panels().showing("⌃G is already in use — pick another in Settings"));
-}
-
-TEST(ProgramTest, SettingsReachTheShortcutsAsTheyAreAssigned) {
-  SimulatedProgram world;
-  world.program->appState().activationMode = "hold";
-  world.pressToggle();
-  world.desktop.runFor(3s);
-  EXPECT_EQ(world.program->dictation().statusText.get(), "Ready");  // the chord is unbound
-  world.program->appState().activationMode = "toggle";
-  world.program->appState().toggleShortcut = "fn";
-  world.desktop.keyboard().tap({Key::function});
-  EXPECT_TRUE(world.runUntilStatus("Listening"));
 }
 
 TEST(ProgramTest, TheMenuOpensTheLogAndMakesItsFileFirst) {

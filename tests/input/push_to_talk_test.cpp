@@ -19,20 +19,6 @@ class PushToTalkTest : public InputTest {
   const std::vector<Key> controlOption_{Key::control, Key::option};
 };
 
-TEST_F(PushToTalkTest, AnotherModifierEndsTheHoldAndItsReleaseBeginsANewOne) {
-  holdWith("ctrl_opt");
-  recording_ = true;
-  hold(controlOption_, 100ms);
-  hold({Key::shift}, 1s);
-  EXPECT_THAT(asked(), IsEmpty());
-  letGo({Key::shift}, 249ms);
-  EXPECT_THAT(asked(), IsEmpty());
-  desktop_.runFor(1s);
-  EXPECT_THAT(asked(), ElementsAre("begin"));
-  hold({Key::shift}, 0ms);
-  EXPECT_THAT(asked(), ElementsAre("stop after start", "end"));
-}
-
 TEST_F(PushToTalkTest, ChangesOfTheSettingsEndAHold) {
   holdWith("ctrl_opt");
   hold(controlOption_, 1s);
