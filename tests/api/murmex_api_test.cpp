@@ -77,7 +77,7 @@ std::string formFile(const std::string& filename, const std::string& type,
 TEST_F(MurmexAPITest, ARecordingIsSentWithExactlyTheFieldsThatItHas) {
   const Bytes audio("\0\r\n--", 5);
   EXPECT_EQ(formOf({.audioData = audio,
-                    .filename = "part-2.m4a",
+                    .filename = "part-2.wav",
                     .language = "auto",
                     .durationMinutes = 0.125,
                     .vocabulary = {" Quillo ", "\n", "naïve"},
@@ -85,27 +85,19 @@ TEST_F(MurmexAPITest, ARecordingIsSentWithExactlyTheFieldsThatItHas) {
                     .segmentIndex = 2,
                     .segmentKind = "chunk",
                     .previousText = "and then"}),
-            formFile("part-2.m4a", "audio/mp4", audio) + formField("durationMinutes", "0.125") +
+            formFile("part-2.wav", "audio/wav", audio) + formField("durationMinutes", "0.125") +
                 formField("language", "auto") + formField("vocabulary", "Quillo, naïve") +
                 formField("sessionId", "S") + formField("segmentIndex", "2") +
                 formField("segmentKind", "chunk") + formField("previousText", "and then") +
                 "--B--\r\n");
-  EXPECT_EQ(formOf({.filename = "all.m4a",
-                    .language = "de",
-                    .durationMinutes = 1.0 / 60,
-                    .sessionId = "S",
-                    .segmentKind = "full"}),
-            formFile("all.m4a", "audio/mp4", "") +
-                formField("durationMinutes", "0.016666666666666666") + formField("language", "de") +
-                formField("sessionId", "S") + formField("segmentKind", "full") + "--B--\r\n");
   EXPECT_EQ(
-      formOf({.filename = "old.wav",
+      formOf({.filename = "all.m4a",
               .durationMinutes = 2,
               .vocabulary = {" ", "\t\n"},
               .sessionId = "",
               .segmentKind = "",
               .previousText = ""}),
-      formFile("old.wav", "audio/wav", "") + formField("durationMinutes", "2.0") + "--B--\r\n");
+      formFile("all.m4a", "audio/mp4", "") + formField("durationMinutes", "2.0") + "--B--\r\n");
 }
 
 TEST_F(MurmexAPITest, HeadersSayWhoAsksInOrder) {
@@ -205,7 +197,7 @@ TEST_F(MurmexAPITest, EveryFaultIsInTheSystemLog) {
                           "[Quillo] get-usage HTTP 429. Body: " + std::string(300, 'x')));
 }
 
-TEST_F(MurmexAPITest, CancellationEndsTheTransferOrTheWaitAtOnce) {
+TEST_F(MurmexAPITest, ATransferEndsWithItsCancellationOrItsTimeLimit) {
   network_.reply("/get-config", simulated::Stall{});
   auto transfer = start(desktop_.mainThread(), api_.getConfig("d"));
   desktop_.runFor(1s);
@@ -219,17 +211,16 @@ TEST_F(MurmexAPITest, CancellationEndsTheTransferOrTheWaitAtOnce) {
   wait.cancel();
   EXPECT_THROW(desktop_.await(wait.value()), CancellationError);
   EXPECT_EQ(network_.requestsTo("/get-config").size(), 2u);
-}
 
-TEST_F(MurmexAPITest, ARecordingMayTakeLonger) {
   network_.handle("/transcribe", [](const RecordedRequest&) { return simulated::Stall{}; });
+  const MonotonicTime begin = desktop_.now();
   errorOf(api_.transcribe({.identity = ada}));
-  EXPECT_EQ(desktop_.now(), MonotonicTime{3 * 90s + 1800ms});
+  EXPECT_EQ(desktop_.now() - begin, 3 * 90s + 1800ms);  // a recording may take longer
 }
 
 TEST_F(MurmexAPITest, AReplyThatIsNotTheRecordIsADecodingError) {
-  for (const char* body : {"<html>It works</html>", "[]", R"({"text":"cut o)", R"({"text":"a"})",
-                           R"({"text":"a","duration":"1"})", R"({"text":null,"duration":1})"}) {
+  for (const char* body :
+       {"<html>It works</html>", R"({"text":"a"})", R"({"text":"a","duration":"1"})"}) {
     network_.reply("/transcribe", Reply{.body = body});
     EXPECT_THROW(desktop_.await(api_.transcribe({.identity = ada})), DecodingError) << body;
   }

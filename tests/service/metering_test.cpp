@@ -148,17 +148,5 @@ TEST(Usage, CountsTypedCharactersAndReachedLimitsSayWhose) {
   EXPECT_EQ(service.usage(guest("qd_c")).body["monthlyChars"], 0);
 }
 
-TEST(Feedback, IsKeptWhenItSaysSomething) {
-  RunningService service;
-  Json body{{"message", "It works."},
-            {"mode", "feedback"},
-            {"requestType", "Issue"},
-            {"app", "Quillo Mac 1.0 (1)"},
-            {"os", "Debian"}};
-  EXPECT_EQ(service.post("/functions/v1/submit-feedback", body).status, 200);
-  body["message"] = " \n";
-  EXPECT_EQ(service.post("/functions/v1/submit-feedback", body).status, 400);
-}
-
 }  // namespace
 }  // namespace quillo::service

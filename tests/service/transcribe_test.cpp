@@ -30,19 +30,11 @@ TEST(Transcribe, HearsPeople) {
   const Answer recorded = service.transcribe(ada, m4a(somewhere), {{"language", "auto", ""}});
   EXPECT_EQ(recorded.at("text"), "go somewhere and do something");
 
+  EXPECT_EQ(service.transcribe(ada, wav(noise(2))).at("text"), "");
   // No request leaves a trace in the one after it.
   EXPECT_EQ(service.transcribe(ada, wav(clubs)).at("text"), "ten of clubs");
-  const double heard = (2 * 1.0954 + 2.999) / 60;
+  const double heard = (2 * 1.0954 + 2.999 + 2) / 60;
   EXPECT_NEAR(service.usage(ada).body["dailyMinutes"].get<double>(), heard, 0.005);
-}
-
-TEST(Transcribe, GivesNoTextForSilenceAndNoise) {
-  RunningService service;
-  for (const Samples& samples : {silence(2), noise(2), silence(0.02)}) {
-    const Answer answer = service.transcribe(guest("qd_ada"), wav(samples));
-    EXPECT_EQ(answer.status, 200);
-    EXPECT_EQ(answer.at("text"), "");
-  }
 }
 
 TEST(Transcribe, LearnsTheUsersOwnWords) {
