@@ -22,30 +22,6 @@ TEST_F(DictationFlow, ThePanelStaysAShortWhileAndTheUsageIsAskedForAgain) {
   EXPECT_THAT(desktop.network().requestsTo("/get-usage"), SizeIs(2)) << "at launch, and after";
 }
 
-TEST_F(DictationFlow, TheTransformIsFilledFromTheSettings) {
-  state.inputLanguage = "auto";
-  state.outputLanguage = "de";
-  state.transformMode = "polish";
-  state.tone = "friendly";
-  state.formatStyle = "bullets";
-  state.addVocabularyTerm("Quillo");
-  state.addReplacementRule("quill oh", "Quillo");
-  state.addReplacementRule("ada", "Ada Lovelace");
-  state.addGlossaryEntry("meeting", "Besprechung");
-  state.addSnippet("my sign off", "Best, A.");
-  dictate("Quill oh meeting with ADA my sign off");
-  EXPECT_EQ(encodeJson(transformBody(0)),
-            R"({"text":"Quillo meeting with Ada Lovelace Best, A.","transformMode":"improve",)"
-            R"("tone":"friendly","readingLevel":"standard","targetLanguage":"de",)"
-            R"("inputLanguage":"auto","accuracyMode":"balanced","inputAlreadyMetered":true,)"
-            R"("preserveTerms":["Best, A.","Quillo","Ada Lovelace"],)"
-            R"("glossary":[{"from":"meeting","to":"Besprechung"}],)"
-            R"("format":"bullets","appContext":"com.example.notes"})");
-  EXPECT_EQ(formField(transcriptions().at(0), "vocabulary"),
-            "Quillo, Ada Lovelace, meeting, Besprechung, my sign off");
-  EXPECT_EQ(formField(transcriptions().at(0), "language"), "auto");
-}
-
 TEST_F(DictationFlow, InFrontOfThisProgramsOwnWindowTheLastOtherOneIsMeant) {
   auto& browser = desktop.workspace().launch({"com.example.browser", "Browser"});
   desktop.workspace().focus(desktop.workspace().self());
@@ -56,39 +32,44 @@ TEST_F(DictationFlow, InFrontOfThisProgramsOwnWindowTheLastOtherOneIsMeant) {
 
 // --- Starts ---
 
-TEST_F(DictationFlow, TwoStartsThatWaitForThePermissionBecomeOneRecording) {
-  using Decision = simulated::SwitchedPermissions::Decision;
-  desktop.permissions().setMicrophone(Decision::undecided);
-  desktop.permissions().answerMicrophoneQuestion(Decision::allowed, 2s);
-  desktop.voice().speak(10s);
-  toggle();
-  desktop.runFor(1s);
-  toggle();
-  desktop.runFor(5s);
-  EXPECT_TRUE(dictation.isRecording);
-  EXPECT_THAT(recordings(), SizeIs(2)) << "a session file and its segment";
-  EXPECT_THAT(desktop.sounds().names(), ElementsAre("Tink")) << "nothing began anew";
-  finish();
-  EXPECT_EQ(editor.editor().text(), "hello there");
-}
-
-TEST_F(DictationFlow, FourSilentAttemptsAreAFailure) {
-  desktop.audioDevices().builtInMicrophone().setDead(true);
-  const MonotonicTime begin = desktop.now();
-  toggle();
-  desktop.runUntil([this] { return !panel.requests.empty(); });
-  EXPECT_EQ(desktop.now() - begin, 4 * 350ms + 3 * 200ms);
-  EXPECT_EQ(dictation.statusText.get(), "Could not start recording");
-  EXPECT_EQ(errorLine(), "Failed to start microphone recording.");
-  EXPECT_EQ(panel.last(), "hide after 3.00");
-  EXPECT_THAT(logged(),
-              ElementsAre("recording start attempt 1 captured no audio; retrying",
-                          "recording start attempt 2 captured no audio; retrying",
-                          "recording start attempt 3 captured no audio; retrying",
-                          "recording start attempt 4 captured no audio; retrying",
-                          "recording start failed: Failed to start microphone recording."));
-  EXPECT_THAT(desktop.sounds().names(), IsEmpty());
-  orphanedRecordings = 4;
+TEST(DictationStarts, TwoAtOnceBecomeOneRecording) {
+  const struct {
+    const char* name;
+    void (*arrange)(simulated::SimulatedDesktop&);
+    Duration apart;
+    std::size_t goLive;  // each is heard; the later one takes the place of the other
+  } starts[] = {
+      {"both wait for the permission",
+       [](simulated::SimulatedDesktop& desktop) {
+         using Decision = simulated::SwitchedPermissions::Decision;
+         desktop.permissions().setMicrophone(Decision::undecided);
+         desktop.permissions().answerMicrophoneQuestion(Decision::allowed, 2s);
+       },
+       1s, 1},
+      {"both wait for sound", [](simulated::SimulatedDesktop&) {}, 60ms, 2},
+      {"the second overtakes the first",
+       [](simulated::SimulatedDesktop& desktop) {
+         desktop.audioDevices().builtInMicrophone().refuseStart("busy", 1);
+       },
+       60ms, 1},
+  };
+  for (const auto& [name, arrange, apart, goLive] : starts) {
+    SCOPED_TRACE(name);
+    DictationWorld world;
+    arrange(world.desktop);
+    world.desktop.voice().speak(10s);
+    world.toggle();
+    world.desktop.runFor(apart);
+    world.toggle();
+    world.desktop.runFor(5s);
+    EXPECT_TRUE(world.dictation.isRecording);
+    EXPECT_EQ(world.desktop.audioSystem().runningEngines(), 1);
+    EXPECT_THAT(world.recordings(), SizeIs(2)) << "a session file and its segment";
+    EXPECT_THAT(world.desktop.sounds().names(), SizeIs(goLive)) << "nothing began anew";
+    world.finish();
+    EXPECT_EQ(world.editor.editor().text(), "hello there");
+    EXPECT_THAT(world.recordings(), IsEmpty());
+  }
 }
 
 TEST_F(DictationFlow, ASlowMicrophoneHas350Milliseconds) {
@@ -96,30 +77,6 @@ TEST_F(DictationFlow, ASlowMicrophoneHas350Milliseconds) {
   microphone.setFirstBufferDelay(260ms);  // and 85 ms for the buffer
   dictate("just in time");
   EXPECT_THAT(logged(), IsEmpty());
-}
-
-TEST_F(DictationFlow, TwoTogglesAtOnceLeaveOneRecordingAndNoOrphan) {
-  desktop.voice().speak(10s);
-  toggle();
-  desktop.runFor(60ms);
-  toggle();
-  desktop.runFor(2s);
-  EXPECT_TRUE(dictation.isRecording);
-  EXPECT_EQ(desktop.audioSystem().runningEngines(), 1);
-  finish();
-  EXPECT_EQ(editor.editor().text(), "hello there");
-}
-
-TEST_F(DictationFlow, ASlowerStartLeavesTheLiveRecordingAlone) {
-  desktop.audioDevices().builtInMicrophone().refuseStart("busy", 1);
-  desktop.voice().speak(10s);
-  toggle();  // tries again after 200 ms
-  desktop.runFor(60ms);
-  toggle();  // live after 100 ms
-  desktop.runFor(2s);
-  EXPECT_THAT(desktop.sounds().names(), ElementsAre("Tink"));
-  finish();
-  EXPECT_EQ(editor.editor().text(), "hello there");
 }
 
 TEST_F(DictationFlow, QuietSpeechIsAmplifiedInDiscreetMode) {
@@ -136,37 +93,7 @@ TEST_F(DictationFlow, QuietSpeechIsAmplifiedInDiscreetMode) {
   EXPECT_NEAR(levelWhileSpeaking(), 0.599f, 0.01);  // 8 dB more
 }
 
-// --- Hold ---
-
-TEST_F(DictationFlow, AHoldRecordsUntilItEnds) {
-  desktop.voice().speak(5s);
-  dictation.beginHoldRecording();
-  dictation.beginHoldRecording();
-  desktop.runFor(2s);
-  dictation.beginHoldRecording();
-  EXPECT_TRUE(dictation.isRecording);
-  dictation.endHoldRecording();
-  dictation.endHoldRecording();
-  desktop.runTurns();
-  waitUntilProcessed();
-  EXPECT_EQ(editor.editor().text(), "hello there");
-  EXPECT_THAT(transcriptions(), SizeIs(1));
-}
-
 // --- The end of a recording ---
-
-TEST_F(DictationFlow, TenMinutesAreTheLimitOfEveryPlan) {
-  desktop.userDefaults().setInteger("plan.maxRecordingSeconds", 60);
-  record(599s);
-  EXPECT_TRUE(dictation.isRecording);
-  desktop.runFor(950ms);
-  EXPECT_EQ(dictation.statusText.get(), "10-min limit reached");
-  EXPECT_TRUE(dictation.isRecording);
-  desktop.runFor(1s);
-  EXPECT_FALSE(dictation.isRecording);
-  waitUntilProcessed();
-  EXPECT_THAT(editor.editor().text(), HasSubstr("hello there"));
-}
 
 TEST_F(DictationFlow, WhoStopsAtTheLimitKeepsTheNextRecording) {
   record(599950ms);
@@ -276,43 +203,7 @@ TEST_F(DictationFlow, RetrySendsTheKeptFileToTheLastApplication) {
 
 // --- Cancel ---
 
-class CancelFlow : public DictationFlow {
- protected:
-  // Cancels when the status reads so, and waits for the end.
-  void cancelAt(const std::string& status) {
-    record(2s);
-    toggle();
-    ASSERT_TRUE(desktop.runUntil([&] { return dictation.statusText.get() == status; }, 1min));
-    desktop.runFor(10ms);
-    dictation.cancelProcessing();
-    waitUntilProcessed();
-  }
-  void expectCancelled() {
-    EXPECT_EQ(dictation.statusText.get(), "Ready");
-    EXPECT_EQ(dictation.lastError.get(), std::nullopt);
-    EXPECT_EQ(panel.last(), "hide");
-    EXPECT_TRUE(dictation.canRetryLast);
-    EXPECT_EQ(editor.editor().text(), "");
-    EXPECT_THAT(logged(), ElementsAre("processing cancelled from the HUD",
-                                      "processing cancelled; audio kept for retry"));
-  }
-};
-
-TEST_F(CancelFlow, WhileARequestWaitsToBeRepeated) {
-  desktop.network().reply("/transcribe", Reply{.status = 503});
-  cancelAt("Transcribing");
-  expectCancelled();
-}
-
-TEST_F(CancelFlow, WhileVerifying) {
-  state.outputLanguage = "de";
-  state.validateTranslation = true;
-  cancelAt("Verifying");
-  expectCancelled();
-  EXPECT_THAT(review.requests, IsEmpty());
-}
-
-TEST_F(CancelFlow, OutsideProcessingIsNothing) {
+TEST_F(DictationFlow, ACancelOutsideProcessingIsNothing) {
   dictation.cancelProcessing();
   record(1s);
   dictation.cancelProcessing();

@@ -102,7 +102,7 @@ std::optional<std::string> formField(const RecordedRequest& request, const std::
 void DictationFlow::TearDown() {
   settle();
   const std::size_t kept = dictation.lastFailedRecording() ? 1 : 0;
-  EXPECT_EQ(recordings().size(), kept + orphanedRecordings);
+  EXPECT_EQ(recordings().size(), kept);
   EXPECT_EQ(dictation.canRetryLast.get(), kept == 1);
   EXPECT_FALSE(dictation.isRecording || dictation.isProcessing);
   EXPECT_EQ(desktop.newLiveFrames(), 0);

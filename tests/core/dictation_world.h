@@ -119,9 +119,6 @@ std::optional<std::string> formField(const RecordedRequest& request, const std::
 class DictationFlow : public testing::Test, public DictationWorld {
  protected:
   void TearDown() override;
-
-  // Files that a rule of the scenario leaves behind.
-  std::size_t orphanedRecordings = 0;
 };
 
 }  // namespace quillo

@@ -27,21 +27,16 @@ class RollingFlow : public DictationFlow {
   }
 };
 
-TEST_F(RollingFlow, SegmentsAreSentWithTheSettingsOfTheirMoment) {
+TEST_F(RollingFlow, SegmentsHaveTheSettingsOfTheirMomentAndTheWholeFileTheirSession) {
   state.addVocabularyTerm("Quillo");
-  recordTwoSegments();
-  state.inputLanguage = "de";
-  state.dictionaryVocabulary.removeEntry(0);
-  finish();
-  EXPECT_THAT(fieldOfAll("language"), ElementsAre("en-US", "de"));
-  EXPECT_THAT(fieldOfAll("vocabulary"), ElementsAre("Quillo", std::nullopt));
-}
-
-TEST_F(RollingFlow, TheWholeFileAfterSegmentsBelongsToTheirSession) {
   hears(" ");
   recordTwoSegments();
   statusTexts.clear();
+  state.inputLanguage = "de";
+  state.dictionaryVocabulary.removeEntry(0);
   finish();
+  EXPECT_THAT(fieldOfAll("language"), ElementsAre("en-US", "de", "de"));
+  EXPECT_THAT(fieldOfAll("vocabulary"), ElementsAre("Quillo", std::nullopt, std::nullopt));
   const auto session = formField(transcriptions().at(0), "sessionId");
   EXPECT_THAT(session.value(), SizeIs(36));
   EXPECT_THAT(fieldOfAll("sessionId"), ElementsAre(session, session, session));

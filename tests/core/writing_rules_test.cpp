@@ -55,14 +55,6 @@ TEST(ReplacementRulesTest, MatchesInsideTextOfScriptsWithoutWordSpaces) {
   EXPECT_EQ(applyReplacements({rule("мир", "свет")}, "мирный мир"), "мирный свет");
 }
 
-TEST(ReplacementRulesTest, EachRuleWorksOnTheResultOfTheOneBefore) {
-  EXPECT_EQ(applyReplacements({rule("one", "two"), rule("two", "three")}, "one two"),
-            "three three");
-  EXPECT_EQ(applyReplacements({rule("two", "three"), rule("one", "two")}, "one two"), "two three");
-  EXPECT_EQ(applyReplacements({rule("a", "straße"), rule("strasse", "weg")}, "a, STRASSE"),
-            "weg, WEG");
-}
-
 TEST(ReplacementRulesTest, LeavesOutWhatCannotAct) {
   TextDictionary off = rule("cat", "dog");
   off["enabled"] = "false";

@@ -66,12 +66,6 @@ TEST_F(DictationHUDTest, ShowsAboveTheBottomOfTheScreenWhereTheUserTypes) {
   EXPECT_EQ(panels().made(), 1);
 }
 
-TEST_F(DictationHUDTest, TheProgramBelowKeepsTheFocus) {
-  simulated::Program& editor = desktop_.workspace().launch({"org.example.editor", "Editor"});
-  hud_.show();
-  EXPECT_EQ(desktop_.workspace().frontmost(), &editor);
-}
-
 TEST_F(DictationHUDTest, AShowEndsAPendingHideAndALaterHideReplacesAnEarlierOne) {
   hud_.hideAfter(1s);  // before anything was shown
   desktop_.runUntilIdle();
@@ -107,80 +101,80 @@ TEST_F(DictationHUDTest, HidingWithoutADelayWaitsForTheNextTurn) {
   EXPECT_FALSE(isShown());
 }
 
-TEST_F(DictationHUDTest, ADictationGoesThroughItsStates) {
-  const auto content = [this] { return hudContent(dictation_, shortcut_); };
-
-  dictation_.isRecording = true;
-  dictation_.statusText = "Listening";
+TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
+  const std::string error = "Request timed out. Please try again.";
+  struct State {
+    bool recording, processing;
+    std::optional<std::string> error;
+    bool canRetry;
+    DictationHUDContent content;
+    bool takesClicks;
+  };
+  using enum StateColor;
+  const State states[] = {
+      {true,
+       false,
+       {},
+       false,
+       {.symbol = "mic.fill", .color = red, .shortcutText = shortcut_, .showsMeter = true},
+       false},
+      {false, true, {}, false, {.symbol = "sparkles", .color = accent, .offersCancel = true}, true},
+      {false,
+       false,
+       {},
+       false,
+       {.symbol = "checkmark", .color = accent, .shortcutText = shortcut_},
+       false},
+      {false,
+       false,
+       error,
+       true,
+       {.symbol = "exclamationmark.triangle.fill",
+        .color = orange,
+        .detail = error,
+        .shortcutText = shortcut_,
+        .offersDismiss = true,
+        .offersRetry = true},
+       true},
+      // Work under way while an older failure stands.
+      {false,
+       true,
+       error,
+       true,
+       {.symbol = "sparkles",
+        .color = orange,
+        .detail = error,
+        .offersDismiss = true,
+        .offersCancel = true,
+        .offersRetry = true},
+       true},
+  };
   hud_.show();
-  EXPECT_EQ(content(), (DictationHUDContent{.symbol = "mic.fill",
-                                            .color = StateColor::red,
-                                            .statusText = "Listening",
-                                            .shortcutText = "Ctrl+Option+Space",
-                                            .showsMeter = true}));
-  EXPECT_FALSE(takesClicks());
-  EXPECT_THAT(panel().content().controls(), IsEmpty());
-
-  dictation_.isRecording = false;
-  dictation_.isProcessing = true;
-  dictation_.statusText = "Transcribing";
-  EXPECT_EQ(content(), (DictationHUDContent{.symbol = "sparkles",
-                                            .color = StateColor::accent,
-                                            .statusText = "Transcribing",
-                                            .offersCancel = true}));
-  EXPECT_TRUE(takesClicks());
-  EXPECT_FALSE(panel().shows("Ctrl+Option+Space"));
-  EXPECT_TRUE(panels().click("Cancel"));
-
-  dictation_.isProcessing = false;
-  dictation_.statusText = "Inserted";
-  EXPECT_EQ(content(), (DictationHUDContent{.symbol = "checkmark",
-                                            .color = StateColor::accent,
-                                            .statusText = "Inserted",
-                                            .shortcutText = "Ctrl+Option+Space"}));
-  EXPECT_FALSE(takesClicks());
-  EXPECT_FALSE(panels().click("Cancel"));
-  EXPECT_THAT(pressed_, ElementsAre("cancel"));
-}
-
-TEST_F(DictationHUDTest, AFailureOffersItsButtons) {
-  hud_.show();
-  dictation_.statusText = "Request timed out";
-  dictation_.lastError = "Request timed out. Please try again.";
-  EXPECT_EQ(hudContent(dictation_, "Fn"),
-            (DictationHUDContent{.symbol = "exclamationmark.triangle.fill",
-                                 .color = StateColor::orange,
-                                 .statusText = "Request timed out",
-                                 .detail = "Request timed out. Please try again.",
-                                 .shortcutText = "Fn",
-                                 .offersDismiss = true}));
-  EXPECT_TRUE(takesClicks());
-  EXPECT_FALSE(panels().click("Retry"));
-  dictation_.canRetryLast = true;
-  EXPECT_TRUE(panels().click("Retry"));
-  EXPECT_TRUE(panels().click("Dismiss"));
-  EXPECT_THAT(pressed_, ElementsAre("retry", "dismiss"));
-
-  // An error that has nothing to say keeps its symbol, but brings no row and no button.
-  dictation_.lastError = "";
-  EXPECT_EQ(hudContent(dictation_, "Fn").symbol, "exclamationmark.triangle.fill");
-  EXPECT_THAT(panel().content().controls(), IsEmpty());
-  EXPECT_FALSE(takesClicks());
-
-  // Work under way while an older failure stands.
-  dictation_.lastError = "The polish failed, so your words were inserted as spoken.";
-  dictation_.isProcessing = true;
-  const DictationHUDContent both = hudContent(dictation_, "Fn");
-  EXPECT_EQ(both.symbol, "sparkles");
-  EXPECT_EQ(both.color, StateColor::orange);
-  EXPECT_TRUE(both.offersDismiss && both.offersCancel && both.offersRetry);
+  for (const State& state : states) {
+    dictation_.isRecording = state.recording;
+    dictation_.isProcessing = state.processing;
+    dictation_.lastError = state.error;
+    dictation_.canRetryLast = state.canRetry;
+    dictation_.statusText = state.content.symbol;
+    DictationHUDContent expected = state.content;
+    expected.statusText = state.content.symbol;
+    EXPECT_EQ(hudContent(dictation_, shortcut_), expected) << expected.statusText;
+    EXPECT_EQ(takesClicks(), state.takesClicks) << expected.statusText;
+  }
+  for (const char* button : {"Retry", "Dismiss", "Cancel"}) EXPECT_TRUE(panels().click(button));
+  EXPECT_THAT(pressed_, ElementsAre("retry", "dismiss", "cancel"));
 
   // A failure text during a recording hides the meter.
   dictation_.isProcessing = false;
   dictation_.isRecording = true;
-  EXPECT_FALSE(hudContent(dictation_, "Fn").showsMeter);
-}
+  EXPECT_FALSE(hudContent(dictation_, shortcut_).showsMeter);
 
+  // An error that has nothing to say keeps its symbol, but brings no row and no button.
+  dictation_.isRecording = false;
+  dictation_.lastError = "";
+  EXPECT_EQ(hudContent(dictation_, shortcut_).symbol, "exclamationmark.triangle.fill");
+  EXPECT_THAT(panel().content().controls(), IsEmpty());
+}
 TEST_F(DictationHUDTest, TheChordIsTheOneOfTheLatestShow) {
   hud_.show();
   shortcut_ = "Hold Fn";

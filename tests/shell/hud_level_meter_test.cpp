@@ -53,15 +53,6 @@ TEST(HUDLevelMeterTest, TheColourRisesAtOnceAndFallsSlowly) {
   EXPECT_EQ(meter.barColor(ColorScheme::light), (Color{220, 38, 38}));
 }
 
-TEST(HUDLevelMeterTest, BarsShareTheRoom) {
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barWidth(94.5 + 64 * 2.5), 2.5);
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barWidth(100), 1.2);
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barHeight(0, 24), 1.5);
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barHeight(1, 24), 24);
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barHeight(0.5f, 24), 12.75);
-  EXPECT_DOUBLE_EQ(HUDLevelMeter::barHeight(1, 0), 1.5);
-}
-
 // Relative luminance and contrast as WCAG 2.1 defines them.
 double luminance(const Color& color) {
   const auto linear = [](std::uint8_t channel) {

@@ -148,17 +148,5 @@ TEST_F(MenuBarTest, ShowsTheAccount) {
   EXPECT_TRUE(item().choose("Sign in to dictate…"));
 }
 
-TEST_F(MenuBarTest, LeavesOutWhatTheProgramCannotDo) {
-  const auto nothing = [] {};
-  EXPECT_EQ(QuilloMenuBarContent{}.items({}).size(), 0u);
-  const auto menu =
-      QuilloMenuBarContent{.isSignedIn = true}.items({.toggleRecording = nothing, .quit = nothing});
-  ASSERT_EQ(menu.size(), 5u);
-  EXPECT_EQ(menu[0].title, "Start Dictation");
-  EXPECT_TRUE(menu[1].isSeparator());
-  EXPECT_EQ(menu[2].title, "Signed in");
-  EXPECT_EQ(menu[4].title, "Quit Quillo");
-}
-
 }  // namespace
 }  // namespace quillo
