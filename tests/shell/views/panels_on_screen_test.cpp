@@ -187,34 +187,23 @@ TEST_F(PanelsOnScreen, TheReviewIsDecidedByKeysAndGivesTheFocusBack) {
   EXPECT_EQ(decision(reviewing), ReviewDecision::insert);
   EXPECT_TRUE(runUntil([&] { return below_.hasFocus(); }));
 
-  reviewing = openReview();
-  host_.runFor(300ms);
-  press(spaceKey);  // no button has the focus yet
-  press(escapeKey);
-  EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
-
-  reviewing = openReview();
-  host_.runFor(300ms);
-  press(tabKey);
-  press(spaceKey);
-  EXPECT_EQ(decision(reviewing), ReviewDecision::reRecord);
-
-  reviewing = openReview();
-  host_.runFor(300ms);
-  press(tabKey);
-  press(tabKey);
-  press(spaceKey);
-  EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
-
-  reviewing = openReview();
-  host_.runFor(300ms);
-  press(tabKey);
-  press(returnKey);  // inserts, wherever the focus is
-  EXPECT_EQ(decision(reviewing), ReviewDecision::insert);
+  using enum ReviewDecision;
+  const std::pair<std::vector<std::int64_t>, ReviewDecision> decisions[] = {
+      {{spaceKey, escapeKey}, discard},  // no button has the focus yet
+      {{tabKey, spaceKey}, reRecord},
+      {{tabKey, tabKey, spaceKey}, discard},
+      {{tabKey, returnKey}, insert},  // wherever the focus is
+  };
+  for (const auto& [keys, expected] : decisions) {
+    reviewing = openReview();
+    host_.runFor(300ms);
+    for (const std::int64_t key : keys) press(key);
+    EXPECT_EQ(decision(reviewing), expected);
+  }
 
   reviewing = openReview();
   click("Discard");
-  EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
+  EXPECT_EQ(decision(reviewing), discard);
   EXPECT_TRUE(runUntil([&] { return below_.hasFocus(); }));
   EXPECT_EQ(below_.keys(), 0);
 }
