@@ -61,9 +61,9 @@ TEST_P(AudioEngineContract, TheVoiceArrivesInBuffersOfTheInputFormatAndProcessed
 
     EXPECT_THAT(heard.formats(), testing::ElementsAre(format));
     EXPECT_NEAR(heard.loudest(), -20, isProcessed ? 10 : 3);
+    if (isProcessed) continue;
     std::vector<std::size_t> sizes = heard.sizes();
     sizes.pop_back();  // the last one may be what was left
-    if (isProcessed) continue;
     EXPECT_THAT(sizes, testing::Each(testing::AllOf(testing::Ge(2048u), testing::Le(8192u))));
   }
   EXPECT_EQ(engine->setVoiceProcessingEnabled(false), std::nullopt);

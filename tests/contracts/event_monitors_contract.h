@@ -7,17 +7,7 @@
 
 namespace quillo::contracts {
 
-class EventMonitorsHost : public KeyboardHost {
- public:
-  virtual EventMonitors& eventMonitors() = 0;
-  // A window of this program comes to the front, or the editor again.
-  virtual void focusOwnWindow() = 0;
-  virtual void focusEditor() = 0;
-  // How many key-downs this program's window has received.
-  virtual int ownKeyDowns() = 0;
-};
-
-class EventMonitorsContract : public PortContract<EventMonitorsHost> {
+class EventMonitorsContract : public PortContract<KeyboardHost> {
  protected:
   std::shared_ptr<void> watch(KeyEvent::Type type, std::vector<KeyEvent>& seen) {
     auto monitor = host().eventMonitors().addGlobalMonitor(

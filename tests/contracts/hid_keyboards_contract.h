@@ -9,12 +9,7 @@
 
 namespace quillo::contracts {
 
-class HIDKeyboardsHost : public KeyboardHost {
- public:
-  virtual HIDKeyboards& hidKeyboards() = 0;
-};
-
-class HIDKeyboardsContract : public PortContract<HIDKeyboardsHost> {
+class HIDKeyboardsContract : public PortContract<KeyboardHost> {
  protected:
   using Value = std::tuple<std::uint32_t, std::uint32_t, bool>;  // page, usage, down
 

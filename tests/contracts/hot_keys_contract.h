@@ -5,15 +5,7 @@
 
 namespace quillo::contracts {
 
-class HotKeysHost : public KeyboardHost {
- public:
-  virtual HotKeys& hotKeys() = 0;
-  // Another program registers the chord, until the result is dropped; null when it is refused.
-  virtual std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                                     std::uint32_t modifiers) = 0;
-};
-
-class HotKeysContract : public PortContract<HotKeysHost> {
+class HotKeysContract : public PortContract<KeyboardHost> {
  protected:
   static constexpr std::uint32_t controlOption =
       hot_key_modifiers::control | hot_key_modifiers::option;

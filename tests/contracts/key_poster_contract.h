@@ -4,25 +4,10 @@
 #include <gmock/gmock.h>
 
 #include "contracts/keyboard_host.h"
-#include "platform/pasteboard.h"
 
 namespace quillo::contracts {
 
-class KeyPosterHost : public KeyboardHost {
- public:
-  virtual KeyPoster& keyPoster() = 0;
-  virtual KeyboardState& keyboardState() = 0;
-  virtual HotKeys& hotKeys() = 0;
-  virtual EventMonitors& eventMonitors() = 0;
-  virtual HIDKeyboards& hidKeyboards() = 0;
-  virtual Pasteboard& pasteboard() = 0;
-  // Puts the text into the editor and selects it.
-  virtual void selectInEditor(std::string_view text) = 0;
-  // The editor's program keeps the keyboard for itself, or stops doing so.
-  virtual void setSecureInput(bool enabled) = 0;
-};
-
-class KeyPosterContract : public PortContract<KeyPosterHost> {
+class KeyPosterContract : public PortContract<KeyboardHost> {
  protected:
   static constexpr std::int64_t marker = 5068849;
 

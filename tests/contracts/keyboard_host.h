@@ -7,6 +7,7 @@
 
 #include "contracts/contract_host.h"
 #include "platform/keyboard.h"
+#include "platform/pasteboard.h"
 
 namespace quillo::contracts {
 
@@ -45,14 +46,33 @@ inline bool postChord(ContractHost& host, KeyPoster& poster, std::int64_t keyCod
   return isPosted;
 }
 
-// Another program's editor is in front, empty.
+// A desktop with its ports for keys. Another program's editor is in front, empty.
 class KeyboardHost : public ContractHost {
  public:
+  virtual KeyPoster& keyPoster() = 0;
+  virtual KeyboardState& keyboardState() = 0;
+  virtual HotKeys& hotKeys() = 0;
+  virtual EventMonitors& eventMonitors() = 0;
+  virtual HIDKeyboards& hidKeyboards() = 0;
+  virtual Pasteboard& pasteboard() = 0;
+
   // Keys of the user.
   virtual void press(std::int64_t keyCode) = 0;
   virtual void release(std::int64_t keyCode) = 0;
 
   virtual std::string editorText() = 0;
+  // Puts the text into the editor and selects it.
+  virtual void selectInEditor(std::string_view text) = 0;
+  // The editor's program keeps the keyboard for itself, or stops doing so.
+  virtual void setSecureInput(bool enabled) = 0;
+  // Another program registers the chord, until the result is dropped; null when it is refused.
+  virtual std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                                     std::uint32_t modifiers) = 0;
+  // A window of this program comes to the front, or the editor again.
+  virtual void focusOwnWindow() = 0;
+  virtual void focusEditor() = 0;
+  // How many key-downs this program's window has received.
+  virtual int ownKeyDowns() = 0;
 
   void pressAll(const std::vector<std::int64_t>& chord) {
     for (const std::int64_t key : chord) press(key);

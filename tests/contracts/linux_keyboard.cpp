@@ -18,38 +18,6 @@ namespace {
 
 using linux_host::owned;
 
-class LinuxHotKeys final : public LinuxKeyboardHost<HotKeysHost> {
- public:
-  HotKeys& hotKeys() override { return desktop().hotKeys(); }
-  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                             std::uint32_t modifiers) override {
-    return grabElsewhere(otherProgram(), keyCode, modifiers);
-  }
-};
-INSTANTIATE_TEST_SUITE_P(RealDesktop, HotKeysContract, hostedBy<LinuxHotKeys>());
-
-class LinuxKeyPoster : public LinuxKeyboardHost<KeyPosterHost> {
- public:
-  KeyPoster& keyPoster() override { return desktop().keyPoster(); }
-  KeyboardState& keyboardState() override { return desktop().keyboardState(); }
-  HotKeys& hotKeys() override { return desktop().hotKeys(); }
-  EventMonitors& eventMonitors() override { return desktop().eventMonitors(); }
-  HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
-  Pasteboard& pasteboard() override { return desktop().pasteboard(); }
-  void selectInEditor(std::string_view text) override {
-    editor().command("text=" + std::string(text));
-    EXPECT_TRUE(runUntilEditorHolds(text));
-  }
-  void setSecureInput(bool enabled) override { editor().command(enabled ? "grab" : "ungrab"); }
-};
-INSTANTIATE_TEST_SUITE_P(RealDesktop, KeyPosterContract, hostedBy<LinuxKeyPoster>());
-
-class LinuxHIDKeyboards final : public LinuxKeyboardHost<HIDKeyboardsHost> {
- public:
-  HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
-};
-INSTANTIATE_TEST_SUITE_P(RealDesktop, HIDKeyboardsContract, hostedBy<LinuxHIDKeyboards>());
-
 class CountingWindow final : public QWindow {
  public:
   int keyDowns = 0;
@@ -60,19 +28,43 @@ class CountingWindow final : public QWindow {
   }
 };
 
-class LinuxEventMonitors final : public LinuxKeyboardHost<EventMonitorsHost> {
+class LinuxKeyboardHost final : public LinuxX11Host<KeyboardHost> {
  public:
+  KeyPoster& keyPoster() override { return desktop().keyPoster(); }
+  KeyboardState& keyboardState() override { return desktop().keyboardState(); }
+  HotKeys& hotKeys() override { return desktop().hotKeys(); }
   EventMonitors& eventMonitors() override { return desktop().eventMonitors(); }
+  HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
+  Pasteboard& pasteboard() override { return desktop().pasteboard(); }
+
+  void press(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::down); }
+  void release(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::up); }
+  std::string editorText() override { return editor_->text(); }
+  void selectInEditor(std::string_view text) override {
+    editor_->command("text=" + std::string(text));
+    EXPECT_TRUE(runUntilEditorHolds(text));
+  }
+  void setSecureInput(bool enabled) override { editor_->command(enabled ? "grab" : "ungrab"); }
+  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                             std::uint32_t modifiers) override {
+    return grabElsewhere(otherProgram(), keyCode, modifiers);
+  }
   void focusOwnWindow() override {
     window_.show();
     window_.requestActivate();
     EXPECT_TRUE(this->runUntil([this] { return hasOwnFocus(); }, std::chrono::seconds(10)));
   }
   void focusEditor() override {
-    editor().focus();
+    editor_->focus();
     EXPECT_TRUE(this->runUntil([this] { return !window_.isActive(); }, std::chrono::seconds(10)));
   }
   int ownKeyDowns() override { return window_.keyDowns; }
+
+  // Another kind of program is in front from now on.
+  void replaceEditor(const std::string& name, OtherApplication::Kind kind) {
+    editor_.reset();
+    editor_ = std::make_unique<OtherApplication>(otherProgram(), name, kind);
+  }
 
  private:
   // By Qt, too: it may be behind the others.
@@ -81,9 +73,15 @@ class LinuxEventMonitors final : public LinuxKeyboardHost<EventMonitorsHost> {
            focusedWindow(otherProgram()) == static_cast<xcb_window_t>(window_.winId());
   }
 
+  PhysicalKeyboard keyboard_{otherProgram()};
+  std::unique_ptr<OtherApplication> editor_ =
+      std::make_unique<OtherApplication>(otherProgram(), "editor");
   CountingWindow window_;
 };
-INSTANTIATE_TEST_SUITE_P(RealDesktop, EventMonitorsContract, hostedBy<LinuxEventMonitors>());
+INSTANTIATE_TEST_SUITE_P(RealDesktop, EventMonitorsContract, hostedBy<LinuxKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(RealDesktop, HIDKeyboardsContract, hostedBy<LinuxKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(RealDesktop, HotKeysContract, hostedBy<LinuxKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(RealDesktop, KeyPosterContract, hostedBy<LinuxKeyboardHost>());
 
 // --- What only X11 has ---
 
@@ -112,7 +110,7 @@ class X11KeyPosterTest : public testing::Test {
         ->owner;
   }
 
-  LinuxKeyPoster host_;
+  LinuxKeyboardHost host_;
 };
 
 TEST_F(X11KeyPosterTest, PastesInLayoutsWhereTheLettersLieElsewhereOrNowhere) {
@@ -176,7 +174,7 @@ TEST_F(X11KeyPosterTest, PastesAlsoWhenARepeatingChordHasTakenTheKeyboard) {
 }
 
 TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
-  LinuxHotKeys host;
+  LinuxKeyboardHost host;
   auto& other = host.otherProgram();
   int presses = 0;
   const auto registered =
@@ -199,7 +197,7 @@ TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
 }
 
 TEST(X11HotKeysTest, AChordThatAnotherProgramHoldsByXInputIsTaken) {
-  LinuxHotKeys host;
+  LinuxKeyboardHost host;
   auto& other = host.otherProgram();
   const xcb_keycode_t keycode = *linux_host::keycodeAtPosition(keys::g);
   const std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
@@ -233,7 +231,7 @@ void exchangeAltAndSuper(linux_host::X11Connection& connection) {
 }
 
 TEST(X11HotKeysTest, ChordsFollowTheLayout) {
-  LinuxHotKeys host;
+  LinuxKeyboardHost host;
   int presses = 0;
   const auto registered =
       host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::command, [&] { ++presses; });

@@ -89,25 +89,6 @@ class LinuxX11Host : public LinuxContractHost<Host> {
   std::unique_ptr<linux_host::X11Connection> otherProgram_ = linux_host::X11Connection::open();
 };
 
-template <class Host>
-class LinuxKeyboardHost : public LinuxX11Host<Host> {
- public:
-  void press(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::down); }
-  void release(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::up); }
-  std::string editorText() override { return editor().text(); }
-  OtherApplication& editor() { return *editor_; }
-  // Another kind of program is in front from now on.
-  void replaceEditor(const std::string& name, OtherApplication::Kind kind) {
-    editor_.reset();
-    editor_ = std::make_unique<OtherApplication>(this->otherProgram(), name, kind);
-  }
-
- private:
-  PhysicalKeyboard keyboard_{this->otherProgram()};
-  std::unique_ptr<OtherApplication> editor_ =
-      std::make_unique<OtherApplication>(this->otherProgram(), "editor");
-};
-
 // A chord as another program grabs it.
 std::shared_ptr<void> grabElsewhere(linux_host::X11Connection& connection, std::uint32_t keyCode,
                                     std::uint32_t modifiers);

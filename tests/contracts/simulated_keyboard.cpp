@@ -11,47 +11,7 @@ namespace {
 using simulated::Key;
 using simulated::Program;
 
-// An editor is in front, and the user has a keyboard.
-template <class Host>
-class SimulatedKeyboardHost : public SimulatedHost<Host> {
- public:
-  void press(std::int64_t keyCode) override { this->desktop_.keyboard().press(Key{keyCode}); }
-  void release(std::int64_t keyCode) override { this->desktop_.keyboard().release(Key{keyCode}); }
-  std::string editorText() override { return program_.editor().text(); }
-
- protected:
-  Program& program_ = this->desktop_.workspace().launch({"com.example.editor", "Editor"});
-};
-
-class SimulatedEventMonitors final : public SimulatedKeyboardHost<EventMonitorsHost> {
- public:
-  EventMonitors& eventMonitors() override { return desktop_.eventMonitors(); }
-  void focusOwnWindow() override { desktop_.workspace().focus(desktop_.workspace().self()); }
-  void focusEditor() override { desktop_.workspace().focus(program_); }
-  int ownKeyDowns() override {
-    const auto& keys = desktop_.workspace().self().receivedKeys();
-    return static_cast<int>(std::ranges::count(keys, KeyEvent::Type::keyDown, &KeyEvent::type));
-  }
-};
-INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract, hostedBy<SimulatedEventMonitors>());
-
-class SimulatedHIDKeyboards final : public SimulatedKeyboardHost<HIDKeyboardsHost> {
- public:
-  HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
-};
-INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract, hostedBy<SimulatedHIDKeyboards>());
-
-class SimulatedHotKeys final : public SimulatedKeyboardHost<HotKeysHost> {
- public:
-  HotKeys& hotKeys() override { return desktop_.hotKeys(); }
-  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                             std::uint32_t modifiers) override {
-    return desktop_.hotKeys().takeByAnotherProgram(keyCode, modifiers);
-  }
-};
-INSTANTIATE_TEST_SUITE_P(Simulated, HotKeysContract, hostedBy<SimulatedHotKeys>());
-
-class SimulatedKeyPoster final : public SimulatedKeyboardHost<KeyPosterHost> {
+class SimulatedKeyboardHost final : public SimulatedHost<KeyboardHost> {
  public:
   KeyPoster& keyPoster() override { return desktop_.keyPoster(); }
   KeyboardState& keyboardState() override { return desktop_.keyboardState(); }
@@ -59,13 +19,33 @@ class SimulatedKeyPoster final : public SimulatedKeyboardHost<KeyPosterHost> {
   EventMonitors& eventMonitors() override { return desktop_.eventMonitors(); }
   HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
   Pasteboard& pasteboard() override { return desktop_.pasteboard(); }
+
+  void press(std::int64_t keyCode) override { desktop_.keyboard().press(Key{keyCode}); }
+  void release(std::int64_t keyCode) override { desktop_.keyboard().release(Key{keyCode}); }
+  std::string editorText() override { return program_.editor().text(); }
   void selectInEditor(std::string_view text) override {
     program_.editor().setText(text);
     program_.editor().selectAll();
   }
   void setSecureInput(bool enabled) override { desktop_.keyboard().setSecureInput(enabled); }
+  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
+                                             std::uint32_t modifiers) override {
+    return desktop_.hotKeys().takeByAnotherProgram(keyCode, modifiers);
+  }
+  void focusOwnWindow() override { desktop_.workspace().focus(desktop_.workspace().self()); }
+  void focusEditor() override { desktop_.workspace().focus(program_); }
+  int ownKeyDowns() override {
+    const auto& keys = desktop_.workspace().self().receivedKeys();
+    return static_cast<int>(std::ranges::count(keys, KeyEvent::Type::keyDown, &KeyEvent::type));
+  }
+
+ private:
+  Program& program_ = desktop_.workspace().launch({"com.example.editor", "Editor"});
 };
-INSTANTIATE_TEST_SUITE_P(Simulated, KeyPosterContract, hostedBy<SimulatedKeyPoster>());
+INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract, hostedBy<SimulatedKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract, hostedBy<SimulatedKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(Simulated, HotKeysContract, hostedBy<SimulatedKeyboardHost>());
+INSTANTIATE_TEST_SUITE_P(Simulated, KeyPosterContract, hostedBy<SimulatedKeyboardHost>());
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "service/languages.h"
-#include "service/sentence_rules.h"
 #include "service/service_error.h"
 #include "service/subprocess.h"
 
@@ -141,17 +139,6 @@ TEST(TextTransform, TranslatesBothWaysAndSaysWhatItCannot) {
   request.promptUse = PromptUse::augment;
   request.prompt = "Make it rhyme";
   EXPECT_EQ(workshop(request), "Hello there my friend.");
-}
-
-TEST(Languages, AreNamedByCodeOrInEnglish) {
-  for (const auto& [name, code] : {std::pair{"en-US", "en"},
-                                   {"English (United States)", "en"},
-                                   {"zh-CN", "zh"},
-                                   {"Kurdish (Kurmanji)", "ku"},
-                                   {" german ", "de"}})
-    EXPECT_EQ(languageFrom(name), code) << name;
-  for (const char* nothing : {"", "qq", "Klingonese", "en'; DROP"})
-    EXPECT_EQ(languageFrom(nothing), std::nullopt) << nothing;
 }
 
 TEST(Subprocess, GivesTheOutputOrSaysWhyNot) {
