@@ -27,9 +27,9 @@
 #include "hosts/linux/code_pages.h"
 #include "hosts/linux/linux_desktop.h"
 #include "hosts/linux/monotonic_clock.h"
-#include "shell/diagnostics_log.h"
-#include "shell/views/quick_views.h"
+#include "shell/diagnostics/diagnostics_log.h"
 #include "unasking_desktop.h"
+#include "views/quick_views.h"
 
 namespace quillo {
 namespace {

@@ -4,15 +4,21 @@
 
 find_package(PkgConfig REQUIRED)
 
-# quillo_room(<folder below src> [FLOORS <folders>...] [USES <libraries>...] [WITHOUT_PCH])
-#   FLOORS  rooms below this one; their headers become visible to whoever links this room
-#   USES    libraries that only this room's sources see
+# quillo_room(<folder below src> [SUBJECTS <folders>...] [FLOORS <folders>...] [USES <libraries>...]
+#             [WITHOUT_PCH])
+#   SUBJECTS  folders of the room itself that hold more of its sources
+#   FLOORS    rooms below this one; their headers become visible to whoever links this room
+#   USES      libraries that only this room's sources see
 function(quillo_room folder)
-  cmake_parse_arguments(ROOM "WITHOUT_PCH" "" "FLOORS;USES" ${ARGN})
+  cmake_parse_arguments(ROOM "WITHOUT_PCH" "" "SUBJECTS;FLOORS;USES" ${ARGN})
   string(REPLACE "/" "_" name ${folder})
   set(target quillo_${name})
   set(source_dir ${CMAKE_SOURCE_DIR}/src/${folder})
-  file(GLOB sources CONFIGURE_DEPENDS ${source_dir}/*.cpp ${source_dir}/*.h)
+  set(patterns ${source_dir}/*.cpp ${source_dir}/*.h)
+  foreach(subject IN LISTS ROOM_SUBJECTS)
+    list(APPEND patterns ${source_dir}/${subject}/*.cpp ${source_dir}/${subject}/*.h)
+  endforeach()
+  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
   if(NOT sources) # a room that nobody has furnished yet
     return()
   endif()

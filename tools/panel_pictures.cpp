@@ -19,10 +19,10 @@
 #include "hosts/linux/qt_panels.h"
 #include "hosts/linux/qt_screens.h"
 #include "hosts/simulated/simulated_desktop.h"
-#include "shell/dictation_hud.h"
-#include "shell/review_panel.h"
-#include "shell/toast_panel.h"
-#include "shell/views/quick_views.h"
+#include "shell/review/review_panel.h"
+#include "shell/status/dictation_hud.h"
+#include "shell/toast/toast_panel.h"
+#include "views/quick_views.h"
 
 namespace quillo {
 namespace {

@@ -7,7 +7,7 @@
 #include "app/program.h"
 #include "base/json.h"
 #include "hosts/simulated/simulated_desktop.h"
-#include "shell/diagnostics_log.h"
+#include "shell/diagnostics/diagnostics_log.h"
 
 namespace quillo {
 

@@ -1,4 +1,4 @@
-#include "shell/app_delegate.h"
+#include "shell/lifecycle/app_delegate.h"
 
 #include "input/input_test_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "shell/diagnostics_log.h"
+#include "shell/diagnostics/diagnostics_log.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 // The status panel and the toasts, in virtual time: what they show, when, where, and what a click
 // reaches.
-#include "shell/dictation_hud.h"
+#include "shell/status/dictation_hud.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "hosts/simulated/simulated_desktop.h"
-#include "shell/toast_panel.h"
+#include "shell/toast/toast_panel.h"
 
 namespace quillo {
 namespace {

@@ -1,5 +1,5 @@
 // The meter's numbers, and the contrast of the colours.
-#include "shell/hud_level_meter.h"
+#include "shell/status/hud_level_meter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The menu of the status item: what it offers in which state, and what follows what.
-#include "shell/menu_bar.h"
+#include "shell/menu/menu_bar.h"
 
 #include "account/account_fixture.h"
 

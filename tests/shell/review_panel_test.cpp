@@ -1,5 +1,5 @@
 // The review of a translation: the verdict, and how the user decides.
-#include "shell/review_panel.h"
+#include "shell/review/review_panel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -13,8 +13,8 @@
 #include "hosts/linux/single_instance.h"
 #include "hosts/linux/termination_signals.h"
 #include "hosts/linux/x11_connection.h"
-#include "shell/diagnostics_log.h"
-#include "shell/views/quick_views.h"
+#include "shell/diagnostics/diagnostics_log.h"
+#include "views/quick_views.h"
 
 namespace quillo {
 namespace {

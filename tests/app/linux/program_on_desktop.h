@@ -16,7 +16,7 @@
 #include "contracts/linux_virtual_microphone.h"
 #include "contracts/linux_x11_host.h"
 #include "hosts/linux/linux_desktop.h"
-#include "shell/views/quick_views.h"
+#include "views/quick_views.h"
 
 namespace quillo {
 

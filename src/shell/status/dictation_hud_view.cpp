@@ -1,0 +1,77 @@
+#include "shell/status/dictation_hud_view.h"
+
+#include <utility>
+
+namespace quillo {
+namespace {
+
+std::string symbolOf(const DictationState& dictation) {
+  if (dictation.isRecording) return "mic.fill";
+  if (dictation.isProcessing) return "sparkles";
+  if (dictation.lastError.get()) return "exclamationmark.triangle.fill";
+  return "checkmark";
+}
+
+// In an order of its own: while a failed dictation is worked on again, its sparkles are orange.
+StateColor colorOf(const DictationState& dictation) {
+  if (dictation.isRecording) return StateColor::red;
+  if (dictation.lastError.get()) return StateColor::orange;
+  return StateColor::accent;
+}
+
+}  // namespace
+
+DictationHUDContent hudContent(const DictationState& dictation, std::string shortcut) {
+  DictationHUDContent content;
+  content.symbol = symbolOf(dictation);
+  content.color = colorOf(dictation);
+  content.statusText = dictation.statusText.get();
+  content.detail = dictation.lastError.get().value_or("");
+  content.offersDismiss = !content.detail.empty();
+  content.offersRetry = !content.detail.empty() && dictation.canRetryLast;
+  content.offersCancel = dictation.isProcessing;
+  if (!content.offersCancel) content.shortcutText = std::move(shortcut);
+  content.showsMeter = content.detail.empty() && dictation.isRecording;
+  return content;
+}
+
+MacDictationHUDView::MacDictationHUDView(DictationState& dictation, ShortcutText shortcutText,
+                                         DictationHUDCommands commands)
+    : dictation_(dictation),
+      shortcutText_(std::move(shortcutText)),
+      commands_(std::move(commands)) {
+  const auto follow = [this](auto& published) {
+    subscriptions_.push_back(published.observe([this](const auto&) {
+      const DictationHUDContent content = hudContent(dictation_, shortcut_);
+      if (content != content_.get()) content_ = content;
+    }));
+  };
+  follow(dictation.isRecording);
+  follow(dictation.isProcessing);
+  follow(dictation.statusText);
+  follow(dictation.lastError);
+  follow(dictation.canRetryLast);
+  refresh();
+}
+
+void MacDictationHUDView::refresh() {
+  shortcut_ = shortcutText_();
+  content_ = hudContent(dictation_, shortcut_);
+}
+
+std::vector<std::string> MacDictationHUDView::texts() const {
+  std::vector<std::string> texts = {content().statusText};
+  if (!content().shortcutText.empty()) texts.push_back(content().shortcutText);
+  if (!content().detail.empty()) texts.push_back(content().detail);
+  return texts;
+}
+
+std::vector<PanelControl> MacDictationHUDView::controls() const {
+  std::vector<PanelControl> controls;
+  if (content().offersDismiss) controls.push_back({"Dismiss", commands_.dismissLastFailure});
+  if (content().offersCancel) controls.push_back({"Cancel", commands_.cancelProcessing});
+  if (content().offersRetry) controls.push_back({"Retry", commands_.retryLastRecording});
+  return controls;
+}
+
+}  // namespace quillo

@@ -1,0 +1,39 @@
+#include "views/status_model.h"
+
+#include "views/later.h"
+
+namespace quillo::views {
+
+StatusModel::StatusModel(MacDictationHUDView& view)
+    : view_(view),
+      contentChanges_(view.observe([this](const auto&) { Q_EMIT changed(); })),
+      levelChanges_(view.observeLevel([this](float level) {
+        level_ = level;
+        Q_EMIT levelChanged();
+      })) {}
+
+StatusModel::StateColor StatusModel::color() const {
+  switch (content().color) {
+    case quillo::StateColor::red:
+      return Red;
+    case quillo::StateColor::orange:
+      return Orange;
+    case quillo::StateColor::accent:
+      break;
+  }
+  return Accent;
+}
+
+void StatusModel::dismiss() {
+  later(*this, [this] { view_.dismiss(); });
+}
+
+void StatusModel::cancel() {
+  later(*this, [this] { view_.cancel(); });
+}
+
+void StatusModel::retry() {
+  later(*this, [this] { view_.retry(); });
+}
+
+}  // namespace quillo::views

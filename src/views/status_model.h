@@ -1,0 +1,63 @@
+// The status panel's content, for its view.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QString>
+
+#include "base/published.h"
+#include "shell/status/dictation_hud_view.h"
+
+namespace quillo::views {
+
+class StatusModel final : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made for each panel")
+  Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
+  Q_PROPERTY(StateColor color READ color NOTIFY changed)
+  Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
+  Q_PROPERTY(QString detail READ detail NOTIFY changed)
+  Q_PROPERTY(QString shortcutText READ shortcutText NOTIFY changed)
+  Q_PROPERTY(bool offersDismiss READ offersDismiss NOTIFY changed)
+  Q_PROPERTY(bool offersCancel READ offersCancel NOTIFY changed)
+  Q_PROPERTY(bool offersRetry READ offersRetry NOTIFY changed)
+  Q_PROPERTY(bool showsMeter READ showsMeter NOTIFY changed)
+  Q_PROPERTY(float level READ level NOTIFY levelChanged)
+
+ public:
+  enum StateColor { Red, Orange, Accent };
+  Q_ENUM(StateColor)
+
+  // `view` outlives the model.
+  explicit StatusModel(MacDictationHUDView& view);
+
+  QString symbol() const { return QString::fromStdString(content().symbol); }
+  StateColor color() const;
+  QString statusText() const { return QString::fromStdString(content().statusText); }
+  QString detail() const { return QString::fromStdString(content().detail); }
+  QString shortcutText() const { return QString::fromStdString(content().shortcutText); }
+  bool offersDismiss() const { return content().offersDismiss; }
+  bool offersCancel() const { return content().offersCancel; }
+  bool offersRetry() const { return content().offersRetry; }
+  bool showsMeter() const { return content().showsMeter; }
+  float level() const { return level_; }
+
+  Q_INVOKABLE void dismiss();
+  Q_INVOKABLE void cancel();
+  Q_INVOKABLE void retry();
+
+ Q_SIGNALS:
+  void changed();
+  void levelChanged();
+
+ private:
+  const DictationHUDContent& content() const { return view_.content(); }
+
+  MacDictationHUDView& view_;
+  float level_ = 0;
+  Subscription contentChanges_;
+  Subscription levelChanges_;
+};
+
+}  // namespace quillo::views

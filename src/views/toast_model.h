@@ -1,0 +1,34 @@
+// A toast's content, for its view.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QString>
+
+#include "base/published.h"
+#include "shell/toast/toast_view.h"
+
+namespace quillo::views {
+
+class ToastModel final : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made for each panel")
+  Q_PROPERTY(QString text READ text NOTIFY changed)
+
+ public:
+  // `view` outlives the model.
+  explicit ToastModel(MacToastView& view)
+      : view_(view), changes_(view.text.observe([this](const auto&) { Q_EMIT changed(); })) {}
+
+  QString text() const { return QString::fromStdString(view_.text.get()); }
+
+ Q_SIGNALS:
+  void changed();
+
+ private:
+  MacToastView& view_;
+  Subscription changes_;
+};
+
+}  // namespace quillo::views
