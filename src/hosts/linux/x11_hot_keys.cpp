@@ -241,7 +241,7 @@ void X11HotKeys::unguardHeldKey() {
 }
 
 void X11HotKeys::keepKeyboardUntilKeyIsUp() {
-  if (isKeyboardKept_ || isKeyboardLent_) return;
+  if (isKeyboardKept_) return;
   isKeyboardKept_ = true;
   // A refusal means that another program has the keyboard: nothing is typed anywhere then.
   xcb_discard_reply(connection_.get(),
@@ -258,14 +258,9 @@ void X11HotKeys::giveKeyboardBack() {
 }
 
 void X11HotKeys::lendKeyboard() {
-  isKeyboardLent_ = true;
+  if (held_) letHeldKeyGo();
   giveKeyboardBack();
   connection_.waitForServer();  // the synthetic keys come on another connection
-}
-
-void X11HotKeys::takeKeyboardBack() {
-  isKeyboardLent_ = false;
-  if (held_) keepKeyboardUntilKeyIsUp();  // the synthetic keys have let the modifiers go
 }
 
 bool X11HotKeys::isKeyboardTaken() {

@@ -36,10 +36,9 @@ class X11HotKeys final : public HotKeys {
   Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                               std::function<void()> pressed) override;
 
-  // Between the two, synthetic keys reach the focused application also while a chord is down; the
-  // chord's own repeats still do not.
+  // Synthetic keys reach the focused application from now on, also while the user holds a chord
+  // whose key has been let go for them: it repeats no more.
   void lendKeyboard();
-  void takeKeyboardBack();
 
   // Whether another program holds a grab of the keyboard, and so gets every keystroke.
   bool isKeyboardTaken();
@@ -96,7 +95,6 @@ class X11HotKeys final : public HotKeys {
   };
   std::optional<HeldKey> held_;  // of the chord that fired and whose key is still down
   bool isKeyboardKept_ = false;
-  bool isKeyboardLent_ = false;
   std::shared_ptr<void> alive_ = std::make_shared<int>();
   std::shared_ptr<void> subscriptions_[3];
 };

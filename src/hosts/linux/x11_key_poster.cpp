@@ -58,8 +58,10 @@ bool X11KeyPoster::press(const PostedKey& key) {
   const auto chord = chordFor(key.keyCode);
   if (!chord || pressed_) return false;
   if (chord->selection == Selection::primary) desktop_.lendClipboardAsPrimary();
+  const HeldKeys held = keyboard_.heldKeys();
+  letKeysGo(held.others);
   hotKeys_.lendKeyboard();
-  pressModifiers(*chord, *command_);
+  pressModifiers(*chord, *command_, held.modifiers);
   keyboard_.fake(chord->key, KeyDirection::down, key);
   pressed_ = PressedChord{*chord, key.keyCode, *command_};
   return true;
@@ -79,8 +81,13 @@ bool X11KeyPoster::postPlain(const PostedKey& key, KeyDirection direction) {
   return true;
 }
 
-void X11KeyPoster::pressModifiers(const Chord& chord, const PostedKey& command) {
-  std::vector<xcb_keycode_t> held = keyboard_.heldModifiers();
+void X11KeyPoster::letKeysGo(const std::vector<xcb_keycode_t>& keys) {
+  for (const xcb_keycode_t key : keys) keyboard_.fake(key, KeyDirection::up, std::nullopt);
+  connection_.waitForServer();  // the hot keys have a connection of their own
+}
+
+void X11KeyPoster::pressModifiers(const Chord& chord, const PostedKey& command,
+                                  std::vector<xcb_keycode_t> held) {
   std::erase_if(held, [&](xcb_keycode_t keycode) { return contains(chord.modifiers, keycode); });
 
   const xcb_keycode_t control = keycodeOf(XKB_KEY_Control_L, leftControlKeycode);
@@ -108,8 +115,6 @@ void X11KeyPoster::releaseCommand(const PostedKey& command) {
     const bool isLast = std::next(modifier) == modifiers.rend();
     keyboard_.fake(*modifier, KeyDirection::up, isLast ? std::optional(command) : std::nullopt);
   }
-  connection_.waitForServer();  // the hot keys have a connection of their own
-  hotKeys_.takeKeyboardBack();
 }
 
 std::optional<X11KeyPoster::Chord> X11KeyPoster::chordFor(std::int64_t keyCode) const {

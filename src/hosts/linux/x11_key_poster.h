@@ -18,8 +18,10 @@ namespace quillo::linux_host {
 
 // Main thread. Command with V or C becomes the chord by which the focused application pastes or
 // copies; Command with another key becomes Control with the key at that position. The chord's
-// modifiers go down with its key and up with Command, and modifiers that the user holds are let go
-// for it: the user's own release of them later does no harm.
+// modifiers go down with its key and up with Command. The keys that the user holds are let go for
+// it, and the user's own release of them later does no harm: the server ignores the press of a key
+// that is down already, as that of Paste Last Result's own V, and a chord that repeats takes the
+// keyboard from the application.
 class X11KeyPoster final : public KeyPoster {
  public:
   struct Desktop {
@@ -55,7 +57,9 @@ class X11KeyPoster final : public KeyPoster {
   bool press(const PostedKey& key);
   bool release(const PostedKey& key);
   bool postPlain(const PostedKey& key, KeyDirection direction);
-  void pressModifiers(const Chord& chord, const PostedKey& command);
+  void letKeysGo(const std::vector<xcb_keycode_t>& keys);
+  void pressModifiers(const Chord& chord, const PostedKey& command,
+                      std::vector<xcb_keycode_t> held);
   void releaseCommand(const PostedKey& command);
   xcb_keycode_t keycodeOf(std::uint32_t keysym, xcb_keycode_t otherwise) const;
 

@@ -172,14 +172,14 @@ std::bitset<256> X11Keyboard::readDownKeys() const {
           .get());
 }
 
-std::vector<xcb_keycode_t> X11Keyboard::heldModifiers() {
+HeldKeys X11Keyboard::heldKeys() {
   const std::bitset<256> down = readDownKeys();
-  std::vector<xcb_keycode_t> held;
+  HeldKeys held;
   for (std::size_t keycode = 0; keycode < down.size(); ++keycode) {
+    if (!down[keycode]) continue;
     const auto code = static_cast<xcb_keycode_t>(keycode);
-    if (down[keycode] && (keymap_->modifierFlag(code) & event_flags::chordMask) != 0) {
-      held.push_back(code);
-    }
+    const bool isModifier = (keymap_->modifierFlag(code) & event_flags::chordMask) != 0;
+    (isModifier ? held.modifiers : held.others).push_back(code);
   }
   return held;
 }

@@ -37,6 +37,12 @@ struct KeyChange {
   std::optional<PostedKey> posted;
 };
 
+// That are down, whoever holds them.
+struct HeldKeys {
+  std::vector<xcb_keycode_t> modifiers;  // of chords
+  std::vector<xcb_keycode_t> others;
+};
+
 // Main thread. Keys come as raw events of XInput 2, also while a program holds a grab; there is no
 // autorepeat in them.
 class X11Keyboard {
@@ -62,7 +68,7 @@ class X11Keyboard {
   // --- Questions to the server, one round trip each ---
   // Flags of the modifiers that are down, whoever holds them, and of caps lock.
   std::uint64_t modifierFlags();
-  std::vector<xcb_keycode_t> heldModifiers();
+  HeldKeys heldKeys();
   // Knows of every key and layout up to now; the callers' observers have been told.
   void catchUp() { events_.catchUp(); }
 
