@@ -324,6 +324,17 @@ CaseFolded caseFolded(std::string_view text) {
   return folded;
 }
 
+std::string foldedIgnoringCaseAndDiacritics(std::string_view text) {
+  if (isPlainAscii(text)) return caseFolded(text).text;
+  icu::UnicodeString folded;
+  const icu::UnicodeString decomposed = toIcu(canonicalForm(text));
+  for (std::int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1)) {
+    const UChar32 c = decomposed.char32At(i);
+    if (u_charType(c) != U_NON_SPACING_MARK) folded.append(c);
+  }
+  return fromIcu(folded.foldCase());
+}
+
 std::string canonicalForm(std::string_view text) {
   return isPlainAscii(text) ? std::string(text) : fromIcu(decomposed(text));
 }

@@ -59,6 +59,9 @@ struct CaseFolded {
   std::vector<std::uint32_t> origins;
 };
 CaseFolded caseFolded(std::string_view text);
+// In full case folding and without its combining marks: "Émail" gives "email". Texts that differ in
+// case and diacritics alone become the same bytes.
+std::string foldedIgnoringCaseAndDiacritics(std::string_view text);
 
 // --- Comparison by canonical equivalence ---
 // The same bytes for all texts that are equal (NFD).
