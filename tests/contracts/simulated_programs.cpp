@@ -1,4 +1,5 @@
 // The simulated programs and the clipboard between them keep their contracts.
+#include "contracts/accessibility_contract.h"
 #include "contracts/pasteboard_contract.h"
 #include "contracts/simulated_host.h"
 #include "contracts/workspace_contract.h"
@@ -53,6 +54,32 @@ class SimulatedPasteboard final : public SimulatedHost<PasteboardHost> {
   Program& other_ = desktop_.workspace().launch({"com.example.other", "Other"});
 };
 INSTANTIATE_TEST_SUITE_P(Simulated, PasteboardContract, hostedBy<SimulatedPasteboard>());
+
+class SimulatedAccessibilityHost final : public SimulatedHost<AccessibilityHost> {
+ public:
+  Accessibility& accessibility() override { return desktop_.accessibility(); }
+  std::int32_t launchEditor(std::string_view text) override {
+    program_ = &desktop_.workspace().launch({"com.example.letter", "letter"});
+    program_->editor().setText(text);
+    return program_->process();
+  }
+  void typePassword(std::string_view password) override {
+    simulated::ApplicationTree& tree = program_->tree();
+    tree.focus(&tree.mainWindow()->add({.role = "AXTextField",
+                                        .subrole = "AXSecureTextField",
+                                        .frame = {{100, 785}, {300, 24}},
+                                        .editor = std::make_shared<simulated::Editor>(),
+                                        .exposure = simulated::TextExposure::secret}));
+    program_->editor().insert(password);
+  }
+  void hang() override { program_->tree().isHung = true; }
+  void goOn() override { program_->tree().isHung = false; }
+  void quit() override { desktop_.workspace().quit(*program_); }
+
+ private:
+  Program* program_ = nullptr;
+};
+INSTANTIATE_TEST_SUITE_P(Simulated, AccessibilityContract, hostedBy<SimulatedAccessibilityHost>());
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -16,7 +16,18 @@ Program::Program(std::int32_t process, Description description, Timeline& timeli
       description_(std::move(description)),
       timeline_(timeline),
       pasteboard_(pasteboard),
-      random_(random) {}
+      random_(random),
+      tree_(process, description_.name.value_or("")) {}
+
+Editor& Program::editor() const {
+  Editor* focused = tree_.focusedEditor();
+  return focused ? *focused : tree_.document();
+}
+
+Editor* Program::writableEditor() const {
+  const TreeElement* focused = tree_.focusedElement();
+  return focused && focused->isEditable() ? focused->editor() : nullptr;
+}
 
 RunningApplication Program::identity() const {
   return {process_, description_.bundleIdentifier, description_.name};
@@ -49,24 +60,28 @@ void Program::paste() {
   const auto offered = pasteboard_.offeredText();
   if (!offered) return;
   timeline_.after(offered->makingTime, [this, text = offered->text] {
-    if (!isRunning_) return;
+    Editor* editor = writableEditor();
+    if (!isRunning_ || !editor) return;
     ++pastes_;
-    editor_.insert(text);
+    editor->insert(text);
   });
 }
 
 void Program::copySelection() {
-  const std::string selected = editor_.selectedText();
+  const TreeElement* focused = tree_.focusedElement();
+  if (!focused || !focused->editor() || focused->exposure() == TextExposure::secret) return;
+  const std::string selected = focused->editor()->selectedText();
   if (!selected.empty()) pasteboard_.copy(selected, process_);
 }
 
 void Program::type(const KeyEvent& event) {
   const std::string& character = *event.charactersIgnoringModifiers;
-  if (character == "\x7f") return editor_.deleteBackward();
-  if (character == "\x1b") return;
-  if (character == "\r") return editor_.insert("\n");
+  Editor* editor = writableEditor();
+  if (!editor || character == "\x1b") return;
+  if (character == "\x7f") return editor->deleteBackward();
+  if (character == "\r") return editor->insert("\n");
   const bool isUpper = (event.flags & (event_flags::shift | event_flags::capsLock)) != 0;
-  editor_.insert(isUpper ? uppercased(character) : character);
+  editor->insert(isUpper ? uppercased(character) : character);
 }
 
 }  // namespace quillo::simulated

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "hosts/simulated/accessibility/application_tree.h"
 #include "hosts/simulated/editor.h"
 #include "hosts/simulated/seeded_random.h"
 #include "hosts/simulated/shared_pasteboard.h"
@@ -14,8 +15,8 @@
 
 namespace quillo::simulated {
 
-// It does with keys what programs do: Command+V pastes into its editor what the clipboard holds 1
-// to 20 ms later, Command+C copies the selection as late, other keys type.
+// It does with keys what programs do: Command+V pastes into the text that has the focus what the
+// clipboard holds 1 to 20 ms later, Command+C copies the selection as late, other keys type.
 class Program {
  public:
   struct Description {
@@ -28,8 +29,10 @@ class Program {
 
   RunningApplication identity() const;
   std::int32_t process() const { return process_; }
-  // The editor that has the focus whenever the program is in front.
-  Editor& editor() { return editor_; }
+  // The text that has the focus whenever the program is in front; its document when none has.
+  Editor& editor() const;
+  // What it shows.
+  ApplicationTree& tree() { return tree_; }
   bool isRunning() const { return isRunning_; }
 
   // A key arrives while the program is in front.
@@ -67,13 +70,15 @@ class Program {
   void paste();
   void copySelection();
   void type(const KeyEvent& event);
+  // Null when the keys have no text to change.
+  Editor* writableEditor() const;
 
   std::int32_t process_;
   Description description_;
   Timeline& timeline_;
   SharedPasteboard& pasteboard_;
   SeededRandom random_;
-  Editor editor_;
+  ApplicationTree tree_;
   bool isRunning_ = true;
   Activation activation_ = Activation::obeyed;
   Duration activationTime_ = std::chrono::milliseconds(8);

@@ -23,6 +23,7 @@
 #include <utility>
 
 #include "base/task.h"
+#include "hosts/simulated/accessibility/simulated_accessibility.h"
 #include "hosts/simulated/memory_file_manager.h"
 #include "hosts/simulated/memory_keychain.h"
 #include "hosts/simulated/memory_user_defaults.h"
@@ -83,6 +84,7 @@ class SimulatedDesktop {
   // Not a port: what the microphones hear.
   Voice& voice() { return voice_; }
   SimulatedWorkspace& workspace() { return workspace_; }
+  SimulatedAccessibility& accessibility() { return accessibility_; }
   SharedPasteboard& pasteboard() { return pasteboard_; }
   // Presses and releases the user's keys; it is also the key poster and the keyboard state.
   SimulatedKeyboard& keyboard() { return keyboard_; }
@@ -173,6 +175,7 @@ class SimulatedDesktop {
   SimulatedAudioSystem audioSystem_{timeline_, audioDevices_, voice_, files_};
   SharedPasteboard pasteboard_{timeline_};
   SimulatedWorkspace workspace_;
+  SimulatedAccessibility accessibility_{timeline_, workspace_, permissions_};
   VirtualScreens screens_;
   VirtualPanels panels_{mainThread_, workspace_};
   VirtualStatusItem statusItem_;

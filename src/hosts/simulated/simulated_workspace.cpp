@@ -15,11 +15,19 @@ std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() con
   return frontmost_ ? std::optional(frontmost_->identity()) : std::nullopt;
 }
 
+Program* SimulatedWorkspace::programOf(std::int32_t process) const {
+  const auto found =
+      std::ranges::find(programs_, process, [](const auto& program) { return program->process(); });
+  return found == programs_.end() ? nullptr : found->get();
+}
+
 Program* SimulatedWorkspace::find(std::int32_t process) const {
-  for (const auto& program : programs_) {
-    if (program->process() == process && program->isRunning()) return program.get();
-  }
-  return nullptr;
+  Program* program = programOf(process);
+  return program && program->isRunning() ? program : nullptr;
+}
+
+std::vector<Program*> SimulatedWorkspace::frontToBack() const {
+  return {order_.rbegin(), order_.rend()};
 }
 
 bool SimulatedWorkspace::activate(const RunningApplication& application) {

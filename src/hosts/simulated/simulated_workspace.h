@@ -23,6 +23,10 @@ class SimulatedWorkspace final : public Workspace {
   [[nodiscard]] std::shared_ptr<void> observeActivation(
       std::function<void(const RunningApplication&)> activated) override;
 
+  // Also when its process has ended; null for an unknown process.
+  Program* programOf(std::int32_t process) const;
+  // Those that run, the one in front first.
+  std::vector<Program*> frontToBack() const;
   // The program that has the keyboard; null when none has.
   Program* frontmost() const { return frontmost_; }
 

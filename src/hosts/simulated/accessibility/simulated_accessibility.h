@@ -1,0 +1,76 @@
+// The accessibility of the simulated programs.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "hosts/simulated/accessibility/application_tree.h"
+#include "hosts/simulated/simulated_workspace.h"
+#include "hosts/simulated/switched_permissions.h"
+#include "hosts/simulated/timeline.h"
+
+namespace quillo::simulated {
+
+// A call to a slow program blocks, and the world goes on meanwhile. A program that let one run out
+// is not asked again for five seconds.
+class SimulatedAccessibility final : public Accessibility {
+ public:
+  SimulatedAccessibility(Timeline& timeline, SimulatedWorkspace& workspace,
+                         const SwitchedPermissions& permissions);
+
+  AccessibilityElement systemWideElement() override { return systemWide_; }
+  AccessibilityElement applicationElement(std::int32_t processIdentifier) override;
+  void setMessagingTimeout(const AccessibilityElement& element, Duration timeout) override;
+  AccessibilityAnswer attribute(const AccessibilityElement& element,
+                                std::string_view name) override;
+  AccessibilityAnswer parameterizedAttribute(const AccessibilityElement& element,
+                                             std::string_view name,
+                                             const AccessibilityValue& parameter) override;
+  std::optional<std::vector<std::string>> attributeNames(
+      const AccessibilityElement& element) override;
+  std::optional<bool> isSettable(const AccessibilityElement& element,
+                                 std::string_view name) override;
+  bool setAttribute(const AccessibilityElement& element, std::string_view name,
+                    const AccessibilityValue& value) override;
+  std::optional<AccessibilityElement> elementAtPosition(AccessibilityPoint position) override;
+  std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) override;
+
+  // --- Driver ---
+
+  // How often programs were asked, since the desktop was made.
+  std::int64_t calls() const { return calls_; }
+  // Happens in every later call, before its answer is made.
+  void atEachCall(std::function<void()> happen) { atEachCall_ = std::move(happen); }
+
+ private:
+  class Named;
+
+  // The thing that the call is about, once its program has answered; or why there is none.
+  struct Reached {
+    TreeElement* element = nullptr;
+    ApplicationTree* tree = nullptr;
+    AccessibilityFailure failure = AccessibilityFailure::invalidElement;
+  };
+  Reached reach(const AccessibilityElement& element);
+  bool waitForAnswer(std::int32_t process, ApplicationTree& tree);
+  Duration timeoutOf(std::int32_t process) const;
+  AccessibilityAnswer systemAttribute(std::string_view name);
+  static AccessibilityAnswer inManner(AccessibilityAnswer answer, const ApplicationTree& tree);
+  static bool select(const Reached& reached, const AccessibilityValue& value);
+
+  Timeline& timeline_;
+  SimulatedWorkspace& workspace_;
+  const SwitchedPermissions& permissions_;
+  AccessibilityElement systemWide_;
+  std::map<std::int32_t, AccessibilityElement> unknownApplications_;
+  std::map<std::int32_t, Duration> timeouts_;
+  Duration timeout_ = std::chrono::milliseconds(350);
+  std::map<std::int32_t, MonotonicTime> avoidedUntil_;
+  std::int64_t calls_ = 0;
+  std::function<void()> atEachCall_;
+};
+
+}  // namespace quillo::simulated
