@@ -3,38 +3,12 @@
 
 #include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "base/time.h"
+#include "platform/content.h"
 #include "platform/screens.h"
 
 namespace quillo {
-
-// The key that presses a control wherever the focus is inside its panel.
-enum class KeyEquivalent {
-  none,
-  defaultAction,  // Return
-  cancelAction,   // Escape
-};
-
-// Something to press. An unnamed control is not seen; its key works all the same.
-struct PanelControl {
-  std::string name;  // as it is read aloud
-  std::function<void()> press;
-  KeyEquivalent key = KeyEquivalent::none;
-};
-
-// What a panel shows. The host finds a view for it by its type.
-class PanelContent {
- public:
-  virtual ~PanelContent() = default;
-  // What can be read in it now, from top to bottom.
-  virtual std::vector<std::string> texts() const = 0;
-  virtual std::vector<PanelControl> controls() const { return {}; }
-  // False while keys may still arrive that the user meant for another window; they are dropped.
-  virtual bool acceptsKeys() const { return true; }
-};
 
 enum class PanelStyle {
   status,  // never takes the focus, not even when it is clicked
@@ -82,7 +56,7 @@ class Panels {
  public:
   virtual ~Panels() = default;
   // `content` outlives the panel. Making one touches no screen.
-  virtual std::unique_ptr<Panel> make(PanelDescription description, PanelContent& content) = 0;
+  virtual std::unique_ptr<Panel> make(PanelDescription description, Content& content) = 0;
 };
 
 }  // namespace quillo

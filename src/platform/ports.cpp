@@ -2,6 +2,7 @@
 #include "platform/application.h"
 #include "platform/audio.h"
 #include "platform/clock.h"
+#include "platform/content.h"
 #include "platform/file_manager.h"
 #include "platform/keyboard.h"
 #include "platform/keychain.h"

@@ -3,6 +3,9 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 #include "views/alert_model.h"
 #include "views/bar_icon.h"
@@ -18,21 +21,27 @@ extern void qml_register_types_Quillo_Views();
 namespace quillo::views {
 namespace {
 
-struct Scene {
-  const char* name = nullptr;
-  std::unique_ptr<QObject> model;
+template <class Shown, class Model>
+std::unique_ptr<QObject> modelOf(Content& content) {
+  return std::make_unique<Model>(dynamic_cast<Shown&>(content));
+}
+
+struct View {
+  std::string_view name;  // by which a content asks for it
+  const char* scene;
+  std::unique_ptr<QObject> (*makeModel)(Content&);
+};
+constexpr View views[] = {
+    {MacDictationHUDView::name, "StatusPanel", modelOf<MacDictationHUDView, StatusModel>},
+    {MacToastView::name, "ToastPanel", modelOf<MacToastView, ToastModel>},
+    {MacReviewView::name, "ReviewPanel", modelOf<MacReviewView, ReviewModel>},
+    {linux_host::AlertContent::name, "AlertPanel", modelOf<linux_host::AlertContent, AlertModel>},
 };
 
-Scene sceneFor(PanelContent& content) {
-  if (auto* const status = dynamic_cast<MacDictationHUDView*>(&content))
-    return {"StatusPanel", std::make_unique<StatusModel>(*status)};
-  if (auto* const toast = dynamic_cast<MacToastView*>(&content))
-    return {"ToastPanel", std::make_unique<ToastModel>(*toast)};
-  if (auto* const review = dynamic_cast<MacReviewView*>(&content))
-    return {"ReviewPanel", std::make_unique<ReviewModel>(*review)};
-  if (auto* const alert = dynamic_cast<linux_host::AlertContent*>(&content))
-    return {"AlertPanel", std::make_unique<AlertModel>(*alert)};
-  qFatal("there is no view for this content");
+const View& viewOf(const Content& content) {
+  const auto* const view = std::ranges::find(views, content.viewName(), &View::name);
+  if (view == std::end(views)) qFatal("there is no view of this name");
+  return *view;
 }
 
 }  // namespace
@@ -54,10 +63,10 @@ void QuickViews::startEngine() {
   engine_->setProperty("theme", QVariant::fromValue(theme_.get()));
 }
 
-std::unique_ptr<linux_host::PanelView> QuickViews::makePanelView(PanelContent& content) {
+std::unique_ptr<linux_host::PanelView> QuickViews::makePanelView(Content& content) {
   if (!engine_) startEngine();
-  Scene scene = sceneFor(content);
-  return std::make_unique<QuickPanelView>(*engine_, scene.name, std::move(scene.model));
+  const View& view = viewOf(content);
+  return std::make_unique<QuickPanelView>(*engine_, view.scene, view.makeModel(content));
 }
 
 QIcon QuickViews::barIcon(const std::string& symbol) {

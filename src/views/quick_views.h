@@ -18,7 +18,7 @@ class QuickViews final : public linux_host::Views {
   ~QuickViews() override;
 
   // For the contents of the shell (status, toast, review), and for the host's questions.
-  std::unique_ptr<linux_host::PanelView> makePanelView(PanelContent& content) override;
+  std::unique_ptr<linux_host::PanelView> makePanelView(Content& content) override;
   QIcon barIcon(const std::string& symbol) override;
 
  private:

@@ -1,11 +1,10 @@
 #include "views/status_model.h"
 
-#include "views/later.h"
-
 namespace quillo::views {
 
 StatusModel::StatusModel(MacDictationHUDView& view)
-    : view_(view),
+    : ContentModel(view),
+      view_(view),
       contentChanges_(view.observe([this](const auto&) { Q_EMIT changed(); })),
       levelChanges_(view.observeLevel([this](float level) {
         level_ = level;
@@ -22,18 +21,6 @@ StatusModel::StateColor StatusModel::color() const {
       break;
   }
   return Accent;
-}
-
-void StatusModel::dismiss() {
-  later(*this, [this] { view_.dismiss(); });
-}
-
-void StatusModel::cancel() {
-  later(*this, [this] { view_.cancel(); });
-}
-
-void StatusModel::retry() {
-  later(*this, [this] { view_.retry(); });
 }
 
 }  // namespace quillo::views

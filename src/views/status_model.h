@@ -2,15 +2,15 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
-#include <QObject>
 #include <QString>
 
 #include "base/published.h"
 #include "shell/status/dictation_hud_view.h"
+#include "views/content_model.h"
 
 namespace quillo::views {
 
-class StatusModel final : public QObject {
+class StatusModel final : public ContentModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made for each panel")
@@ -19,9 +19,6 @@ class StatusModel final : public QObject {
   Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
   Q_PROPERTY(QString detail READ detail NOTIFY changed)
   Q_PROPERTY(QString shortcutText READ shortcutText NOTIFY changed)
-  Q_PROPERTY(bool offersDismiss READ offersDismiss NOTIFY changed)
-  Q_PROPERTY(bool offersCancel READ offersCancel NOTIFY changed)
-  Q_PROPERTY(bool offersRetry READ offersRetry NOTIFY changed)
   Q_PROPERTY(bool showsMeter READ showsMeter NOTIFY changed)
   Q_PROPERTY(float level READ level NOTIFY levelChanged)
 
@@ -37,18 +34,10 @@ class StatusModel final : public QObject {
   QString statusText() const { return QString::fromStdString(content().statusText); }
   QString detail() const { return QString::fromStdString(content().detail); }
   QString shortcutText() const { return QString::fromStdString(content().shortcutText); }
-  bool offersDismiss() const { return content().offersDismiss; }
-  bool offersCancel() const { return content().offersCancel; }
-  bool offersRetry() const { return content().offersRetry; }
   bool showsMeter() const { return content().showsMeter; }
   float level() const { return level_; }
 
-  Q_INVOKABLE void dismiss();
-  Q_INVOKABLE void cancel();
-  Q_INVOKABLE void retry();
-
  Q_SIGNALS:
-  void changed();
   void levelChanged();
 
  private:

@@ -2,15 +2,15 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
-#include <QObject>
 #include <QString>
 
 #include "base/published.h"
 #include "shell/toast/toast_view.h"
+#include "views/content_model.h"
 
 namespace quillo::views {
 
-class ToastModel final : public QObject {
+class ToastModel final : public ContentModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made for each panel")
@@ -19,12 +19,11 @@ class ToastModel final : public QObject {
  public:
   // `view` outlives the model.
   explicit ToastModel(MacToastView& view)
-      : view_(view), changes_(view.text.observe([this](const auto&) { Q_EMIT changed(); })) {}
+      : ContentModel(view),
+        view_(view),
+        changes_(view.text.observe([this](const auto&) { Q_EMIT changed(); })) {}
 
   QString text() const { return QString::fromStdString(view_.text.get()); }
-
- Q_SIGNALS:
-  void changed();
 
  private:
   MacToastView& view_;

@@ -16,8 +16,7 @@ using linux_host::Ground;
 // A view that is all one control.
 class PlainView final : public linux_host::PanelView {
  public:
-  PlainView(PanelContent& content, Ground& lastGround)
-      : window_(content), lastGround_(lastGround) {}
+  PlainView(Content& content, Ground& lastGround) : window_(content), lastGround_(lastGround) {}
 
   QWindow& window() override { return window_; }
   QSizeF fittingSize() override { return {120, 44}; }
@@ -37,7 +36,7 @@ class PlainView final : public linux_host::PanelView {
  private:
   class Window final : public QRasterWindow {
    public:
-    explicit Window(PanelContent& content) : content_(content) {}
+    explicit Window(Content& content) : content_(content) {}
     std::function<void()> resized;
 
    protected:
@@ -49,7 +48,7 @@ class PlainView final : public linux_host::PanelView {
     }
 
    private:
-    PanelContent& content_;
+    Content& content_;
   };
 
   Window window_;
@@ -59,7 +58,7 @@ class PlainView final : public linux_host::PanelView {
 
 class PlainViews final : public linux_host::Views {
  public:
-  std::unique_ptr<linux_host::PanelView> makePanelView(PanelContent& content) override {
+  std::unique_ptr<linux_host::PanelView> makePanelView(Content& content) override {
     return std::make_unique<PlainView>(content, lastGround);
   }
   QIcon barIcon(const std::string&) override { return {}; }

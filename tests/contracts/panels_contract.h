@@ -14,16 +14,17 @@
 namespace quillo::contracts {
 
 // One control that fills the panel, and one for each key.
-class TestContent final : public PanelContent {
+class TestContent final : public Content {
  public:
+  std::string_view viewName() const override { return "test"; }
   std::vector<std::string> texts() const override { return {"Press"}; }
-  std::vector<PanelControl> controls() const override {
+  std::vector<Control> controls() const override {
     const auto note = [this](const char* what) {
       return [this, what] { pressed_->push_back(what); };
     };
-    return {{"Press", note("button")},
-            {"", note("return"), KeyEquivalent::defaultAction},
-            {"", note("escape"), KeyEquivalent::cancelAction}};
+    return {{.id = "button", .name = "Press", .press = note("button")},
+            {.id = "return", .press = note("return"), .key = KeyEquivalent::defaultAction},
+            {.id = "escape", .press = note("escape"), .key = KeyEquivalent::cancelAction}};
   }
   bool acceptsKeys() const override { return acceptsKeys_; }
 

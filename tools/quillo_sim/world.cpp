@@ -208,7 +208,7 @@ void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
 bool World::offers(std::string_view control) {
   for (simulated::VirtualPanel* panel : desktop_.panels().visible()) {
     if (!panel->takesClicks()) continue;
-    for (const PanelControl& each : panel->content().controls())
+    for (const Control& each : panel->content().controls())
       if (each.name == control) return true;
   }
   return false;

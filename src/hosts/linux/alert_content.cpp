@@ -23,13 +23,16 @@ std::vector<std::string> AlertContent::texts() const {
   return {alert_.messageText, alert_.informativeText};
 }
 
-std::vector<PanelControl> AlertContent::controls() const {
-  std::vector<PanelControl> controls;
+std::vector<Control> AlertContent::controls() const {
+  std::vector<Control> controls;
   for (std::size_t i = 0; i < alert_.buttons.size(); ++i)
-    controls.push_back({alert_.buttons[i], [this, i] { answer(i); },
-                        i == 0 ? KeyEquivalent::defaultAction : KeyEquivalent::none});
-  controls.push_back(
-      {"", [this] { answer(alert_.buttons.size() - 1); }, KeyEquivalent::cancelAction});
+    controls.push_back({.id = std::to_string(i),
+                        .name = alert_.buttons[i],
+                        .press = [this, i] { answered_(i); },
+                        .key = i == 0 ? KeyEquivalent::defaultAction : KeyEquivalent::none});
+  controls.push_back({.id = "escape",
+                      .press = [this] { answered_(alert_.buttons.size() - 1); },
+                      .key = KeyEquivalent::cancelAction});
   return controls;
 }
 

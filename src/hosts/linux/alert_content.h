@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/time.h"
@@ -14,15 +15,16 @@ namespace quillo::linux_host {
 
 // Return presses the first button, Escape the last. Keys count a little after it was made, when
 // those on their way to the application below have passed.
-class AlertContent final : public PanelContent {
+class AlertContent final : public Content {
  public:
   AlertContent(Alerts::Alert alert, std::function<void(std::size_t button)> answered);
 
   const Alerts::Alert& alert() const { return alert_; }
-  void answer(std::size_t button) const { answered_(button); }
 
+  static constexpr std::string_view name = "alert";
+  std::string_view viewName() const override { return name; }
   std::vector<std::string> texts() const override;
-  std::vector<PanelControl> controls() const override;
+  std::vector<Control> controls() const override;
   bool acceptsKeys() const override;
 
  private:

@@ -19,8 +19,8 @@ Qt::WindowFlags flagsOf(PanelStyle style) {
 
 }  // namespace
 
-QtPanel::QtPanel(std::unique_ptr<PanelView> view, PanelDescription description,
-                 PanelContent& content, CompositorWatch& compositor)
+QtPanel::QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, Content& content,
+                 CompositorWatch& compositor)
     : compositor_(compositor), style_(description.style), keys_(content), view_(std::move(view)) {
   QWindow& window = view_->window();
   window.setFlags(flagsOf(style_));
@@ -136,7 +136,7 @@ bool QtPanel::Keys::eventFilter(QObject* window, QEvent* event) {
 }
 
 void QtPanel::Keys::press(QObject* window, KeyEquivalent key) {
-  for (const PanelControl& control : content_.controls()) {
+  for (const Control& control : content_.controls()) {
     if (control.key != key) continue;
     // Later: it may take the window away that the key arrived at.
     QMetaObject::invokeMethod(window, control.press, Qt::QueuedConnection);

@@ -19,7 +19,7 @@ namespace quillo::linux_host {
 class QtPanel final : public Panel {
  public:
   // `content` and `compositor` outlive the panel.
-  QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, PanelContent& content,
+  QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, Content& content,
           CompositorWatch& compositor);
   ~QtPanel() override;
 
@@ -39,12 +39,12 @@ class QtPanel final : public Panel {
   // Keys of the panel's window, before the view sees them.
   class Keys final : public QObject {
    public:
-    explicit Keys(PanelContent& content) : content_(content) {}
+    explicit Keys(Content& content) : content_(content) {}
     bool eventFilter(QObject* window, QEvent* event) override;
 
    private:
     void press(QObject* window, KeyEquivalent key);
-    PanelContent& content_;
+    Content& content_;
   };
 
   void setFrame(const Rect& frame);

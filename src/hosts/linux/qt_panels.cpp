@@ -20,7 +20,7 @@ QtPanels::QtPanels(Views& views) : views_(views) {}
 
 QtPanels::~QtPanels() = default;
 
-std::unique_ptr<Panel> QtPanels::make(PanelDescription description, PanelContent& content) {
+std::unique_ptr<Panel> QtPanels::make(PanelDescription description, Content& content) {
   if (!compositor_) {
     compositor_ = std::make_unique<CompositorWatch>();
     QTimer::singleShot(firstPanelIsLoaded, &releaseCodePages);

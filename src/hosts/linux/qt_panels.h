@@ -17,7 +17,7 @@ class QtPanels final : public Panels {
   explicit QtPanels(Views& views);
   ~QtPanels() override;
 
-  std::unique_ptr<Panel> make(PanelDescription description, PanelContent& content) override;
+  std::unique_ptr<Panel> make(PanelDescription description, Content& content) override;
 
  private:
   Views& views_;

@@ -42,7 +42,7 @@ class Views {
   virtual ~Views() = default;
   // `content` outlives the view. A view presses a control in a turn of its own, since that may
   // take the panel away.
-  virtual std::unique_ptr<PanelView> makePanelView(PanelContent& content) = 0;
+  virtual std::unique_ptr<PanelView> makePanelView(Content& content) = 0;
   // The symbol as a picture that stands out on light and dark bars.
   virtual QIcon barIcon(const std::string& symbol) = 0;
 };

@@ -6,8 +6,7 @@
 
 namespace quillo::simulated {
 
-VirtualPanel::VirtualPanel(VirtualPanels& panels, PanelDescription description,
-                           PanelContent& content)
+VirtualPanel::VirtualPanel(VirtualPanels& panels, PanelDescription description, Content& content)
     : panels_(panels),
       style_(description.style),
       content_(content),
@@ -60,7 +59,7 @@ bool VirtualPanel::shows(std::string_view text) const {
   return std::ranges::any_of(content_.texts(), [&](const auto& read) { return read == text; });
 }
 
-std::unique_ptr<Panel> VirtualPanels::make(PanelDescription description, PanelContent& content) {
+std::unique_ptr<Panel> VirtualPanels::make(PanelDescription description, Content& content) {
   ++made_;
   return std::make_unique<VirtualPanel>(*this, description, content);
 }
@@ -86,7 +85,7 @@ VirtualPanel* VirtualPanels::showing(std::string_view text) const {
 bool VirtualPanels::click(std::string_view control) {
   for (VirtualPanel* panel : visible_) {
     if (!panel->takesClicks()) continue;
-    for (const PanelControl& offered : panel->content().controls()) {
+    for (const Control& offered : panel->content().controls()) {
       if (offered.name.empty() || offered.name != control) continue;
       offered.press();
       return true;
@@ -104,7 +103,7 @@ bool VirtualPanels::takesClickAt(Point point) const {
 bool VirtualPanels::press(KeyEquivalent key) {
   if (!key_ || workspace_.frontmost() != &workspace_.self()) return false;
   if (!key_->content().acceptsKeys()) return false;
-  for (const PanelControl& offered : key_->content().controls()) {
+  for (const Control& offered : key_->content().controls()) {
     if (offered.key != key) continue;
     offered.press();
     return true;

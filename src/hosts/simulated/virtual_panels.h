@@ -15,7 +15,7 @@ class VirtualPanels;
 
 class VirtualPanel final : public Panel {
  public:
-  VirtualPanel(VirtualPanels& panels, PanelDescription description, PanelContent& content);
+  VirtualPanel(VirtualPanels& panels, PanelDescription description, Content& content);
   ~VirtualPanel() override;
 
   bool isVisible() const override { return isVisible_; }
@@ -33,7 +33,7 @@ class VirtualPanel final : public Panel {
 
   // --- Driver ---
 
-  const PanelContent& content() const { return content_; }
+  const Content& content() const { return content_; }
   bool shows(std::string_view text) const;
   bool takesClicks() const { return isVisible_ && mouseEvents_ == MouseEvents::accepted; }
   // Opaque until a fade is over: nothing is drawn in between.
@@ -42,7 +42,7 @@ class VirtualPanel final : public Panel {
  private:
   VirtualPanels& panels_;
   PanelStyle style_;
-  PanelContent& content_;
+  Content& content_;
   Rect frame_;
   bool isVisible_ = false;
   MouseEvents mouseEvents_ = MouseEvents::accepted;
@@ -55,7 +55,7 @@ class VirtualPanels final : public Panels {
   VirtualPanels(VirtualMainThread& mainThread, SimulatedWorkspace& workspace)
       : mainThread_(mainThread), workspace_(workspace) {}
 
-  std::unique_ptr<Panel> make(PanelDescription description, PanelContent& content) override;
+  std::unique_ptr<Panel> make(PanelDescription description, Content& content) override;
 
   // --- Driver. The user sees the visible panels, and reaches their named controls. ---
 

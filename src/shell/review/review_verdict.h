@@ -7,6 +7,10 @@ namespace quillo {
 
 enum class ReviewVerdict { matches, mayDiffer };
 
+constexpr const char* verdictText(ReviewVerdict verdict) {
+  return verdict == ReviewVerdict::matches ? "matches" : "may differ";
+}
+
 // By the words that both have, of all the words of the longer one. A word that is repeated counts
 // once among the common ones and each time among all.
 ReviewVerdict reviewVerdict(std::string_view youSaid, std::string_view means);

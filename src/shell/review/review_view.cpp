@@ -21,28 +21,36 @@ bool MacReviewView::acceptsKeys() const {
   return mainThread_.now() >= keysCountFrom_;
 }
 
-std::string MacReviewView::verdictText() const {
-  return verdict_ == ReviewVerdict::matches ? "matches" : "may differ";
-}
-
-std::string MacReviewView::insertTitle() const {
-  return fields_.escInserts ? "Insert · ⏎ Esc" : "Insert";
+std::vector<MacReviewView::Section> MacReviewView::sections() const {
+  std::vector<Section> sections = {
+      {.title = "You said", .language = fields_.youSaidLanguage, .text = fields_.youSaid}};
+  if (!fields_.means.empty())
+    sections.push_back({.title = "Means", .verdict = verdict_, .text = fields_.means});
+  sections.push_back(
+      {.title = "Will insert", .language = fields_.insertLanguage, .text = fields_.willInsert});
+  return sections;
 }
 
 std::vector<std::string> MacReviewView::texts() const {
-  std::vector<std::string> texts = {"Review translation", "You said", fields_.youSaidLanguage,
-                                    fields_.youSaid};
-  if (showsMeans()) texts.insert(texts.end(), {"Means", verdictText(), fields_.means});
-  texts.insert(texts.end(), {"Will insert", fields_.insertLanguage, fields_.willInsert});
+  std::vector<std::string> texts = {title()};
+  for (Section& section : sections())
+    texts.insert(texts.end(),
+                 {section.title, section.verdict ? verdictText(*section.verdict) : section.language,
+                  section.text});
   return texts;
 }
 
-std::vector<PanelControl> MacReviewView::controls() const {
+std::vector<Control> MacReviewView::controls() const {
   return {
-      {"Re-record", fields_.onReRecord},
-      {"Discard", fields_.onDiscard},
-      {insertTitle(), fields_.onInsert, KeyEquivalent::defaultAction},
-      {"", fields_.escInserts ? fields_.onInsert : fields_.onDiscard, KeyEquivalent::cancelAction},
+      {.id = "re-record", .name = "Re-record", .press = fields_.onReRecord},
+      {.id = "discard", .name = "Discard", .press = fields_.onDiscard},
+      {.id = "insert",
+       .name = fields_.escInserts ? "Insert · ⏎ Esc" : "Insert",
+       .press = fields_.onInsert,
+       .key = KeyEquivalent::defaultAction},
+      {.id = "escape",
+       .press = fields_.escInserts ? fields_.onInsert : fields_.onDiscard,
+       .key = KeyEquivalent::cancelAction},
   };
 }
 

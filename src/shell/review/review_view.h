@@ -2,7 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/main_thread.h"
@@ -12,7 +14,7 @@
 namespace quillo {
 
 // Main thread.
-class MacReviewView final : public PanelContent {
+class MacReviewView final : public Content {
  public:
   struct Fields {
     std::string youSaid;
@@ -29,14 +31,20 @@ class MacReviewView final : public PanelContent {
   // Takes the focus now: keys count a little later.
   MacReviewView(const MainThread& mainThread, Fields fields);
 
-  const Fields& fields() const { return fields_; }
-  bool showsMeans() const { return !fields_.means.empty(); }
-  ReviewVerdict verdict() const { return verdict_; }
-  std::string verdictText() const;
-  std::string insertTitle() const;
+  // A text with what it is. Beside its title stands its language, or else a verdict on it.
+  struct Section {
+    std::string title;
+    std::string language;
+    std::optional<ReviewVerdict> verdict;
+    std::string text;
+  };
+  std::string title() const { return "Review translation"; }
+  std::vector<Section> sections() const;
 
+  static constexpr std::string_view name = "review";
+  std::string_view viewName() const override { return name; }
   std::vector<std::string> texts() const override;
-  std::vector<PanelControl> controls() const override;
+  std::vector<Control> controls() const override;
   bool acceptsKeys() const override;
 
  private:

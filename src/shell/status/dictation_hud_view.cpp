@@ -66,11 +66,14 @@ std::vector<std::string> MacDictationHUDView::texts() const {
   return texts;
 }
 
-std::vector<PanelControl> MacDictationHUDView::controls() const {
-  std::vector<PanelControl> controls;
-  if (content().offersDismiss) controls.push_back({"Dismiss", commands_.dismissLastFailure});
-  if (content().offersCancel) controls.push_back({"Cancel", commands_.cancelProcessing});
-  if (content().offersRetry) controls.push_back({"Retry", commands_.retryLastRecording});
+std::vector<Control> MacDictationHUDView::controls() const {
+  std::vector<Control> controls;
+  const auto offer = [&](const char* id, const char* name, const std::function<void()>& press) {
+    controls.push_back({.id = id, .name = name, .press = press});
+  };
+  if (content().offersDismiss) offer("dismiss", "Dismiss", commands_.dismissLastFailure);
+  if (content().offersCancel) offer("cancel", "Cancel", commands_.cancelProcessing);
+  if (content().offersRetry) offer("retry", "Retry", commands_.retryLastRecording);
   return controls;
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/published.h"
@@ -39,7 +40,7 @@ struct DictationHUDCommands {
 };
 
 // Follows the dictation. Main thread.
-class MacDictationHUDView final : public PanelContent {
+class MacDictationHUDView final : public Content {
  public:
   using ShortcutText = std::function<std::string()>;
 
@@ -60,13 +61,10 @@ class MacDictationHUDView final : public PanelContent {
   // The chord is looked up here, and not watched.
   void refresh();
 
-  // --- Buttons ---
-  void cancel() const { commands_.cancelProcessing(); }
-  void retry() const { commands_.retryLastRecording(); }
-  void dismiss() const { commands_.dismissLastFailure(); }
-
+  static constexpr std::string_view name = "status";
+  std::string_view viewName() const override { return name; }
   std::vector<std::string> texts() const override;
-  std::vector<PanelControl> controls() const override;
+  std::vector<Control> controls() const override;
 
  private:
   DictationState& dictation_;

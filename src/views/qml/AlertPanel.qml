@@ -87,13 +87,12 @@ FocusScope {
             spacing: 8
 
             Repeater {
-                model: root.model.buttons
+                model: root.model.controlList
                 PushButton {
-                    required property int index
-                    required property string modelData
-                    title: modelData
-                    prominent: index === 0
-                    onClicked: root.model.press(index)
+                    required property var modelData
+                    title: modelData.title
+                    prominent: modelData.isDefault
+                    onClicked: root.model.press(modelData.id)
                 }
             }
         }

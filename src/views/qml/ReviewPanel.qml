@@ -15,7 +15,7 @@ FocusScope {
     implicitHeight: column.implicitHeight + 2 * 20
 
     Accessible.role: Accessible.Dialog
-    Accessible.name: "Review translation"
+    Accessible.name: model.title
 
     PanelGround {
         id: ground
@@ -50,7 +50,7 @@ FocusScope {
             }
             Text {
                 anchors { left: shield.right; leftMargin: 8; verticalCenter: parent.verticalCenter }
-                text: "Review translation"
+                text: root.model.title
                 color: Theme.primary
                 font { family: Theme.fontFamily; pixelSize: 15; weight: Font.DemiBold }
                 Accessible.role: Accessible.Heading
@@ -59,42 +59,33 @@ FocusScope {
         }
         Item { width: 1; height: 4 }
 
-        SectionTitle {
-            width: parent.width
-            title: "You said"
-            language: root.model.youSaidLanguage
-        }
-        QuotedText {
-            width: parent.width
-            text: root.model.youSaid
-        }
-        Item { width: 1; height: 4 }
+        Repeater {
+            id: sections
+            model: root.model.sections
 
-        SectionTitle {
-            width: parent.width
-            visible: root.model.showsMeans
-            title: "Means"
-            verdict: root.model.verdictText
-            matches: root.model.matches
-        }
-        QuotedText {
-            width: parent.width
-            visible: root.model.showsMeans
-            text: root.model.means
-        }
-        Item { width: 1; height: 4; visible: root.model.showsMeans }
+            Column {
+                id: section
+                required property var modelData
+                required property int index
+                readonly property bool isLast: index === sections.count - 1
+                width: column.width
+                spacing: column.spacing
 
-        SectionTitle {
-            width: parent.width
-            title: "Will insert"
-            language: root.model.insertLanguage
+                SectionTitle {
+                    width: parent.width
+                    title: section.modelData.title
+                    language: section.modelData.language
+                    verdict: section.modelData.verdict
+                    matches: section.modelData.matches
+                }
+                QuotedText {
+                    width: parent.width
+                    text: section.modelData.text
+                    textSize: section.isLast ? 14 : 13
+                }
+                Item { width: 1; height: section.isLast ? 8 : 4 }
+            }
         }
-        QuotedText {
-            width: parent.width
-            text: root.model.willInsert
-            textSize: 14
-        }
-        Item { width: 1; height: 8 }
 
         Item {
             width: parent.width
@@ -103,21 +94,21 @@ FocusScope {
             PushButton {
                 id: reRecord
                 anchors.left: parent.left
-                title: "Re-record"
-                onClicked: root.model.reRecord()
+                title: root.model.controls["re-record"].title
+                onClicked: root.model.press("re-record")
             }
             PushButton {
                 id: discard
                 anchors { right: insert.left; rightMargin: 8 }
-                title: "Discard"
-                onClicked: root.model.discard()
+                title: root.model.controls.discard.title
+                onClicked: root.model.press("discard")
             }
             PushButton {
                 id: insert
                 anchors.right: parent.right
                 prominent: true
-                title: root.model.insertTitle
-                onClicked: root.model.insert()
+                title: root.model.controls.insert.title
+                onClicked: root.model.press("insert")
             }
         }
     }

@@ -13,6 +13,7 @@ Item {
     // A change is seen as a motion only by those who saw the state before.
     readonly property bool animated: Window.visibility !== Window.Hidden
     readonly property int motion: 180
+    readonly property var offered: model.controls
     readonly property color stateColor: model.color === StatusModel.Red ? Theme.red
                                       : model.color === StatusModel.Orange ? Theme.orange : Theme.accent
 
@@ -103,10 +104,10 @@ Item {
                 IconButton {
                     id: dismiss
                     anchors.verticalCenter: parent.verticalCenter
-                    visible: root.model.offersDismiss
+                    visible: root.offered.dismiss !== undefined
                     symbol: "xmark"
-                    name: "Dismiss"
-                    onClicked: root.model.dismiss()
+                    name: root.offered.dismiss?.title ?? ""
+                    onClicked: root.model.press("dismiss")
                 }
                 Text {
                     id: shortcut
@@ -124,10 +125,10 @@ Item {
                 IconButton {
                     id: cancel
                     anchors.verticalCenter: parent.verticalCenter
-                    visible: root.model.offersCancel
+                    visible: root.offered.cancel !== undefined
                     symbol: "xmark"
-                    name: "Cancel"
-                    onClicked: root.model.cancel()
+                    name: root.offered.cancel?.title ?? ""
+                    onClicked: root.model.press("cancel")
                 }
             }
         }
@@ -138,7 +139,7 @@ Item {
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
             // What the panel has room for.
-            maximumLineCount: root.model.offersRetry ? 2 : 4
+            maximumLineCount: root.offered.retry ? 2 : 4
             elide: Text.ElideRight
             color: Theme.secondary
             font { family: Theme.fontFamily; pixelSize: 11 }
@@ -149,13 +150,13 @@ Item {
             Behavior on opacity { enabled: root.animated; NumberAnimation { duration: root.motion; easing.type: Easing.OutCubic } }
         }
         PushButton {
-            visible: root.model.offersRetry
+            visible: root.offered.retry !== undefined
             height: 22
             textSize: 11
             padding: 9
-            title: "Retry"
+            title: root.offered.retry?.title ?? ""
             symbol: "arrow.clockwise"
-            onClicked: root.model.retry()
+            onClicked: root.model.press("retry")
             opacity: visible ? 1 : 0
             Behavior on opacity { enabled: root.animated; NumberAnimation { duration: root.motion; easing.type: Easing.OutCubic } }
         }

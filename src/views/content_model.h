@@ -1,0 +1,40 @@
+// What every view finds in its content: the controls that it may press, with their titles.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include "platform/content.h"
+
+namespace quillo::views {
+
+class ContentModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("made for each view")
+  // Those that are seen, by their ids and in their order. Each has an "id", a "title", and whether
+  // it "isDefault".
+  Q_PROPERTY(QVariantMap controls READ controls NOTIFY changed)
+  Q_PROPERTY(QVariantList controlList READ controlList NOTIFY changed)
+
+ public:
+  // `content` outlives the model.
+  explicit ContentModel(Content& content) : content_(content) {}
+
+  QVariantMap controls() const;
+  QVariantList controlList() const;
+  // In a turn of its own, since it may take the view away. A control that has gone by then is not
+  // pressed.
+  Q_INVOKABLE void press(const QString& id);
+
+ Q_SIGNALS:
+  void changed();
+
+ private:
+  Content& content_;
+};
+
+}  // namespace quillo::views
