@@ -18,9 +18,9 @@
 #include <vector>
 
 #include "app/program.h"
-#include "hosts/linux/bundle.h"
 #include "hosts/linux/linux_desktop.h"
-#include "hosts/linux/monotonic_clock.h"
+#include "hosts/linux/posix/monotonic_clock.h"
+#include "hosts/linux/session/bundle.h"
 #include "shell/diagnostics/diagnostics_log.h"
 #include "unasking_desktop.h"
 #include "views/quick_views.h"

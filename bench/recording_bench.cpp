@@ -8,9 +8,9 @@
 
 #include "audio/audio_recorder.h"
 #include "base/log.h"
-#include "hosts/linux/audio_codec_module.h"
-#include "hosts/linux/posix_file_manager.h"
-#include "hosts/linux/system_random.h"
+#include "hosts/linux/ffmpeg/audio_codec_module.h"
+#include "hosts/linux/posix/posix_file_manager.h"
+#include "hosts/linux/posix/system_random.h"
 
 namespace quillo {
 namespace {

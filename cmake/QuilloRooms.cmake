@@ -1,19 +1,23 @@
-# A room is one folder of src/ and one static library. It sees the headers of its own folder and
-# of the floors that it names, and no others: every room has an include root of its own that
-# holds nothing but a link to its folder, so including a room that was not named does not compile.
+# A room is one folder and one static library, below src/ or, with IN, below another folder. It sees
+# the headers of its own folder and of the floors that it names, and no others: every room has an
+# include root of its own that holds nothing but a link to its folder, so including a room that was
+# not named does not compile.
 
 find_package(PkgConfig REQUIRED)
 
-# quillo_room(<folder below src> [SUBJECTS <folders>...] [FLOORS <folders>...] [USES <libraries>...]
-#             [WITHOUT_PCH])
+# quillo_room(<folder> [IN <directory>] [SUBJECTS <folders>...] [FLOORS <folders>...]
+#             [USES <libraries>...] [WITHOUT_PCH])
 #   SUBJECTS  folders of the room itself that hold more of its sources
 #   FLOORS    rooms below this one; their headers become visible to whoever links this room
 #   USES      libraries that only this room's sources see
 function(quillo_room folder)
-  cmake_parse_arguments(ROOM "WITHOUT_PCH" "" "SUBJECTS;FLOORS;USES" ${ARGN})
+  cmake_parse_arguments(ROOM "WITHOUT_PCH" "IN" "SUBJECTS;FLOORS;USES" ${ARGN})
+  if(NOT ROOM_IN)
+    set(ROOM_IN ${CMAKE_SOURCE_DIR}/src)
+  endif()
   string(REPLACE "/" "_" name ${folder})
   set(target quillo_${name})
-  set(source_dir ${CMAKE_SOURCE_DIR}/src/${folder})
+  set(source_dir ${ROOM_IN}/${folder})
   set(patterns ${source_dir}/*.cpp ${source_dir}/*.h)
   foreach(subject IN LISTS ROOM_SUBJECTS)
     list(APPEND patterns ${source_dir}/${subject}/*.cpp ${source_dir}/${subject}/*.h)
@@ -45,25 +49,16 @@ function(quillo_room folder)
   endif()
 endfunction()
 
-# quillo_tests(<folder below tests> [ONLY <prefix>] [SECONDS <limit of a case>] [LINKS <targets>...])
-# One test program for a folder of tests; ctest knows each of its cases. With ONLY it is made of the
-# sources <prefix>_*.cpp and its name ends in _<prefix>, so that a folder can hold several.
+# quillo_tests(<folder below tests> [SECONDS <limit of a case>] [LINKS <targets>...])
+# One test program for a folder of tests; ctest knows each of its cases.
 include(GoogleTest)
 function(quillo_tests folder)
-  cmake_parse_arguments(TESTS "" "ONLY;SECONDS" "LINKS" ${ARGN})
+  cmake_parse_arguments(TESTS "" "SECONDS" "LINKS" ${ARGN})
   if(NOT TESTS_SECONDS)
     set(TESTS_SECONDS 120)
   endif()
   string(REPLACE "/" "_" name ${folder})
-  set(pattern "*.cpp")
-  if(TESTS_ONLY)
-    set(pattern "${TESTS_ONLY}_*.cpp")
-    string(APPEND name _${TESTS_ONLY})
-  endif()
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/${pattern})
-  if(NOT sources)
-    return()
-  endif()
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
   add_executable(tests_${name} ${sources})
   target_include_directories(tests_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(tests_${name} PRIVATE ${TESTS_LINKS} GTest::gmock GTest::gtest_main)

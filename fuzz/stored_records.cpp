@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "hosts/simulated/seeded_random.h"
+#include "hosts/simulated/time/seeded_random.h"
 #include "state/history_entry.h"
 #include "state/prompt_instruction.h"
 #include "state/writing_profile.h"

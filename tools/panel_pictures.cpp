@@ -12,12 +12,12 @@
 #include <vector>
 
 #include "core/dictation_state.h"
-#include "hosts/linux/console_system_log.h"
-#include "hosts/linux/qt_alerts.h"
-#include "hosts/linux/qt_application.h"
-#include "hosts/linux/qt_main_thread.h"
-#include "hosts/linux/qt_panels.h"
-#include "hosts/linux/qt_screens.h"
+#include "hosts/linux/posix/console_system_log.h"
+#include "hosts/linux/qt/qt_alerts.h"
+#include "hosts/linux/qt/qt_application.h"
+#include "hosts/linux/qt/qt_main_thread.h"
+#include "hosts/linux/qt/qt_panels.h"
+#include "hosts/linux/qt/qt_screens.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "shell/review/review_panel.h"
 #include "shell/status/dictation_hud.h"

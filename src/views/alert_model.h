@@ -4,7 +4,7 @@
 #include <QtQml/qqmlregistration.h>
 #include <QString>
 
-#include "hosts/linux/alert_content.h"
+#include "hosts/linux/qt/alert_content.h"
 #include "views/content_model.h"
 
 namespace quillo::views {

@@ -6,7 +6,7 @@
 #include <QString>
 #include <memory>
 
-#include "hosts/linux/views.h"
+#include "hosts/linux/qt/views.h"
 
 class QQmlEngine;
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "hosts/linux/views.h"
+#include "hosts/linux/qt/views.h"
 
 class QQmlEngine;
 

@@ -16,7 +16,7 @@ cst_voice* register_cmu_us_rms(const char* directory);
 #include <random>
 #include <stdexcept>
 
-#include "hosts/linux/ffmpeg/ffmpeg_audio_file.h"
+#include "hosts/linux/ffmpeg/module/ffmpeg_audio_file.h"
 
 namespace quillo::service {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "explorer.h"
+#include "simulation/explore/explorer.h"
 
 namespace quillo::sim {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "base/json.h"
 #include "base/text.h"
-#include "scenario.h"
+#include "simulation/scenarios/scenario.h"
 
 namespace quillo::sim {
 namespace {

@@ -17,13 +17,13 @@
 #include <QScreen>
 #include <QWindow>
 
-#include "contracts/linux_window_below.h"
-#include "contracts/linux_x11_host.h"
-#include "hosts/linux/alert_content.h"
-#include "hosts/linux/qt_alerts.h"
-#include "hosts/linux/qt_application.h"
-#include "hosts/linux/qt_panels.h"
-#include "hosts/linux/qt_screens.h"
+#include "contracts/linux/linux_window_below.h"
+#include "contracts/linux/linux_x11_host.h"
+#include "hosts/linux/qt/alert_content.h"
+#include "hosts/linux/qt/qt_alerts.h"
+#include "hosts/linux/qt/qt_application.h"
+#include "hosts/linux/qt/qt_panels.h"
+#include "hosts/linux/qt/qt_screens.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "shell/review/review_panel.h"
 #include "shell/status/dictation_hud.h"

@@ -6,9 +6,9 @@
 #include <QScreen>
 #include <QWidget>
 
-#include "contracts/linux_window_below.h"
-#include "contracts/linux_x11_host.h"
-#include "hosts/linux/qt_status_item.h"
+#include "contracts/linux/linux_window_below.h"
+#include "contracts/linux/linux_x11_host.h"
+#include "hosts/linux/qt/qt_status_item.h"
 #include "views/quick_views.h"
 
 namespace quillo {

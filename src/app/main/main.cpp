@@ -7,12 +7,12 @@
 #include <optional>
 
 #include "app/program.h"
-#include "hosts/linux/bundle.h"
-#include "hosts/linux/code_pages.h"
 #include "hosts/linux/linux_desktop.h"
-#include "hosts/linux/single_instance.h"
-#include "hosts/linux/termination_signals.h"
-#include "hosts/linux/x11_connection.h"
+#include "hosts/linux/posix/code_pages.h"
+#include "hosts/linux/session/bundle.h"
+#include "hosts/linux/session/single_instance.h"
+#include "hosts/linux/session/termination_signals.h"
+#include "hosts/linux/x11/connection/x11_connection.h"
 #include "shell/diagnostics/diagnostics_log.h"
 #include "views/quick_views.h"
 

@@ -1,14 +1,14 @@
 // What a program on this host has before it knows its desktop: enough to keep a log.
 #pragma once
 
-#include "hosts/linux/console_system_log.h"
-#include "hosts/linux/posix_file_manager.h"
-#include "hosts/linux/qt_main_thread.h"
-#include "hosts/linux/system_clock.h"
-#include "hosts/linux/system_random.h"
-#include "hosts/linux/thread_serial_queues.h"
-#include "hosts/linux/xdg_directories.h"
-#include "hosts/linux/xdg_opener.h"
+#include "hosts/linux/posix/console_system_log.h"
+#include "hosts/linux/posix/posix_file_manager.h"
+#include "hosts/linux/posix/system_clock.h"
+#include "hosts/linux/posix/system_random.h"
+#include "hosts/linux/posix/thread_serial_queues.h"
+#include "hosts/linux/posix/xdg_directories.h"
+#include "hosts/linux/qt/qt_main_thread.h"
+#include "hosts/linux/session/xdg_opener.h"
 
 namespace quillo::linux_host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
-#include "hosts/linux/bundle.h"
+#include "hosts/linux/session/bundle.h"
 
 namespace quillo {
 

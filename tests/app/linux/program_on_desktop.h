@@ -11,10 +11,10 @@
 
 #include "app/program.h"
 #include "base/json.h"
-#include "contracts/keyboard_host.h"
-#include "contracts/linux_loopback_server.h"
-#include "contracts/linux_virtual_microphone.h"
-#include "contracts/linux_x11_host.h"
+#include "contracts/linux/linux_loopback_server.h"
+#include "contracts/linux/linux_virtual_microphone.h"
+#include "contracts/linux/linux_x11_host.h"
+#include "contracts/support/keyboard_host.h"
 #include "hosts/linux/linux_desktop.h"
 #include "views/quick_views.h"
 

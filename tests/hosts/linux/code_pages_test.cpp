@@ -1,5 +1,5 @@
 // Memory that holds code is given back, and the program goes on.
-#include "hosts/linux/code_pages.h"
+#include "hosts/linux/posix/code_pages.h"
 
 #include <gtest/gtest.h>
 

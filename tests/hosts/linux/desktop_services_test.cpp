@@ -8,13 +8,13 @@
 #include <fstream>
 
 #include "base/identifiers.h"
-#include "contracts/environment_variable.h"
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/autostart_login_item.h"
-#include "hosts/linux/bundle.h"
-#include "hosts/linux/linux_machine.h"
-#include "hosts/linux/qt_application.h"
-#include "hosts/linux/xdg_opener.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "contracts/support/environment_variable.h"
+#include "hosts/linux/qt/qt_application.h"
+#include "hosts/linux/session/autostart_login_item.h"
+#include "hosts/linux/session/bundle.h"
+#include "hosts/linux/session/linux_machine.h"
+#include "hosts/linux/session/xdg_opener.h"
 
 namespace quillo::linux_host {
 namespace {

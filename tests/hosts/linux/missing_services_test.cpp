@@ -1,12 +1,12 @@
 // A desktop without a keyring, without a bus, without a sound server: each port says so, and soon.
 #include <gmock/gmock.h>
 
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/linux_audio_system.h"
-#include "hosts/linux/linux_permissions.h"
-#include "hosts/linux/pulse_audio_devices.h"
-#include "hosts/linux/pulse_sounds.h"
-#include "hosts/linux/secret_service_keychain.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "hosts/linux/pulse/linux_audio_system.h"
+#include "hosts/linux/pulse/pulse_audio_devices.h"
+#include "hosts/linux/pulse/pulse_sounds.h"
+#include "hosts/linux/session/linux_permissions.h"
+#include "hosts/linux/session/secret_service_keychain.h"
 
 namespace quillo::linux_host {
 namespace {

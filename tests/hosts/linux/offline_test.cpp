@@ -5,10 +5,10 @@
 
 #include <fstream>
 
-#include "contracts/linux_contract_host.h"
-#include "contracts/linux_loopback_server.h"
-#include "hosts/linux/curl_url_sessions.h"
-#include "hosts/linux/default_route.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "contracts/linux/linux_loopback_server.h"
+#include "hosts/linux/curl/curl_url_sessions.h"
+#include "hosts/linux/curl/default_route.h"
 
 namespace quillo::linux_host {
 namespace {

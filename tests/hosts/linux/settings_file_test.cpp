@@ -6,10 +6,10 @@
 #include <csignal>
 #include <fstream>
 
-#include "contracts/environment_variable.h"
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/json_user_defaults.h"
-#include "hosts/linux/system_clock.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "contracts/support/environment_variable.h"
+#include "hosts/linux/posix/json_user_defaults.h"
+#include "hosts/linux/posix/system_clock.h"
 
 namespace quillo::linux_host {
 namespace {

@@ -6,8 +6,8 @@
 #include <optional>
 #include <thread>
 
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/single_instance.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "hosts/linux/session/single_instance.h"
 
 namespace quillo::linux_host {
 namespace {

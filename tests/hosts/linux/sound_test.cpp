@@ -8,15 +8,15 @@
 #include <numeric>
 #include <random>
 
-#include "contracts/environment_variable.h"
-#include "contracts/heard.h"
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/capture_worker.h"
-#include "hosts/linux/linux_audio_system.h"
-#include "hosts/linux/pulse_audio_devices.h"
-#include "hosts/linux/pulse_sounds.h"
-#include "hosts/linux/sound_cue.h"
-#include "hosts/linux/voice_processor.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "contracts/support/environment_variable.h"
+#include "contracts/support/heard.h"
+#include "hosts/linux/pulse/capture_worker.h"
+#include "hosts/linux/pulse/linux_audio_system.h"
+#include "hosts/linux/pulse/pulse_audio_devices.h"
+#include "hosts/linux/pulse/pulse_sounds.h"
+#include "hosts/linux/pulse/sound_cue.h"
+#include "hosts/linux/pulse/voice_processor.h"
 
 namespace quillo::linux_host {
 namespace {

@@ -4,10 +4,10 @@
 #include <ctime>
 
 #include "base/iso8601.h"
-#include "contracts/environment_variable.h"
-#include "contracts/linux_contract_host.h"
-#include "hosts/linux/posix_file_manager.h"
-#include "hosts/linux/system_clock.h"
+#include "contracts/linux/linux_contract_host.h"
+#include "contracts/support/environment_variable.h"
+#include "hosts/linux/posix/posix_file_manager.h"
+#include "hosts/linux/posix/system_clock.h"
 
 namespace quillo::linux_host {
 namespace {

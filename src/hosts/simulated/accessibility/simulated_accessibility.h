@@ -7,10 +7,10 @@
 #include <memory>
 #include <optional>
 
-#include "hosts/simulated/accessibility/application_tree.h"
-#include "hosts/simulated/simulated_workspace.h"
-#include "hosts/simulated/switched_permissions.h"
-#include "hosts/simulated/timeline.h"
+#include "hosts/simulated/desktop/application_tree.h"
+#include "hosts/simulated/desktop/simulated_workspace.h"
+#include "hosts/simulated/desktop/switched_permissions.h"
+#include "hosts/simulated/time/timeline.h"
 
 namespace quillo::simulated {
 

@@ -1,0 +1,317 @@
+#include "simulation/explore/planted_bugs.h"
+
+#include "simulation/world/forwarding_ports.h"
+
+namespace quillo::sim {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::int64_t commandKey = 55;
+constexpr std::int64_t pasteKey = 9;
+
+class ClipboardNotRestored final : public ForwardingPasteboard {
+ public:
+  ClipboardNotRestored(Pasteboard& below, const MainThread& mainThread)
+      : ForwardingPasteboard(below), mainThread_(mainThread) {}
+  void clearContents() override {
+    drops_ = mainThread_.now() - lastWrite_ < 400ms;
+    if (!drops_) below_.clearContents();
+  }
+  bool writeItems(const std::vector<PasteboardItem>& items) override {
+    if (drops_) return true;
+    lastWrite_ = mainThread_.now();
+    return below_.writeItems(items);
+  }
+
+ private:
+  const MainThread& mainThread_;
+  MonotonicTime lastWrite_ = MonotonicTime::distantPast();
+  bool drops_ = false;
+};
+
+class PastedTwice final : public ForwardingKeyPoster {
+ public:
+  using ForwardingKeyPoster::ForwardingKeyPoster;
+  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
+            std::int64_t userData) override {
+    const bool posted = below_.post(keyCode, direction, flags, userData);
+    if (keyCode == pasteKey && direction == KeyDirection::up) {
+      below_.post(keyCode, KeyDirection::down, flags, userData);
+      below_.post(keyCode, KeyDirection::up, flags, userData);
+    }
+    return posted;
+  }
+};
+
+class KeyLeftDown final : public ForwardingKeyPoster {
+ public:
+  using ForwardingKeyPoster::ForwardingKeyPoster;
+  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
+            std::int64_t userData) override {
+    if (keyCode == commandKey && direction == KeyDirection::up) return true;
+    return below_.post(keyCode, direction, flags, userData);
+  }
+};
+
+class PastedIntoWhateverIsInFront final : public ForwardingWorkspace {
+ public:
+  using ForwardingWorkspace::ForwardingWorkspace;
+  // As if it had always stayed there.
+  std::optional<RunningApplication> frontmostApplication() const override {
+    const auto front = below_.frontmostApplication();
+    if (!first_ && front) first_ = front;
+    return first_;
+  }
+
+ private:
+  mutable std::optional<RunningApplication> first_;
+};
+
+class SegmentsLeft final : public ForwardingFiles {
+ public:
+  using ForwardingFiles::ForwardingFiles;
+  bool remove(const FilePath& path) override {
+    if (path.filename().string().starts_with(segmentPrefix)) return true;
+    return below_.remove(path);
+  }
+};
+
+class MicrophoneLeftOpen final : public ForwardingAudioSystem {
+ public:
+  using ForwardingAudioSystem::ForwardingAudioSystem;
+  std::unique_ptr<AudioEngine> makeEngine() override {
+    if (++made_ % 5 == 0) {
+      forgotten_.push_back(below_.makeEngine());
+      forgotten_.back()->start();
+    }
+    return below_.makeEngine();
+  }
+
+ private:
+  int made_ = 0;
+  std::vector<std::unique_ptr<AudioEngine>> forgotten_;
+};
+
+// Does something more when a line begins so.
+class ActingLog final : public ForwardingLog {
+ public:
+  ActingLog(Log& below, std::string beginning, std::function<void()> act)
+      : ForwardingLog(below), beginning_(std::move(beginning)), act_(std::move(act)) {}
+  void log(std::string_view category, std::string_view message) override {
+    below_.log(category, message);
+    if (message.starts_with(beginning_)) act_();
+  }
+
+ private:
+  std::string beginning_;
+  std::function<void()> act_;
+};
+
+class WordsLogged final : public ForwardingPasteboard {
+ public:
+  WordsLogged(Pasteboard& below, Log& log) : ForwardingPasteboard(below), log_(log) {}
+  bool writeItems(const std::vector<PasteboardItem>& items) override {
+    for (const PasteboardItem& item : items)
+      for (const auto& [type, bytes] : item.representations) log_.log("clipboard", "copy " + bytes);
+    return below_.writeItems(items);
+  }
+
+ private:
+  Log& log_;
+};
+
+// The twentieth transcription is never answered, not even with a failure.
+class RequestForgotten final : public URLSessions {
+ public:
+  RequestForgotten(URLSessions& below, MainThread& mainThread)
+      : below_(below), mainThread_(mainThread) {}
+  std::unique_ptr<URLSession> make(URLSessionConfiguration configuration) override {
+    return std::make_unique<Session>(below_.make(configuration), *this);
+  }
+
+ private:
+  class Session final : public URLSession {
+   public:
+    Session(std::unique_ptr<URLSession> below, RequestForgotten& sessions)
+        : below_(std::move(below)), sessions_(sessions) {}
+    Task<URLResponse> data(URLRequest request) override {
+      const bool isTranscription = request.method == "POST" && request.url.ends_with("/transcribe");
+      if (isTranscription && ++sessions_.transcriptions_ == 20) {
+        const Completion<> never(sessions_.mainThread_);
+        co_await never;
+      }
+      co_return co_await below_->data(std::move(request));
+    }
+
+   private:
+    std::unique_ptr<URLSession> below_;
+    RequestForgotten& sessions_;
+  };
+
+  URLSessions& below_;
+  MainThread& mainThread_;
+  int transcriptions_ = 0;
+};
+
+// What a keyboard tells is changed on its way: each value becomes some.
+class ChangedKeyboards final : public HIDKeyboards {
+ public:
+  using Receive = std::function<void(const HIDValue&)>;
+  using Change = std::function<void(const HIDValue&, const Receive&)>;
+  ChangedKeyboards(HIDKeyboards& below, Change change)
+      : below_(below), change_(std::move(change)) {}
+  OpenResult open(Receive changed) override {
+    return below_.open([change = change_, changed = std::move(changed)](const HIDValue& value) {
+      change(value, changed);
+    });
+  }
+
+ private:
+  HIDKeyboards& below_;
+  Change change_;
+};
+
+bool isModifier(const HIDValue& value) {
+  return value.usagePage != 7 || (value.usage >= 224 && value.usage <= 231);
+}
+
+void dropReleases(const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+  if (value.value != 0 || !isModifier(value)) receive(value);
+}
+
+// Taps tell of each key as if the fingers lay on Control and Option.
+class ModifiersIgnored final : public EventTaps {
+ public:
+  explicit ModifiersIgnored(EventTaps& below) : below_(below) {}
+  std::unique_ptr<Tap> createKeyDownTap(std::function<TapVerdict(const KeyEvent&)> seen,
+                                        std::function<void(TapInterruption)> interrupted) override {
+    return below_.createKeyDownTap(
+        [seen = std::move(seen)](const KeyEvent& event) {
+          KeyEvent changed = event;
+          if (event.flags & event_flags::option)
+            changed.flags = event_flags::control | event_flags::option;
+          return seen(changed);
+        },
+        std::move(interrupted));
+  }
+
+ private:
+  EventTaps& below_;
+};
+
+void postPaste(KeyPoster& keys) {
+  keys.post(commandKey, KeyDirection::down, event_flags::command, 0);
+  keys.post(pasteKey, KeyDirection::down, event_flags::command, 0);
+  keys.post(pasteKey, KeyDirection::up, event_flags::command, 0);
+  keys.post(commandKey, KeyDirection::up, 0, 0);
+}
+
+void removeRecordings(World& world, FileManager& files) {
+  for (const FilePath& path : world.desktop().files().allFiles())
+    if (path.extension() == ".m4a") files.remove(path);
+}
+
+void logToken(const HostPorts& ports) {
+  const auto token = ports.keychain.read("com.murmex.mac.auth", "mac.accessToken");
+  ports.log.log("auth", "token=" + token.data);
+}
+
+std::shared_ptr<HIDKeyboards> lateKeyboards(World& world, const HostPorts& ports) {
+  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+    receive(value);
+    if (isModifier(value) || value.value == 0) return;
+    world.desktop().after(320ms, [value, receive] { receive(value); });
+  };
+  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
+}
+
+// A modifier that is pressed shows as released and pressed once more.
+std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& ports) {
+  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+    receive(value);
+    if (!isModifier(value) || value.value == 0) return;
+    HIDValue released = value;
+    released.value = 0;
+    world.desktop().after(400ms, [released, receive] { receive(released); });
+    world.desktop().after(410ms, [value, receive] { receive(value); });
+  };
+  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
+}
+
+// `port` in place of that of `ports`.
+template <class Port>
+World::Layer layer(const HostPorts& ports, Port* Replacements::* place,
+                   const std::shared_ptr<Port>& port) {
+  Replacements replacements;
+  replacements.*place = port.get();
+  return {replacedPorts(ports, replacements), port};
+}
+
+World::Layer logLayer(const HostPorts& ports, std::string beginning, std::function<void()> act) {
+  return layer<Log>(ports, &Replacements::log,
+                    std::make_shared<ActingLog>(ports.log, std::move(beginning), std::move(act)));
+}
+
+World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
+  switch (bug) {
+    case PlantedBug::none:
+      return {ports, nullptr};
+    case PlantedBug::clipboardNotRestored:
+      return layer<Pasteboard>(
+          ports, &Replacements::pasteboard,
+          std::make_shared<ClipboardNotRestored>(ports.pasteboard, ports.mainThread));
+    case PlantedBug::pastedTwice:
+      return layer<KeyPoster>(ports, &Replacements::keyPoster,
+                              std::make_shared<PastedTwice>(ports.keyPoster));
+    case PlantedBug::keyLeftDown:
+      return layer<KeyPoster>(ports, &Replacements::keyPoster,
+                              std::make_shared<KeyLeftDown>(ports.keyPoster));
+    case PlantedBug::pastedIntoWhateverIsInFront:
+      return layer<Workspace>(ports, &Replacements::workspace,
+                              std::make_shared<PastedIntoWhateverIsInFront>(ports.workspace));
+    case PlantedBug::segmentsLeft:
+      return layer<FileManager>(ports, &Replacements::files,
+                                std::make_shared<SegmentsLeft>(ports.files));
+    case PlantedBug::microphoneLeftOpen:
+      return layer<AudioSystem>(ports, &Replacements::audioSystem,
+                                std::make_shared<MicrophoneLeftOpen>(ports.audioSystem));
+    case PlantedBug::wordsLogged:
+      return layer<Pasteboard>(ports, &Replacements::pasteboard,
+                               std::make_shared<WordsLogged>(ports.pasteboard, ports.log));
+    case PlantedBug::requestForgotten:
+      return layer<URLSessions>(
+          ports, &Replacements::network,
+          std::make_shared<RequestForgotten>(ports.network, ports.mainThread));
+    case PlantedBug::releaseIgnored:
+      return layer<HIDKeyboards>(
+          ports, &Replacements::hidKeyboards,
+          std::make_shared<ChangedKeyboards>(ports.hidKeyboards, dropReleases));
+    case PlantedBug::routesNotMerged:
+      // Too late for the debounce.
+      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards, lateKeyboards(world, ports));
+    case PlantedBug::modifiersIgnored:
+      return layer<EventTaps>(ports, &Replacements::eventTaps,
+                              std::make_shared<ModifiersIgnored>(ports.eventTaps));
+    case PlantedBug::holdBounces:
+      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards,
+                                 bouncingKeyboards(world, ports));
+    case PlantedBug::pastedAfterCancel:
+      return logLayer(ports, "processing cancelled; audio kept",
+                      [&keys = ports.keyPoster] { postPaste(keys); });
+    case PlantedBug::recordingDeletedOnFailure:
+      return logLayer(ports, "process failed; kept",
+                      [&world, &files = ports.files] { removeRecordings(world, files); });
+    case PlantedBug::tokenLogged:
+      return logLayer(ports, "attempt app=", [ports] { logToken(ports); });
+  }
+}
+
+}  // namespace
+
+World::MakeLayer layerWith(PlantedBug bug) {
+  if (bug == PlantedBug::none) return {};
+  return [bug](World& world, const HostPorts& ports) { return plant(bug, world, ports); };
+}
+
+}  // namespace quillo::sim

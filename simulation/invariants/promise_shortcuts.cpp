@@ -1,0 +1,210 @@
+// 7. A hold never outlives its keys. 8. A press of a shortcut acts once, and nothing acts without
+// one that matches.
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "simulation/invariants/promises.h"
+#include "simulation/world/event_reading.h"
+#include "simulation/world/hands.h"
+
+namespace quillo::sim {
+namespace {
+
+using namespace std::chrono_literals;
+
+// The slowest route, and the start of a recording that was under way when the keys came up.
+constexpr Duration longestStart = 10s;
+constexpr Duration longestWay = 800ms;
+constexpr Duration holdThreshold = 250ms;
+
+// Whether the program may believe something of the keys that is not so: a route lost an event, or
+// could not see it. It then goes by what it saw last, until the next event of that key, as the
+// rules have it. Nothing is in doubt any more when every modifier was pressed and released again.
+class Doubt {
+ public:
+  void see(const Event& event) {
+    if (event.what == "fault" && blinds(textOf(event, "kind"))) {
+      lasting_.insert(textOf(event, "kind"));
+      isInDoubt_ = true;
+    }
+    if (event.what == "healed") lasting_.erase(textOf(event, "kind"));
+    if (isAct(event, "clears the keyboard") && lasting_.empty()) isInDoubt_ = false;
+  }
+  bool any() const { return isInDoubt_; }
+
+ private:
+  static bool blinds(const std::string& kind) {
+    constexpr const char* kinds[] = {"keyRouteLossy", "secureInput", "listenEventsDenied",
+                                     "accessibilityDenied", "keyPermissions"};
+    return std::ranges::find(kinds, kind) != std::end(kinds);
+  }
+
+  std::set<std::string> lasting_;
+  bool isInDoubt_ = false;
+};
+
+// What the user did that starts or stops a recording without a key.
+bool commands(const Event& event) {
+  return isAct(event, "clicks") || isAct(event, "chooses") ||
+         isAct(event, "presses in the panel") || isAct(event, "quits Quillo");
+}
+
+// --- 7 ---
+
+class AHoldEndsWithItsKeys final : public Promise {
+ public:
+  std::string_view name() const override { return "a hold ends with its keys"; }
+
+  void see(const Event& event) override {
+    judge(event.time);
+    const bool wasHeld = hands_.isHeld();
+    hands_.see(event);
+    if (hands_.isHeld() && !wasHeld) holdBegan_ = event.time;
+    if (event.what == "shortcuts") holdBegan_.reset();
+    doubt_.see(event);
+    if (commands(event)) lastCommand_ = event.time;
+    if (turns(event, "isRecording", true)) begin(event);
+    if (turns(event, "isRecording", false)) isOfHold_ = false;
+    if (event.what == "shortcuts" || doubt_.any()) isOfHold_ = false;
+    const bool isLetGo = hands_.areAllUp() && !hands_.isHeld();
+    if (!isLetGo) letGoAt_.reset();
+    if (isLetGo && !letGoAt_) letGoAt_ = event.time;
+  }
+
+  void rest(const RestFacts& facts) override { judge(facts.time); }
+
+ private:
+  void begin(const Event& event) {
+    // Else a press in the other mode began it, before the mode was changed.
+    const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart;
+    isOfHold_ = isByHold && hands_.isHoldMode() && event.time - lastCommand_ > longestStart;
+    if (letGoAt_) letGoAt_ = event.time;
+  }
+
+  void judge(MonotonicTime now) {
+    if (!isOfHold_ || !letGoAt_ || now - *letGoAt_ < longestWay) return;
+    isOfHold_ = false;
+    breaks(now, "the recording of a hold goes on, and its keys have long been up");
+  }
+
+  Hands hands_;
+  Doubt doubt_;
+  MonotonicTime lastCommand_ = MonotonicTime::distantPast();
+  std::optional<MonotonicTime> letGoAt_;
+  std::optional<MonotonicTime> holdBegan_;  // of this binding
+  bool isOfHold_ = false;
+};
+
+// --- 8 ---
+
+class APressActsOnceAndOnlyItsOwn final : public Promise {
+ public:
+  std::string_view name() const override { return "a press acts once, and only its own"; }
+
+  void see(const Event& event) override {
+    const bool wasHeldByFlags = hands_.isHeldByFlags();
+    const bool wasHeldByKeyboards = hands_.isHeldByKeyboards();
+    hands_.see(event);
+    doubt_.see(event);
+    remember(event);
+    if (event.what == "shortcuts") lastBound_ = event.time;
+    if (hands_.pressesToggleChord(event)) presses_.push_back({event.time});
+    if (hands_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
+    const bool isHeldAnew = (hands_.isHeldByFlags() && !wasHeldByFlags) ||
+                            (hands_.isHeldByKeyboards() && !wasHeldByKeyboards);
+    if (isHeldAnew) presses_.push_back({event.time, hands_.isHoldMode()});
+    const bool isLetGo = !hands_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
+    if (isLetGo) lastLetGo_ = event.time;
+    const bool isTouch = isLetGo && hands_.isHoldMode() && event.what != "shortcuts";
+    if (isTouch && !isSlow_) forgetTouches(event.time);
+    if (turns(event, "isRecording", true)) requireCauseOfStart(event.time);
+    if (turns(event, "isRecording", false)) requireCauseOfStop(event.time);
+    if (event.what == "language") requireCauseOfStep(event.time);
+  }
+
+ private:
+  struct Press {
+    MonotonicTime time;
+    bool isOfHold = false;
+  };
+
+  void remember(const Event& event) {
+    if (commands(event) || isAct(event, "signs in")) lastCommand_ = event.time;
+    if (event.what == "status" && textOf(event, "text") == "10-min limit reached")
+      lastCommand_ = event.time;
+    const std::string kind = textOf(event, "kind");
+    if (event.what == "fault" && kind == "keyRouteSlow") isSlow_ = true;
+    if (event.what == "healed" && kind == "keyRouteSlow") isSlow_ = false;
+    // With neither the tap nor a hot key, repeats of a held key are seen as presses.
+    if (event.what == "fault" && (kind == "keyRouteRefused" || kind == "chordTaken"))
+      seesRepeats_ = true;
+  }
+
+  // Held too shortly to begin anything.
+  void forgetTouches(MonotonicTime now) {
+    std::erase_if(presses_, [&](const Press& press) {
+      return press.isOfHold && now - press.time < holdThreshold;
+    });
+  }
+
+  // A route that is slow may show the end of a tap after another has shown the next one, and an
+  // event after the shortcut was changed.
+  bool isExcused(MonotonicTime now) const {
+    if (doubt_.any()) return true;
+    return isSlow_ && (hands_.isTapMode() || now - lastBound_ < longestStart);
+  }
+
+  bool isCommanded(MonotonicTime now) const { return now - lastCommand_ < longestStart; }
+
+  // The earliest press that was not answered yet answers for this.
+  static bool take(std::vector<Press>& presses, MonotonicTime now, Duration longest) {
+    std::erase_if(presses, [&](const Press& press) { return now - press.time > longest; });
+    if (presses.empty()) return false;
+    presses.erase(presses.begin());
+    return true;
+  }
+
+  void requireCauseOfStart(MonotonicTime now) {
+    if (take(presses_, now, longestStart) || isExcused(now) || isCommanded(now)) return;
+    breaks(now, "a recording began, and no press that is left asked for it");
+  }
+
+  void requireCauseOfStop(MonotonicTime now) {
+    // Keys that came up, or a change of the shortcut, ended a hold. The keys may be down again.
+    if (hands_.isHoldMode() && now - lastLetGo_ < longestStart) return;
+    if (take(presses_, now, longestWay) || isExcused(now) || isCommanded(now)) return;
+    if (now - lastBound_ < longestStart) return;
+    breaks(now, "a recording ended, and no press that is left asked for it");
+  }
+
+  void requireCauseOfStep(MonotonicTime now) {
+    if (take(cyclePresses_, now, longestWay) || doubt_.any() || isCommanded(now)) return;
+    if (seesRepeats_ && hands_.isDown(hands_.bound().cycleKeyCode)) return;
+    if (isSlow_ && now - lastBound_ < longestStart) return;
+    breaks(now, "the languages changed, and no press that is left asked for it");
+  }
+
+  Hands hands_;
+  Doubt doubt_;
+  bool isSlow_ = false;
+  bool seesRepeats_ = false;
+  MonotonicTime lastBound_ = MonotonicTime::distantPast();
+  MonotonicTime lastCommand_ = MonotonicTime::distantPast();
+  MonotonicTime lastLetGo_ = MonotonicTime::distantPast();
+  std::vector<Press> presses_;  // that may start or stop a recording, and have not yet
+  std::vector<Press> cyclePresses_;
+};
+
+}  // namespace
+
+std::unique_ptr<Promise> aHoldEndsWithItsKeys() {
+  return std::make_unique<AHoldEndsWithItsKeys>();
+}
+
+std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn() {
+  return std::make_unique<APressActsOnceAndOnlyItsOwn>();
+}
+
+}  // namespace quillo::sim

@@ -1,0 +1,74 @@
+#include "simulation/scenarios/scenario.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "simulation/invariants/promises.h"
+#include "simulation/scenarios/scenario_steps.h"
+#include "simulation/scenarios/scenario_world.h"
+
+namespace quillo::sim {
+namespace {
+
+using namespace std::chrono_literals;
+
+// After this the last panel has gone.
+constexpr Duration aftermath = 20s;
+
+void play(World& world, Memory& memory, const Place& scenario) {
+  const auto place = scenario.find("world");
+  furnish(world, place);
+  for (const Place& step : scenario.at("steps").elements()) playStep(world, memory, step);
+}
+
+std::uint64_t seedOf(const Place& scenario) {
+  if (const auto world = scenario.find("world"))
+    if (const auto seed = world->find("seed")) return static_cast<std::uint64_t>(seed->integer());
+  return 1;
+}
+
+// A scenario may end in the middle of something: then rest promises nothing yet.
+ExitCode checkPromises(World& world, Promises& promises, const std::string& name,
+                       std::ostream& problems) {
+  world.runFor(aftermath);
+  if (world.isAtRest()) promises.rest(restFacts(world));
+  promises.end();
+  for (const BrokenPromise& each : promises.broken())
+    problems << name << ": at " << toSeconds(each.time.sinceStart) << " s a promise is broken ("
+             << each.promise << "): " << each.how << '\n';
+  return promises.broken().empty() ? ExitCode::fine : ExitCode::brokenPromise;
+}
+
+}  // namespace
+
+ExitCode worse(ExitCode a, ExitCode b) {
+  return std::max(a, b);
+}
+
+ExitCode playScenario(std::string_view json, const std::string& name, Streams streams) {
+  try {
+    const Json parsed = parseScenarioText(json, "scenario");
+    const Place scenario(parsed, "");
+    scenario.allowOnly({"about", "world", "steps"});
+    scenario.at("about").text();
+    Memory memory;
+    Promises promises({}, Words::unknown);
+    World world(seedOf(scenario));
+    memory.follow(world.trace());
+    promises.follow(world.trace());
+    if (streams.trace) world.trace().printTo(*streams.trace);
+    play(world, memory, scenario);
+    return checkPromises(world, promises, name, streams.problems);
+  } catch (const ScenarioError& error) {
+    streams.problems << name << ": " << error.what() << '\n';
+    return ExitCode::refused;
+  } catch (const UnmetExpectation& error) {
+    streams.problems << name << ": " << error.what() << '\n';
+    return ExitCode::differs;
+  } catch (const std::exception& error) {
+    streams.problems << name << ": the program crashed: " << error.what() << '\n';
+    return ExitCode::crash;
+  }
+}
+
+}  // namespace quillo::sim

@@ -1,0 +1,118 @@
+#include "simulation/world/hosted_service.h"
+
+#include "simulation/world/observed_ports.h"
+
+namespace quillo::sim {
+
+using simulated::Answer;
+using simulated::Reply;
+
+namespace {
+
+const Json usage = {{"userId", "ada"},
+                    {"plan", "free"},
+                    {"dailyMinutes", 1.0},
+                    {"monthlyChars", 10},
+                    {"limits", {{"dailyMinutes", 10}, {"monthlyChars", 1000}}},
+                    {"remainingMinutes", 9.0},
+                    {"remainingChars", 990},
+                    {"isGuest", false},
+                    {"updatedAt", "2026-03-04T09:00:00Z"}};
+const Json profile = {{"email", "ada@example.org"}};
+const Json config = {{"plans", Json::array()}};
+
+Reply json(const Json& body) {
+  return {.body = encodeJson(body)};
+}
+
+}  // namespace
+
+std::string_view pathOf(Endpoint endpoint) {
+  switch (endpoint) {
+    case Endpoint::transcribe:
+      return "/transcribe";
+    case Endpoint::transform:
+      return "/transform";
+    case Endpoint::usage:
+      return "/get-usage";
+    case Endpoint::session:
+      return "/auth/v1/token";
+    case Endpoint::profile:
+      return "/auth/v1/user";
+    case Endpoint::config:
+      return "/get-config";
+  }
+}
+
+HostedService::HostedService(simulated::ScriptedNetwork& network, const SpokenWords& words)
+    : words_(words) {
+  for (const auto& [name, endpoint] : endpointNames) {
+    network.handle(std::string(pathOf(endpoint)), [this, asked = endpoint](const Request& request) {
+      return answer(asked, request);
+    });
+  }
+}
+
+void HostedService::script(Endpoint endpoint, MakeAnswer answer, int times) {
+  auto& scripts = scripts_[static_cast<std::size_t>(endpoint)];
+  for (int i = 0; i < times; ++i) scripts.push_back(answer);
+}
+
+Answer HostedService::answer(Endpoint endpoint, const Request& request) {
+  auto& scripts = scripts_[static_cast<std::size_t>(endpoint)];
+  if (!scripts.empty()) {
+    const MakeAnswer make = std::move(scripts.front());
+    scripts.pop_front();
+    return make(request);
+  }
+  if (whim_) {
+    if (auto odd = whim_(endpoint, request)) return std::move(*odd);
+  }
+  Reply reply = usualAnswer(endpoint, request);
+  reply.delay = delay_;
+  return reply;
+}
+
+Reply HostedService::usualAnswer(Endpoint endpoint, const Request& request) {
+  switch (endpoint) {
+    case Endpoint::transcribe:
+      return transcription(heardIn(request));
+    case Endpoint::transform:
+      return transformation(textOf(request));
+    case Endpoint::usage:
+      return json(usage);
+    case Endpoint::session:
+      return newSession();
+    case Endpoint::profile:
+      return json(profile);
+    case Endpoint::config:
+      return json(config);
+  }
+}
+
+std::string HostedService::heardIn(const Request& request) const {
+  const Json parts = formParts(request.header("Content-Type").value_or(""), request.body);
+  return words_.heardIn(lenientText(parts, "file").value_or(""));
+}
+
+std::string HostedService::textOf(const Request& request) {
+  return JsonReader::parseObject(request.body).text("text");
+}
+
+Reply HostedService::transcription(const std::string& text) {
+  return json({{"text", text}, {"duration", 1.0}});
+}
+
+Reply HostedService::transformation(const std::string& text) {
+  return json({{"text", text}, {"charactersUsed", 1}});
+}
+
+Reply HostedService::newSession() {
+  const std::string number = std::to_string(++sessions_ + 1);
+  return json({{"access_token", "secret-access-" + number},
+               {"refresh_token", "secret-refresh-" + number},
+               {"expires_in", 3600},
+               {"user", {{"id", "ada"}, {"email", "ada@example.org"}}}});
+}
+
+}  // namespace quillo::sim

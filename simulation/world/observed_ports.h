@@ -1,0 +1,124 @@
+// Ports of a desktop that tell the trace what the program does with them.
+#pragma once
+
+#include "hosts/simulated/desktop/shared_pasteboard.h"
+#include "platform/application.h"
+#include "platform/system_log.h"
+#include "platform/url_session.h"
+#include "simulation/world/forwarding_ports.h"
+#include "simulation/world/replaced_ports.h"
+#include "simulation/world/spoken_words.h"
+#include "simulation/world/trace.h"
+
+namespace quillo::sim {
+
+class ObservedLog final : public ForwardingLog {
+ public:
+  ObservedLog(Log& below, Trace& trace) : ForwardingLog(below), trace_(trace) {}
+  void log(std::string_view category, std::string_view message) override;
+
+ private:
+  Trace& trace_;
+};
+
+class ObservedSystemLog final : public SystemLog {
+ public:
+  ObservedSystemLog(SystemLog& below, Trace& trace) : below_(below), trace_(trace) {}
+  void write(std::string_view line) override;
+  void printToStandardOutput(std::string_view line) override;
+
+ private:
+  SystemLog& below_;
+  Trace& trace_;
+};
+
+class ObservedFiles final : public ForwardingFiles {
+ public:
+  ObservedFiles(FileManager& below, Trace& trace) : ForwardingFiles(below), trace_(trace) {}
+  bool writeAtomically(const FilePath& path, const Bytes& bytes) override;
+  bool move(const FilePath& from, const FilePath& to) override;
+  bool remove(const FilePath& path) override;
+
+ private:
+  Trace& trace_;
+};
+
+// A request is told with its parts: those of the form, or its JSON body. Warm-ups have none.
+class ObservedNetwork final : public URLSessions {
+ public:
+  ObservedNetwork(URLSessions& below, Trace& trace) : below_(below), trace_(trace) {}
+  std::unique_ptr<URLSession> make(URLSessionConfiguration configuration) override;
+
+ private:
+  class Session;
+  URLSessions& below_;
+  Trace& trace_;
+  int requests_ = 0;
+};
+
+class ObservedKeyPoster final : public ForwardingKeyPoster {
+ public:
+  // `front` names the application in front; `clipboard` is the plain text there.
+  ObservedKeyPoster(KeyPoster& below, Trace& trace, std::function<std::string()> front,
+                    std::function<std::string()> clipboard)
+      : ForwardingKeyPoster(below),
+        trace_(trace),
+        front_(std::move(front)),
+        clipboard_(std::move(clipboard)) {}
+  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
+            std::int64_t userData) override;
+
+ private:
+  Trace& trace_;
+  std::function<std::string()> front_;
+  std::function<std::string()> clipboard_;
+};
+
+class ObservedPasteboard final : public ForwardingPasteboard {
+ public:
+  ObservedPasteboard(Pasteboard& below, Trace& trace)
+      : ForwardingPasteboard(below), trace_(trace) {}
+  void clearContents() override;
+  bool writeItems(const std::vector<PasteboardItem>& items) override;
+
+ private:
+  Trace& trace_;
+};
+
+class ObservedWorkspace final : public ForwardingWorkspace {
+ public:
+  ObservedWorkspace(Workspace& below, Trace& trace) : ForwardingWorkspace(below), trace_(trace) {}
+  bool activate(const RunningApplication& application) override;
+
+ private:
+  Trace& trace_;
+};
+
+class ObservedAlerts final : public Alerts {
+ public:
+  ObservedAlerts(Alerts& below, Trace& trace) : below_(below), trace_(trace) {}
+  std::size_t runModal(const Alert& alert) override;
+
+ private:
+  Alerts& below_;
+  Trace& trace_;
+};
+
+class ObservedSounds final : public Sounds {
+ public:
+  ObservedSounds(Sounds& below, Trace& trace) : below_(below), trace_(trace) {}
+  void play(std::string_view name) override;
+
+ private:
+  Sounds& below_;
+  Trace& trace_;
+};
+
+// Types of all items in their order, and the plain text if there is one.
+Json describeItems(const std::vector<PasteboardItem>& items);
+Json describeOffered(const std::vector<simulated::OfferedItem>& items);
+
+// The parts of a multipart form by name: the text, or for the file its name.
+Json formParts(const std::string& contentType, const Bytes& body);
+
+}  // namespace quillo::sim

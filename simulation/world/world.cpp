@@ -1,0 +1,286 @@
+#include "simulation/world/world.h"
+
+#include <algorithm>
+
+namespace quillo::sim {
+namespace {
+
+const Backend backend{"http://service.test", "anonymous-key"};
+
+Json historyFields(const HistoryEntries& entries) {
+  Json fields = {{"count", entries.size()}};
+  if (!entries.empty()) fields["newest"] = entries.front()->finalText;
+  return fields;
+}
+
+}  // namespace
+
+bool isSessionFile(std::string_view name) {
+  return name.starts_with(recordingPrefix) && !name.starts_with(segmentPrefix);
+}
+
+World::World(std::uint64_t seed, PanelTexts panelTexts, MakeLayer makeLayer)
+    : panelTexts_(panelTexts), makeLayer_(std::move(makeLayer)), desktop_(seed) {
+  // A user who has been asked about new features before.
+  desktop_.userDefaults().setBoolean("mac.sawSelectionBubbleIntro", true);
+  desktop_.userDefaults().setText("inputLanguage", "en-US");
+}
+
+World::~World() {
+  subscriptions_.clear();
+  program_.reset();
+}
+
+HostPorts World::observedPorts() {
+  return replacedPorts(portsOf(desktop_), {
+                                              .systemLog = &systemLog_,
+                                              .log = &log_,
+                                              .files = &files_,
+                                              .network = &network_,
+                                              .audioSystem = &audioSystem_,
+                                              .workspace = &workspace_,
+                                              .keyPoster = &keyPoster_,
+                                              .pasteboard = &pasteboard_,
+                                              .alerts = &alerts_,
+                                              .sounds = &sounds_,
+                                          });
+}
+
+void World::signIn(Duration expiresIn) {
+  const std::string service = "com.murmex.mac.auth";
+  desktop_.keychain().setItem(service, "mac.accessToken", "secret-access-1");
+  desktop_.keychain().setItem(service, "mac.refreshToken", "secret-refresh-1");
+  desktop_.userDefaults().setText("mac.userId", "ada");
+  desktop_.userDefaults().setText("mac.userEmail", "ada@example.org");
+  desktop_.userDefaults().setNumber(
+      "mac.tokenExpiresAt", secondsSince1970(desktop_.clock().now()) + toSeconds(expiresIn));
+}
+
+void World::launch() {
+  HostPorts ports = observedPorts();
+  if (makeLayer_) {
+    const Layer layer = makeLayer_(*this, ports);
+    layer_ = layer.kept;
+    program_ = std::make_unique<quillo::Program>(layer.ports, backend);
+  } else {
+    program_ = std::make_unique<quillo::Program>(ports, backend);
+  }
+  observeProgram();
+  program_->launch();
+  runFor({});
+}
+
+void World::quitAndLaunchAgain() {
+  act("quits Quillo");
+  desktop_.application().terminate();
+  runFor({});
+  subscriptions_.clear();
+  program_.reset();
+  act("launches Quillo");
+  launch();
+}
+
+void World::observeProgram() {
+  DictationState& state = program_->dictation();
+  const auto observe = [this](auto& published, std::string_view what, const char* field) {
+    subscriptions_.push_back(published.observe(
+        [this, what, field](const auto& value) { trace_.tell(what, Json{{field, value}}); }));
+  };
+  observe(state.isRecording, "state", "isRecording");
+  observe(state.isProcessing, "state", "isProcessing");
+  observe(state.canRetryLast, "state", "canRetryLast");
+  observe(state.statusText, "status", "text");
+  subscriptions_.push_back(state.lastError.observe([this](const std::optional<std::string>& error) {
+    trace_.tell("error", Json{{"text", error ? Json(*error) : Json(nullptr)}});
+  }));
+  observeShortcuts();
+  subscriptions_.push_back(program_->appState().inputLanguage.observe(
+      [this](const std::string& language) { trace_.tell("language", {{"input", language}}); }));
+  subscriptions_.push_back(program_->history().entries.observe(
+      [this](const HistoryEntries& entries) { trace_.tell("history", historyFields(entries)); }));
+  subscriptions_.push_back(program_->auth().observeIsLoggedIn(
+      [this](bool isLoggedIn) { trace_.tell("state", Json{{"isLoggedIn", isLoggedIn}}); }));
+}
+
+// The detectors are set up anew at a change of the mode or of the toggle shortcut.
+void World::observeShortcuts() {
+  MacAppState& state = program_->appState();
+  tellShortcuts(true);
+  const auto observe = [this](auto& setting, bool rebinds) {
+    subscriptions_.push_back(
+        setting.observe([this, rebinds](const auto&) { tellShortcuts(rebinds); }));
+  };
+  observe(state.activationMode, true);
+  observe(state.toggleShortcut, true);
+  observe(state.holdShortcut, false);
+  observe(state.cycleHotKeyKeyCode, false);
+  observe(state.cycleHotKeyModifiers, false);
+}
+
+void World::tellShortcuts(bool rebinds) {
+  const MacAppState& state = program_->appState();
+  trace_.tell("shortcuts", {{"activationMode", state.activationMode.get()},
+                            {"toggleShortcut", state.toggleShortcut.get()},
+                            {"holdShortcut", state.holdShortcut.get()},
+                            {"cycleKeyCode", state.cycleHotKeyKeyCode.get()},
+                            {"cycleModifiers", state.cycleHotKeyModifiers.get()},
+                            {"rebinds", rebinds}});
+}
+
+// --- Applications ---
+
+simulated::Program& World::launchApplication(const simulated::Program::Description& description) {
+  simulated::Program& program = desktop_.workspace().launch(description);
+  applications_.push_back(&program);
+  editorTexts_.emplace_back();
+  look();
+  return program;
+}
+
+simulated::Program* World::application(std::string_view name) const {
+  const auto found = std::ranges::find_if(applications_, [&](const simulated::Program* program) {
+    return program->isRunning() && program->identity().localizedName == name;
+  });
+  return found == applications_.end() ? nullptr : *found;
+}
+
+std::string World::frontName() {
+  const auto front = desktop_.workspace().frontmostApplication();
+  return front ? front->localizedName.value_or("") : "";
+}
+
+// Described once a change: it may be large.
+const Json& World::clipboard() {
+  const simulated::SharedPasteboard& pasteboard = desktop_.pasteboard();
+  if (clipboardChange_ != pasteboard.changeCount()) {
+    clipboardChange_ = pasteboard.changeCount();
+    clipboardSeen_ = describeOffered(pasteboard.offered());
+  }
+  return clipboardSeen_;
+}
+
+// --- The user ---
+
+void World::act(std::string_view what, Json fields) {
+  Json all = {{"act", what}};
+  all.update(fields);
+  trace_.tell("user", std::move(all));
+}
+
+void World::speak(const std::string& text, Duration duration, double loudness) {
+  act("speaks", {{"words", text}});
+  const MonotonicTime begin = std::max(desktop_.voice().end(), now());
+  words_.say(text, begin, duration);
+  desktop_.voice().speak(duration, loudness);
+}
+
+void World::copy(std::vector<simulated::OfferedItem> items, const std::string& by) {
+  simulated::Program* program = application(by);
+  desktop_.pasteboard().copyItems(std::move(items), program ? program->process() : 0);
+  Json fields = {{"by", by}};
+  fields.update(clipboard());
+  trace_.tell("clipboard", std::move(fields));
+}
+
+void World::pressKey(simulated::Key key) {
+  simulated::SimulatedKeyboard& keyboard = desktop_.keyboard();
+  if (keyboard.keysDown().contains(key)) return;
+  const auto code = static_cast<std::int64_t>(key);
+  Json fields = {{"keyCode", code}, {"direction", "down"}};
+  if (const auto types = simulated::charactersOf(code, keyboard.layout())) fields["types"] = *types;
+  trace_.tell("userKey", std::move(fields));
+  keyboard.press(key);
+}
+
+void World::releaseKey(simulated::Key key) {
+  if (!desktop_.keyboard().keysDown().contains(key)) return;
+  trace_.tell("userKey", {{"keyCode", static_cast<std::int64_t>(key)}, {"direction", "up"}});
+  desktop_.keyboard().release(key);
+}
+
+void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
+  for (const simulated::Key key : chord) pressKey(key);
+  desktop_.after(held, [this, chord] {
+    for (auto key = chord.rbegin(); key != chord.rend(); ++key) releaseKey(*key);
+  });
+}
+
+bool World::offers(std::string_view control) {
+  for (simulated::VirtualPanel* panel : desktop_.panels().visible()) {
+    if (!panel->takesClicks()) continue;
+    for (const Control& each : panel->content().controls())
+      if (each.name == control) return true;
+  }
+  return false;
+}
+
+bool World::click(const std::string& control) {
+  if (!offers(control)) return false;
+  act("clicks", {{"control", control}});
+  return desktop_.panels().click(control);
+}
+
+bool World::choose(const std::string& menuItem) {
+  const MenuItem* item = desktop_.statusItem().item(menuItem);
+  if (!item || !item->isEnabled) return false;
+  act("chooses", {{"item", menuItem}});
+  if (menuItem == "Paste Last Result") act("pastes last");
+  return desktop_.statusItem().choose(menuItem);
+}
+
+// --- Time ---
+
+void World::runFor(Duration duration) {
+  runUntil([] { return false; }, duration);
+}
+
+bool World::runUntil(const std::function<bool()>& condition, Duration limit) {
+  return desktop_.runUntil(
+      [&] {
+        look();
+        return condition();
+      },
+      limit);
+}
+
+bool World::isAtRest() {
+  return !dictation().isRecording && !dictation().isProcessing && desktop_.alerts().open() == 0 &&
+         desktop_.newLiveFrames() == 0;
+}
+
+// --- What only a look shows ---
+
+void World::look() {
+  if (std::string front = frontName(); front != frontSeen_) {
+    frontSeen_ = std::move(front);
+    trace_.tell("front", {{"application", frontSeen_}});
+  }
+  const int open = desktop_.audioSystem().runningEngines();
+  if (open != openMicrophonesSeen_) {
+    openMicrophonesSeen_ = open;
+    trace_.tell("microphone", {{"open", open}});
+  }
+  lookAtEditors();
+  if (panelTexts_ == PanelTexts::told) lookAtPanels();
+}
+
+void World::lookAtEditors() {
+  for (std::size_t i = 0; i < applications_.size(); ++i) {
+    const std::string& text = applications_[i]->editor().text();
+    if (text == editorTexts_[i]) continue;
+    editorTexts_[i] = text;
+    trace_.tell("editor",
+                {{"application", *applications_[i]->identity().localizedName}, {"text", text}});
+  }
+}
+
+void World::lookAtPanels() {
+  std::vector<std::string> texts;
+  for (const simulated::VirtualPanel* panel : desktop_.panels().visible())
+    std::ranges::copy(panel->content().texts(), std::back_inserter(texts));
+  if (texts == panelTextsSeen_) return;
+  panelTextsSeen_ = std::move(texts);
+  trace_.tell("panels", {{"texts", panelTextsSeen_}});
+}
+
+}  // namespace quillo::sim

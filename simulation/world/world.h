@@ -1,0 +1,143 @@
+// The whole program on a simulated desktop of its own, with everything visible told to a trace.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/program.h"
+#include "hosts/simulated/simulated_desktop.h"
+#include "simulation/world/hosted_service.h"
+#include "simulation/world/observed_ports.h"
+#include "simulation/world/spoken_words.h"
+#include "simulation/world/trace.h"
+
+namespace quillo::sim {
+
+inline constexpr std::string_view recordingPrefix = "murmex_mac_";
+inline constexpr std::string_view segmentPrefix = "murmex_mac_segment_";
+
+// A session file and no segment.
+bool isSessionFile(std::string_view name);
+
+class World {
+ public:
+  // Puts something between the program and the observed ports. Its result is kept with the world.
+  struct Layer {
+    HostPorts ports;
+    std::shared_ptr<void> kept;
+  };
+  using MakeLayer = std::function<Layer(World&, const HostPorts&)>;
+  // The panels' texts are part of the trace when somebody reads it.
+  enum class PanelTexts { untold, told };
+
+  explicit World(std::uint64_t seed, PanelTexts panelTexts = PanelTexts::told,
+                 MakeLayer makeLayer = {});
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+  ~World();
+
+  simulated::SimulatedDesktop& desktop() { return desktop_; }
+  Trace& trace() { return trace_; }
+  SpokenWords& words() { return words_; }
+  HostedService& service() { return service_; }
+
+  // --- Before the launch ---
+
+  // A session that lasts this long, as an earlier run left it.
+  void signIn(Duration expiresIn = std::chrono::hours(1));
+  void launch();
+
+  // --- The program ---
+
+  bool isLaunched() const { return program_ != nullptr; }
+  quillo::Program& program() { return *program_; }
+  MacDictationController& dictation() { return program_->dictation(); }
+  void quitAndLaunchAgain();
+
+  // --- Applications. Names are unique. ---
+
+  simulated::Program& launchApplication(const simulated::Program::Description& description);
+  // Null when there is none that runs.
+  simulated::Program* application(std::string_view name) const;
+  const std::vector<simulated::Program*>& applications() const { return applications_; }
+  std::string frontName();
+  // What lies on the clipboard, as describeItems() tells it.
+  const Json& clipboard();
+
+  // --- The user. Each act is told, before what it brings about. ---
+
+  // Something that the user does, by its name in the trace.
+  void act(std::string_view what, Json fields = Json::object());
+  void speak(const std::string& text, Duration duration, double loudness = -20);
+  void copy(std::vector<simulated::OfferedItem> items, const std::string& by);
+  // Keys of the user, each told as it goes down and up.
+  void pressKey(simulated::Key key);
+  void releaseKey(simulated::Key key);
+  // Presses the keys in order now and releases them in reverse order after `held`.
+  void tapKeys(const std::vector<simulated::Key>& chord,
+               Duration held = std::chrono::milliseconds(30));
+  // Whether there was such a control to click, or such an item to choose.
+  bool click(const std::string& control);
+  bool choose(const std::string& menuItem);
+
+  // Lives as long as the world.
+  void keep(std::shared_ptr<void> thing) { kept_.push_back(std::move(thing)); }
+
+  // --- Time ---
+
+  MonotonicTime now() const { return desktop_.now(); }
+  void runFor(Duration duration);
+  bool runUntil(const std::function<bool()>& condition, Duration limit);
+  // Nothing is recorded, processed or running.
+  bool isAtRest();
+
+ private:
+  HostPorts observedPorts();
+  void observeProgram();
+  void observeShortcuts();
+  void tellShortcuts(bool rebinds);
+  bool offers(std::string_view control);
+  // What only a look at the desktop shows.
+  void look();
+  void lookAtEditors();
+  void lookAtPanels();
+
+  PanelTexts panelTexts_;
+  MakeLayer makeLayer_;
+  simulated::SimulatedDesktop desktop_;
+  Trace trace_{[this] { return desktop_.now(); }};
+  SpokenWords words_;
+  HostedService service_{desktop_.network(), words_};
+
+  ObservedSystemLog systemLog_{desktop_.systemLog(), trace_};
+  ObservedLog log_{desktop_.log(), trace_};
+  ObservedFiles files_{desktop_.files(), trace_};
+  ObservedNetwork network_{desktop_.network(), trace_};
+  ListeningAudioSystem audioSystem_{desktop_.audioSystem(), words_, trace_,
+                                    [this] { return desktop_.now(); }};
+  ObservedWorkspace workspace_{desktop_.workspace(), trace_};
+  ObservedKeyPoster keyPoster_{desktop_.keyPoster(), trace_, [this] { return frontName(); },
+                               [this] { return desktop_.pasteboard().text().value_or(""); }};
+  ObservedPasteboard pasteboard_{desktop_.pasteboard(), trace_};
+  ObservedAlerts alerts_{desktop_.alerts(), trace_};
+  ObservedSounds sounds_{desktop_.sounds(), trace_};
+  std::shared_ptr<void> layer_;
+  std::vector<std::shared_ptr<void>> kept_;
+
+  std::vector<simulated::Program*> applications_;
+  std::vector<std::string> editorTexts_;  // as they were last seen
+  std::vector<std::string> panelTextsSeen_;
+  std::string frontSeen_;
+  Json clipboardSeen_;  // of this change
+  std::optional<std::int64_t> clipboardChange_;
+  int openMicrophonesSeen_ = 0;
+
+  std::unique_ptr<quillo::Program> program_;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quillo::sim

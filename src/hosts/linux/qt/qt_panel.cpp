@@ -1,0 +1,147 @@
+#include "hosts/linux/qt/qt_panel.h"
+
+#include <QKeyEvent>
+#include <chrono>
+#include <utility>
+
+#include "hosts/linux/qt/qt_screens.h"
+#include "hosts/linux/x11/windows/x11_panel_window.h"
+
+namespace quillo::linux_host {
+namespace {
+
+constexpr Qt::WindowFlags floating = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+
+Qt::WindowFlags flagsOf(PanelStyle style) {
+  if (style == PanelStyle::dialog) return Qt::Dialog | floating;
+  return Qt::Tool | floating | Qt::WindowDoesNotAcceptFocus | Qt::BypassWindowManagerHint;
+}
+
+}  // namespace
+
+QtPanel::QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, Content& content,
+                 CompositorWatch& compositor)
+    : compositor_(compositor), style_(description.style), keys_(content), view_(std::move(view)) {
+  QWindow& window = view_->window();
+  window.setFlags(flagsOf(style_));
+  setFrame({{}, description.contentSize});
+  window.installEventFilter(&keys_);
+  view_->setShapeChanged([this] { applyShape(); });
+  compositorChanges_ = compositor_.observe([this] { applyCompositing(); });
+  fade_.setEndValue(0.0);
+  QObject::connect(&fade_, &QVariantAnimation::valueChanged, &fade_,
+                   [this](const QVariant& value) { view_->window().setOpacity(value.toDouble()); });
+}
+
+QtPanel::~QtPanel() {
+  QObject::disconnect(faded_);
+  fade_.stop();
+  orderOut();
+}
+
+void QtPanel::orderFrontRegardless() {
+  QWindow& window = view_->window();
+  window.create();
+  if (!window.isVisible()) {
+    if (style_ == PanelStyle::dialog) joinAllWorkspaces(window);
+    applyCompositing();
+  }
+  window.show();
+  if (style_ == PanelStyle::dialog) joinAllWorkspaces(window);
+  window.raise();
+}
+
+void QtPanel::makeKeyAndOrderFront() {
+  orderFrontRegardless();
+  view_->window().requestActivate();
+  view_->takeFocus();
+}
+
+void QtPanel::orderOut() {
+  view_->window().hide();
+}
+
+Rect QtPanel::frame() const {
+  return toPlane(view_->window().geometry().marginsRemoved(view_->margins()));
+}
+
+void QtPanel::setFrame(const Rect& frame) {
+  view_->window().setGeometry(fromPlane(frame).marginsAdded(view_->margins()));
+}
+
+void QtPanel::setFrameOrigin(Point bottomLeft) {
+  setFrame({bottomLeft, frame().size});
+}
+
+void QtPanel::setContentSize(Size size) {
+  setFrame({frame().origin, size});
+}
+
+Size QtPanel::fittingSize() const {
+  const QSizeF size = view_->fittingSize();
+  return {size.width(), size.height()};
+}
+
+void QtPanel::setMouseEvents(MouseEvents events) {
+  mouseEvents_ = events;
+  applyShape();
+}
+
+void QtPanel::setAlpha(double alpha) {
+  QObject::disconnect(faded_);
+  fade_.stop();
+  view_->window().setOpacity(alpha);
+}
+
+void QtPanel::fadeOut(Duration duration, std::function<void()> faded) {
+  setAlpha(1);
+  fade_.setStartValue(1.0);
+  fade_.setDuration(
+      static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(duration).count()));
+  faded_ = QObject::connect(&fade_, &QVariantAnimation::finished, &fade_, std::move(faded));
+  fade_.start();
+}
+
+void QtPanel::applyCompositing() {
+  const Rect before = frame();
+  view_->setGround(compositor_.isCompositing() ? Ground::translucent : Ground::opaque);
+  setFrame(before);
+  applyShape();
+}
+
+void QtPanel::applyShape() {
+  QWindow& window = view_->window();
+  if (!window.handle()) return;
+  const QRegion shape = view_->shape();
+  window.setMask(compositor_.isCompositing() ? QRegion() : shape);
+  setInputRegion(window, mouseEvents_ == MouseEvents::accepted ? shape : QRegion());
+  if (compositor_.isCompositing()) blurBehind(window, shape);
+}
+
+bool QtPanel::Keys::eventFilter(QObject* window, QEvent* event) {
+  // There is no button for it, but window managers have a key, and the session has an end.
+  if (event->type() == QEvent::Close) press(window, KeyEquivalent::cancelAction);
+  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
+  if (!content_.acceptsKeys()) return true;
+  if (event->type() != QEvent::KeyPress) return false;
+  const auto* const key = static_cast<QKeyEvent*>(event);
+  KeyEquivalent equivalent = KeyEquivalent::none;
+  if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
+    equivalent = KeyEquivalent::defaultAction;
+  if (key->key() == Qt::Key_Escape) equivalent = KeyEquivalent::cancelAction;
+  if (equivalent == KeyEquivalent::none) return false;
+  // One that is held has been down since before the panel was there.
+  if (!key->isAutoRepeat()) press(window, equivalent);
+  return true;
+}
+
+void QtPanel::Keys::press(QObject* window, KeyEquivalent key) {
+  for (const Control& control : content_.controls()) {
+    if (control.key != key) continue;
+    // Later: it may take the window away that the key arrived at.
+    QMetaObject::invokeMethod(window, control.press, Qt::QueuedConnection);
+    return;
+  }
+}
+
+}  // namespace quillo::linux_host

@@ -1,0 +1,71 @@
+#include "hosts/simulated/keyboard/registered_hot_keys.h"
+
+#include <algorithm>
+
+namespace quillo::simulated {
+namespace {
+
+std::uint64_t flagsOf(std::uint32_t modifiers) {
+  std::uint64_t flags = 0;
+  if (modifiers & hot_key_modifiers::command) flags |= event_flags::command;
+  if (modifiers & hot_key_modifiers::shift) flags |= event_flags::shift;
+  if (modifiers & hot_key_modifiers::option) flags |= event_flags::option;
+  if (modifiers & hot_key_modifiers::control) flags |= event_flags::control;
+  return flags;
+}
+
+}  // namespace
+
+std::shared_ptr<RegisteredHotKeys::Registered> RegisteredHotKeys::add(
+    Chord chord, std::function<void()> pressed) {
+  std::erase_if(registered_, [](const auto& old) { return old.expired(); });
+  const bool isTaken = std::any_of(registered_.begin(), registered_.end(),
+                                   [&](const auto& other) { return other.lock()->chord == chord; });
+  if (isTaken) return nullptr;
+  auto added = std::make_shared<Registered>(Registered{chord, std::move(pressed)});
+  registered_.push_back(added);
+  return added;
+}
+
+HotKeys::Registration RegisteredHotKeys::registerHotKey(std::uint32_t keyCode,
+                                                        std::uint32_t modifiers,
+                                                        std::function<void()> pressed) {
+  if (route_.isRefused()) return {Status::alreadyTaken, nullptr};
+  auto registered = add({keyCode, flagsOf(modifiers)}, std::move(pressed));
+  if (!registered) return {Status::alreadyTaken, nullptr};
+  return {Status::success, std::move(registered)};
+}
+
+std::shared_ptr<void> RegisteredHotKeys::takeByAnotherProgram(std::uint32_t keyCode,
+                                                              std::uint32_t modifiers) {
+  return add({keyCode, flagsOf(modifiers)}, nullptr);
+}
+
+bool RegisteredHotKeys::claim(const KeyEvent& event) {
+  if (event.type == KeyEvent::Type::keyUp) return claimedKeys_.erase(event.keyCode) > 0;
+  if (event.type != KeyEvent::Type::keyDown) return false;
+  if (event.isAutorepeat) return claimedKeys_.contains(event.keyCode);
+  const Chord chord(event.keyCode, event.flags & event_flags::chordMask);
+  bool isClaimed = false;
+  for (const auto& weak : registered_) {
+    const auto registered = weak.lock();
+    if (!registered || registered->chord != chord) continue;
+    isClaimed = true;
+    if (!registered->pressed) continue;
+    route_.carry([weak] {
+      if (const auto alive = weak.lock()) alive->pressed();
+    });
+  }
+  if (isClaimed) claimedKeys_.insert(event.keyCode);
+  return isClaimed;
+}
+
+std::size_t RegisteredHotKeys::registrationCount() const {
+  return static_cast<std::size_t>(
+      std::count_if(registered_.begin(), registered_.end(), [](const auto& weak) {
+        const auto alive = weak.lock();
+        return alive && alive->pressed;
+      }));
+}
+
+}  // namespace quillo::simulated

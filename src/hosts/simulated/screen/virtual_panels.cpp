@@ -1,0 +1,114 @@
+#include "hosts/simulated/screen/virtual_panels.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace quillo::simulated {
+
+VirtualPanel::VirtualPanel(VirtualPanels& panels, PanelDescription description, Content& content)
+    : panels_(panels),
+      style_(description.style),
+      content_(content),
+      frame_{{}, description.contentSize} {}
+
+VirtualPanel::~VirtualPanel() {
+  orderOut();
+}
+
+void VirtualPanel::orderFrontRegardless() {
+  isVisible_ = true;
+  panels_.bringToFront(*this);
+}
+
+void VirtualPanel::makeKeyAndOrderFront() {
+  orderFrontRegardless();
+  if (style_ != PanelStyle::dialog) return;
+  panels_.key_ = this;
+  panels_.workspace_.focus(panels_.workspace_.self());
+}
+
+void VirtualPanel::orderOut() {
+  if (!isVisible_) return;
+  isVisible_ = false;
+  panels_.takeAway(*this);
+}
+
+Size VirtualPanel::fittingSize() const {
+  Size size{50, 24};
+  for (const std::string& text : content_.texts()) {
+    size.width = std::max(size.width, 50 + 7 * static_cast<double>(characterCount(text)));
+    size.height += 20;
+  }
+  return size;
+}
+
+void VirtualPanel::setAlpha(double alpha) {
+  fade_.invalidate();
+  alpha_ = alpha;
+}
+
+void VirtualPanel::fadeOut(Duration duration, std::function<void()> faded) {
+  fade_ = Timer(panels_.mainThread_, duration, [this, faded = std::move(faded)] {
+    alpha_ = 0;
+    faded();
+  });
+}
+
+bool VirtualPanel::shows(std::string_view text) const {
+  return std::ranges::any_of(content_.texts(), [&](const auto& read) { return read == text; });
+}
+
+std::unique_ptr<Panel> VirtualPanels::make(PanelDescription description, Content& content) {
+  ++made_;
+  return std::make_unique<VirtualPanel>(*this, description, content);
+}
+
+void VirtualPanels::bringToFront(VirtualPanel& panel) {
+  std::erase(visible_, &panel);
+  visible_.insert(visible_.begin(), &panel);
+}
+
+void VirtualPanels::takeAway(VirtualPanel& panel) {
+  std::erase(visible_, &panel);
+  if (key_ != &panel) return;
+  key_ = nullptr;
+  workspace_.leaveFront(workspace_.self());
+}
+
+VirtualPanel* VirtualPanels::showing(std::string_view text) const {
+  const auto found =
+      std::ranges::find_if(visible_, [&](VirtualPanel* panel) { return panel->shows(text); });
+  return found == visible_.end() ? nullptr : *found;
+}
+
+bool VirtualPanels::click(std::string_view control) {
+  for (VirtualPanel* panel : visible_) {
+    if (!panel->takesClicks()) continue;
+    for (const Control& offered : panel->content().controls()) {
+      if (offered.name.empty() || offered.name != control) continue;
+      offered.press();
+      return true;
+    }
+  }
+  return false;
+}
+
+bool VirtualPanels::takesClickAt(Point point) const {
+  return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
+    return panel->takesClicks() && panel->frame().contains(point);
+  });
+}
+
+bool VirtualPanels::press(KeyEquivalent key) {
+  if (!key_ || workspace_.frontmost() != &workspace_.self()) return false;
+  if (!key_->content().acceptsKeys()) return false;
+  for (const Control& offered : key_->content().controls()) {
+    if (offered.key != key) continue;
+    offered.press();
+    return true;
+  }
+  return false;
+}
+
+}  // namespace quillo::simulated

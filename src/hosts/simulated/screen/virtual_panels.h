@@ -1,0 +1,87 @@
+// Panels without pixels, and the user who reads and presses them.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "hosts/simulated/desktop/simulated_workspace.h"
+#include "hosts/simulated/time/virtual_main_thread.h"
+#include "platform/panels.h"
+
+namespace quillo::simulated {
+
+class VirtualPanels;
+
+class VirtualPanel final : public Panel {
+ public:
+  VirtualPanel(VirtualPanels& panels, PanelDescription description, Content& content);
+  ~VirtualPanel() override;
+
+  bool isVisible() const override { return isVisible_; }
+  void orderFrontRegardless() override;
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+  Rect frame() const override { return frame_; }
+  void setFrameOrigin(Point bottomLeft) override { frame_.origin = bottomLeft; }
+  void setContentSize(Size size) override { frame_.size = size; }
+  // A character is 7 wide and a line 20 high; around the text are 50 by 24.
+  Size fittingSize() const override;
+  void setMouseEvents(MouseEvents events) override { mouseEvents_ = events; }
+  void setAlpha(double alpha) override;
+  void fadeOut(Duration duration, std::function<void()> faded) override;
+
+  // --- Driver ---
+
+  const Content& content() const { return content_; }
+  bool shows(std::string_view text) const;
+  bool takesClicks() const { return isVisible_ && mouseEvents_ == MouseEvents::accepted; }
+  // Opaque until a fade is over: nothing is drawn in between.
+  double alpha() const { return alpha_; }
+
+ private:
+  VirtualPanels& panels_;
+  PanelStyle style_;
+  Content& content_;
+  Rect frame_;
+  bool isVisible_ = false;
+  MouseEvents mouseEvents_ = MouseEvents::accepted;
+  double alpha_ = 1;
+  Timer fade_;
+};
+
+class VirtualPanels final : public Panels {
+ public:
+  VirtualPanels(VirtualMainThread& mainThread, SimulatedWorkspace& workspace)
+      : mainThread_(mainThread), workspace_(workspace) {}
+
+  std::unique_ptr<Panel> make(PanelDescription description, Content& content) override;
+
+  // --- Driver. The user sees the visible panels, and reaches their named controls. ---
+
+  // Front most first.
+  const std::vector<VirtualPanel*>& visible() const { return visible_; }
+  // The visible panel in which `text` can be read; null when there is none.
+  VirtualPanel* showing(std::string_view text) const;
+  // Whether the control was there and the click reached it.
+  bool click(std::string_view control);
+  // Whether a panel took the click, and not what lies below.
+  bool takesClickAt(Point point) const;
+  // Whether the focus is in a panel that has a use for the key.
+  bool press(KeyEquivalent key);
+  // How many were ever made.
+  int made() const { return made_; }
+
+ private:
+  friend VirtualPanel;
+  void bringToFront(VirtualPanel& panel);
+  void takeAway(VirtualPanel& panel);
+
+  VirtualMainThread& mainThread_;
+  SimulatedWorkspace& workspace_;
+  std::vector<VirtualPanel*> visible_;
+  VirtualPanel* key_ = nullptr;
+  int made_ = 0;
+};
+
+}  // namespace quillo::simulated

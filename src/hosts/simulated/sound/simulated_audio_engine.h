@@ -1,0 +1,71 @@
+// The recording engine of the simulated desktop.
+#pragma once
+
+#include <memory>
+
+#include "hosts/simulated/sound/simulated_audio_devices.h"
+#include "hosts/simulated/sound/voice.h"
+#include "hosts/simulated/time/timeline.h"
+#include "platform/audio.h"
+
+namespace quillo::simulated {
+
+// Buffers come as happenings, each when its last frame has been heard. The engine stops by itself
+// when its device is unplugged. With voice processing, nothing flows before the input is connected.
+class SimulatedAudioEngine final : public AudioEngine {
+ public:
+  // What the engines of one desktop have in common.
+  struct Faults {
+    std::optional<std::string> voiceProcessingError{};
+    // What setInputDevice() gives; 0 is success.
+    std::int32_t setDeviceStatus = 0;
+    int runningEngines = 0;
+  };
+  // What setInputDevice() gives for a device that is not there.
+  static constexpr std::int32_t noSuchDevice = -10851;
+
+  SimulatedAudioEngine(Timeline& timeline, SimulatedAudioDevices& devices, const Voice& voice,
+                       Faults& faults)
+      : timeline_(timeline), devices_(devices), voice_(voice), faults_(faults) {}
+  ~SimulatedAudioEngine() override;
+
+  std::optional<std::string> setVoiceProcessingEnabled(bool enabled) override;
+  std::int32_t setInputDevice(AudioDeviceID device) override;
+  void reset() override {}
+  AudioFormat inputFormat() const override;
+  void connectInputToSilentMixer() override { isConnected_ = true; }
+  void installTap(std::size_t frames, Tap tap) override;
+  void removeTap() override { tap_ = nullptr; }
+  void prepare() override {}
+  std::optional<std::string> start() override;
+  void stop() override;
+  bool isRunning() const override;
+
+ private:
+  Microphone* microphone() const;
+  void planNextBuffer();
+  void deliverBuffer();
+  MonotonicTime timeOfFrame(std::int64_t frame) const;
+
+  Timeline& timeline_;
+  SimulatedAudioDevices& devices_;
+  const Voice& voice_;
+  Faults& faults_;
+  std::optional<AudioDeviceID> chosen_;
+  bool voiceProcessing_ = false;
+  // The aggregate that the system shows while voice processing is on.
+  Microphone* aggregate_ = nullptr;
+  bool isConnected_ = false;
+  std::size_t tapFrames_ = 0;
+  std::shared_ptr<Tap> tap_;
+
+  // While running:
+  Microphone* running_ = nullptr;
+  AudioFormat format_;
+  std::size_t framesPerBuffer_ = 0;
+  MonotonicTime firstFrameTime_;
+  std::int64_t framesHeard_ = 0;
+  Timeline::Plan nextBuffer_;
+};
+
+}  // namespace quillo::simulated

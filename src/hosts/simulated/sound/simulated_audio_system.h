@@ -1,0 +1,46 @@
+// Engines, files and converters of the simulated desktop.
+#pragma once
+
+#include "hosts/simulated/sound/simulated_audio_engine.h"
+#include "hosts/simulated/storage/memory_file_manager.h"
+#include "platform/audio.h"
+
+namespace quillo::simulated {
+
+class SimulatedAudioSystem final : public AudioSystem {
+ public:
+  SimulatedAudioSystem(Timeline& timeline, SimulatedAudioDevices& devices, const Voice& voice,
+                       MemoryFileManager& files)
+      : timeline_(timeline), devices_(devices), voice_(voice), files_(files) {}
+
+  std::unique_ptr<AudioEngine> makeEngine() override;
+  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
+                                            const AudioFileSettings& settings) override;
+  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override;
+
+  // --- Driver ---
+
+  // Voice processing fails with these words; nothing ends that.
+  void refuseVoiceProcessing(std::optional<std::string> error) {
+    engineFaults_.voiceProcessingError = std::move(error);
+  }
+  // Choosing a device fails with this status; 0 ends that.
+  void refuseDevice(std::int32_t status) { engineFaults_.setDeviceStatus = status; }
+  // No file opens, or no converter is made, after so many more that do.
+  void refuseFilesAfter(int count) { filesLeft_ = count; }
+  void refuseConverters(bool refused) { refusesConverters_ = refused; }
+
+  // Engines that hold a microphone open.
+  int runningEngines() const { return engineFaults_.runningEngines; }
+
+ private:
+  Timeline& timeline_;
+  SimulatedAudioDevices& devices_;
+  const Voice& voice_;
+  MemoryFileManager& files_;
+  SimulatedAudioEngine::Faults engineFaults_;
+  std::optional<int> filesLeft_;
+  bool refusesConverters_ = false;
+};
+
+}  // namespace quillo::simulated

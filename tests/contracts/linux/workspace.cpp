@@ -1,0 +1,179 @@
+// The applications of a real X11 desktop, and a desktop that is missing or goes away.
+#include <QProcess>
+#include <list>
+
+#include "contracts/linux/linux_x11_host.h"
+#include "contracts/suites/workspace_contract.h"
+#include "contracts/support/environment_variable.h"
+
+namespace quillo::contracts {
+namespace {
+
+class LinuxWorkspace final : public LinuxX11Host<WorkspaceHost> {
+ public:
+  Workspace& workspace() override { return desktop().workspace(); }
+  std::int32_t launch(std::string_view name) override {
+    applications_.emplace_back(otherProgram(), std::string(name));
+    return applications_.back().process();
+  }
+  void focus(std::int32_t process) override { find(process).focus(); }
+  void quit(std::int32_t process) override { find(process).quit(); }
+
+ private:
+  OtherApplication& find(std::int32_t process) {
+    return *std::find_if(applications_.begin(), applications_.end(),
+                         [&](const auto& each) { return each.process() == process; });
+  }
+  std::list<OtherApplication> applications_;
+};
+INSTANTIATE_TEST_SUITE_P(RealDesktop, WorkspaceContract, hostedBy<LinuxWorkspace>());
+
+// --- Real applications ---
+
+class RealApplicationsTest : public testing::Test {
+ protected:
+  // A host without an editor of its own.
+  class Host final : public LinuxX11Host<ContractHost> {
+   public:
+    PhysicalKeyboard keyboard{otherProgram()};
+  };
+
+  std::optional<RunningApplication> launch(const QString& program, const QStringList& arguments) {
+    process_.start(program, arguments);
+    EXPECT_TRUE(process_.waitForStarted());
+    const auto process = static_cast<std::int32_t>(process_.processId());
+    std::optional<RunningApplication> front;
+    EXPECT_TRUE(host_.runUntil(
+        [&] {
+          front = host_.desktop().workspace().frontmostApplication();
+          return front && front->processIdentifier == process;
+        },
+        std::chrono::seconds(20)))
+        << program.toStdString() << " did not come to the front";
+    return front;
+  }
+  void paste(std::string_view text) {
+    host_.desktop().pasteboard().clearContents();
+    ASSERT_TRUE(host_.desktop().pasteboard().setString(text));
+    EXPECT_TRUE(postChord(host_, host_.desktop().keyPoster(), keys::v));
+  }
+  FilePath path() const { return folder_.path() / "text.txt"; }
+  std::string file() const { return contentsOf(path()); }
+  void controlAnd(std::int64_t keyCode) {
+    host_.keyboard.change(keys::control, KeyDirection::down);
+    host_.keyboard.change(keyCode, KeyDirection::down);
+    host_.keyboard.change(keyCode, KeyDirection::up);
+    host_.keyboard.change(keys::control, KeyDirection::up);
+  }
+  void endApplication() {
+    process_.kill();
+    process_.waitForFinished();
+  }
+
+  TemporaryFolder folder_;
+  Host host_;
+  QProcess process_;
+};
+
+TEST_F(RealApplicationsTest, AnEditorIsKnownByItsDesktopEntryAndReceivesAPaste) {
+  const auto editor = launch("mousepad", {path().c_str()});
+  ASSERT_TRUE(editor);
+  EXPECT_EQ(editor->bundleIdentifier, "org.xfce.mousepad") << "it is not in the table";
+  EXPECT_EQ(editor->localizedName, "Mousepad");
+  paste("Pasted into a real editor: äß 🎙");
+  // Saving early saves nothing, so that is tried until the paste has arrived.
+  constexpr std::int64_t keyS = 1;
+  EXPECT_TRUE(host_.runUntil(
+      [&] {
+        if (!file().empty()) return true;
+        controlAnd(keyS);
+        host_.runFor(std::chrono::milliseconds(100));
+        return false;
+      },
+      std::chrono::seconds(20)));
+  EXPECT_EQ(file(), "Pasted into a real editor: äß 🎙");
+  endApplication();
+}
+
+TEST_F(RealApplicationsTest, ATerminalIsKnownByTheTableAndReceivesAPaste) {
+  const auto terminal =
+      launch("xterm", {"-u8", "-e", "sh", "-c", QString("cat >'%1'").arg(path().c_str())});
+  ASSERT_TRUE(terminal);
+  EXPECT_EQ(terminal->bundleIdentifier, "com.apple.Terminal");
+  // The program in the terminal runs: the terminal listens.
+  ASSERT_TRUE(
+      host_.runUntil([&] { return std::filesystem::exists(path()); }, std::chrono::seconds(20)));
+  paste("Pasted into a real terminal\n");
+  EXPECT_TRUE(host_.runUntil([&] { return file() == "Pasted into a real terminal\n"; },
+                             std::chrono::seconds(20)))
+      << file();
+  endApplication();
+}
+
+// --- A desktop that is missing, bare or gone ---
+
+TEST(X11DesktopTest, WithoutADisplayThereIsASentence) {
+  LinuxContractHost<ContractHost> host;
+  LinesLog log;
+  {
+    const EnvironmentVariable none("DISPLAY", "");
+    const auto opened = linux_host::X11Desktop::open({host.mainThread(), log, {}, {}});
+    EXPECT_FALSE(opened.desktop);
+    EXPECT_EQ(opened.refusal,
+              "Quillo needs an X11 desktop, and there is none: DISPLAY is not set.");
+  }
+  const EnvironmentVariable missing("DISPLAY", ":12345");
+  const auto opened = linux_host::X11Desktop::open({host.mainThread(), log, {}, {}});
+  EXPECT_FALSE(opened.desktop);
+  EXPECT_EQ(opened.refusal, "Quillo cannot reach the X11 desktop at display :12345.");
+}
+
+TEST(X11DesktopTest, WorksWithoutAWindowManagerAndOutlivesItsServer) {
+  QProcess server;
+  server.start("Xvfb", {"-displayfd", "1", "-nolisten", "tcp"});
+  ASSERT_TRUE(server.waitForReadyRead(20'000));
+  const EnvironmentVariable bare("DISPLAY", (":" + server.readLine().trimmed()).constData());
+
+  LinuxContractHost<ContractHost> host;
+  LinesLog log;
+  int lost = 0;
+  auto opened = linux_host::X11Desktop::open({host.mainThread(), log, "ours", [&lost] { ++lost; }});
+  ASSERT_TRUE(opened.desktop);
+  linux_host::X11Desktop& desktop = *opened.desktop;
+  EXPECT_FALSE(desktop.workspace().frontmostApplication());
+
+  QProcess program;
+  program.start(QCoreApplication::applicationDirPath() + "/desktop_application", {"bare"});
+  ASSERT_TRUE(program.waitForStarted());
+  RunningApplication application;
+  application.processIdentifier = static_cast<std::int32_t>(program.processId());
+  EXPECT_TRUE(host.runUntil(
+      [&] {
+        desktop.workspace().activate(application);
+        const auto front = desktop.workspace().frontmostApplication();
+        return front == application && front->localizedName == "bare";
+      },
+      std::chrono::seconds(20)));
+  const auto hotKey = desktop.hotKeys().registerHotKey(keys::e, hot_key_modifiers::control, [] {});
+  EXPECT_EQ(hotKey.status, HotKeys::Status::success);
+  desktop.pasteboard().clearContents();
+  EXPECT_TRUE(desktop.pasteboard().setString("text"));
+
+  server.kill();
+  server.waitForFinished();
+  EXPECT_TRUE(host.runUntil([&] { return lost > 0; }, std::chrono::seconds(20)));
+  EXPECT_FALSE(desktop.workspace().frontmostApplication());
+  EXPECT_FALSE(desktop.workspace().activate(application));
+  EXPECT_NE(desktop.hotKeys().registerHotKey(keys::j, 0, [] {}).status, HotKeys::Status::success);
+  EXPECT_FALSE(desktop.keyPoster().post(keys::a, KeyDirection::down, 0, 0));
+  EXPECT_EQ(desktop.keyboardState().modifierFlags(), 0u);
+  EXPECT_FALSE(desktop.pasteboard().setString("text"));
+  desktop.pasteboard().clearContents();
+  EXPECT_FALSE(desktop.pasteboard().string());
+  host.runFor(std::chrono::milliseconds(20));
+  EXPECT_EQ(lost, 1);
+  program.waitForFinished();
+}
+
+}  // namespace
+}  // namespace quillo::contracts

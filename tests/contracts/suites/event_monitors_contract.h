@@ -1,0 +1,123 @@
+// What every desktop's event monitors keep.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "contracts/support/keyboard_host.h"
+
+namespace quillo::contracts {
+
+class EventMonitorsContract : public PortContract<KeyboardHost> {
+ protected:
+  std::shared_ptr<void> watch(KeyEvent::Type type, std::vector<KeyEvent>& seen) {
+    auto monitor = host().eventMonitors().addGlobalMonitor(
+        type, [&seen](const KeyEvent& event) { seen.push_back(event); });
+    EXPECT_TRUE(monitor);
+    return monitor;
+  }
+  bool runUntilCount(const std::vector<KeyEvent>& seen, std::size_t count) {
+    return host().runUntil([&] { return seen.size() >= count; });
+  }
+};
+
+TEST_P(EventMonitorsContract, GlobalMonitorsSeeKeysWithTheirFlagsAndPlainCharacters) {
+  std::vector<KeyEvent> downs;
+  std::vector<KeyEvent> ups;
+  const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
+  const auto watchUps = watch(KeyEvent::Type::keyUp, ups);
+  host().tap({keys::control, keys::g});
+  host().tap({keys::option, keys::command, keys::semicolon});
+  host().tap({keys::shift, keys::a});
+  host().tap({keys::capsLock});
+  host().tap({keys::j});
+  host().tap({keys::capsLock});
+  host().tap({keys::space});
+  ASSERT_TRUE(runUntilCount(ups, 5));
+
+  struct Expected {
+    std::int64_t keyCode;
+    std::uint64_t flags;
+    std::string characters;
+  };
+  const std::vector<Expected> expected = {
+      {keys::g, event_flags::control, "g"},
+      {keys::semicolon, event_flags::option | event_flags::command, ";"},
+      {keys::a, event_flags::shift, "a"},
+      {keys::j, event_flags::capsLock, "j"},
+      {keys::space, 0, " "}};
+  constexpr std::uint64_t mask = event_flags::chordMask | event_flags::capsLock;
+  for (const std::vector<KeyEvent>* events : {&downs, &ups}) {
+    ASSERT_EQ(events->size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      const KeyEvent& event = (*events)[i];
+      EXPECT_EQ(event.keyCode, expected[i].keyCode);
+      EXPECT_EQ(event.flags & mask, expected[i].flags) << event.keyCode;
+      EXPECT_EQ(event.charactersIgnoringModifiers, expected[i].characters);
+      EXPECT_EQ(event.userData, 0);
+    }
+  }
+}
+
+TEST_P(EventMonitorsContract, ModifiersAreChangesOfTheFlagsWithTheirOwnKeyCodes) {
+  std::vector<KeyEvent> downs;
+  std::vector<KeyEvent> changes;
+  const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
+  const auto watchChanges = watch(KeyEvent::Type::flagsChanged, changes);
+  host().tap({keys::control, keys::option});
+  host().tap({keys::rightOption});
+  host().tap({keys::function});
+  ASSERT_TRUE(runUntilCount(changes, 8));
+
+  using Change = std::pair<std::int64_t, std::uint64_t>;
+  std::vector<Change> seen;
+  for (const KeyEvent& event : changes) {
+    seen.emplace_back(event.keyCode,
+                      event.flags & (event_flags::chordMask | event_flags::function));
+  }
+  EXPECT_THAT(seen,
+              testing::ElementsAre(
+                  Change{keys::control, event_flags::control},
+                  Change{keys::option, event_flags::control | event_flags::option},
+                  Change{keys::option, event_flags::control}, Change{keys::control, 0},
+                  Change{keys::rightOption, event_flags::option}, Change{keys::rightOption, 0},
+                  Change{keys::function, event_flags::function}, Change{keys::function, 0}));
+  EXPECT_TRUE(downs.empty());
+}
+
+TEST_P(EventMonitorsContract, KeysToThisProgramGoToLocalMonitorsThatMaySwallowThem) {
+  std::vector<KeyEvent> elsewhere;
+  std::vector<KeyEvent> here;
+  auto global = watch(KeyEvent::Type::keyDown, elsewhere);
+  auto local = host().eventMonitors().addLocalMonitor(
+      KeyEvent::Type::keyDown, [&here](const KeyEvent& event) {
+        here.push_back(event);
+        return event.keyCode == keys::g ? TapVerdict::swallow : TapVerdict::pass;
+      });
+  ASSERT_TRUE(local);
+
+  host().focusOwnWindow();
+  host().tap({keys::control, keys::g});
+  host().tap({keys::a});
+  ASSERT_TRUE(runUntilCount(here, 2));
+  EXPECT_EQ(here[0].keyCode, keys::g);
+  EXPECT_EQ(here[0].flags & event_flags::chordMask, event_flags::control);
+  EXPECT_EQ(here[1].keyCode, keys::a);
+  ASSERT_TRUE(host().runUntil([&] { return host().ownKeyDowns() >= 1; }));
+  EXPECT_EQ(host().ownKeyDowns(), 1) << "the swallowed key arrived";
+
+  host().focusEditor();
+  host().tap({keys::b});
+  ASSERT_TRUE(runUntilCount(elsewhere, 1));
+  EXPECT_EQ(elsewhere[0].keyCode, keys::b) << "a key of this program was seen as another's";
+  EXPECT_EQ(here.size(), 2u);
+
+  global.reset();
+  local.reset();
+  std::vector<KeyEvent> later;
+  const auto other = watch(KeyEvent::Type::keyDown, later);
+  host().tap({keys::j});
+  ASSERT_TRUE(runUntilCount(later, 1));
+  EXPECT_EQ(elsewhere.size(), 1u) << "a dropped monitor still sees keys";
+}
+
+}  // namespace quillo::contracts

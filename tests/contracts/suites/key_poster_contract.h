@@ -1,0 +1,138 @@
+// What every desktop's key poster keeps: the pastes and copies of this program arrive.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "contracts/support/keyboard_host.h"
+
+namespace quillo::contracts {
+
+class KeyPosterContract : public PortContract<KeyboardHost> {
+ protected:
+  static constexpr std::int64_t marker = 5068849;
+
+  void postChord(std::int64_t keyCode, std::int64_t userData = 0) {
+    EXPECT_TRUE(contracts::postChord(host(), host().keyPoster(), keyCode, userData));
+  }
+  void copyToClipboard(std::string_view text) {
+    host().pasteboard().clearContents();
+    ASSERT_TRUE(host().pasteboard().setString(text));
+  }
+};
+
+TEST_P(KeyPosterContract, ThePasteArrivesWhateverModifiersTheUserHolds) {
+  std::string expected;
+  for (const std::vector<std::int64_t>& held : {std::vector<std::int64_t>{},
+                                                {keys::shift},
+                                                {keys::rightShift},
+                                                {keys::control},
+                                                {keys::rightControl},
+                                                {keys::option},
+                                                {keys::command},
+                                                {keys::control, keys::option}}) {
+    const std::string text = "Grüße, 你好 🎙\nzweite Zeile " + testing::PrintToString(held);
+    copyToClipboard(text);
+    host().pressAll(held);
+    postChord(keys::v);
+    expected += text;
+    EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();
+    host().releaseAll(held);
+  }
+  // No modifier is left down.
+  host().tap({keys::a});
+  EXPECT_TRUE(host().runUntilEditorHolds(expected + "a")) << host().editorText();
+  EXPECT_EQ(host().keyboardState().modifierFlags() & event_flags::chordMask, 0u);
+}
+
+TEST_P(KeyPosterContract, ThePasteArrivesWhileAHotKeyIsStillDown) {
+  constexpr Duration shortPress = std::chrono::milliseconds(40);
+  std::string expected;
+  // The second one's key is the paste's own.
+  for (const auto& [last, second, modifiers, held] :
+       {std::tuple{keys::e, keys::option, hot_key_modifiers::option, KeyboardHost::longPress},
+        {keys::v, keys::command, hot_key_modifiers::command, shortPress}}) {
+    int presses = 0;
+    const auto hotKey = host().hotKeys().registerHotKey(static_cast<std::uint32_t>(last),
+                                                        hot_key_modifiers::control | modifiers,
+                                                        [&presses] { ++presses; });
+    ASSERT_EQ(hotKey.status, HotKeys::Status::success);
+    copyToClipboard("pasted");
+    host().pressAll({keys::control, second, last});
+    host().runFor(held);
+    postChord(keys::v);
+    expected += "pasted";
+    EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();
+    host().runFor(KeyboardHost::longPress);
+    EXPECT_EQ(host().editorText(), expected) << "the key that is still down was typed";
+    host().releaseAll({keys::control, second, last});
+    EXPECT_EQ(presses, 1);
+
+    host().tap({keys::control, second, last});
+    EXPECT_TRUE(host().runUntil([&presses] { return presses == 2; }));
+  }
+}
+
+TEST_P(KeyPosterContract, ACopyIsSeenByMonitorsWithItsMarkerAndByNoHardware) {
+  std::vector<KeyEvent> seen;
+  std::vector<std::shared_ptr<void>> monitors;
+  for (const auto type :
+       {KeyEvent::Type::keyDown, KeyEvent::Type::keyUp, KeyEvent::Type::flagsChanged}) {
+    monitors.push_back(host().eventMonitors().addGlobalMonitor(
+        type, [&](const KeyEvent& event) { seen.push_back(event); }));
+  }
+  std::vector<std::uint32_t> usages;
+  const auto manager =
+      host().hidKeyboards().open([&](const HIDValue& value) { usages.push_back(value.usage); });
+  ASSERT_EQ(manager.result, 0);
+
+  host().selectInEditor("a selected text");
+  const std::int64_t before = host().pasteboard().changeCount();
+  postChord(keys::c, marker);
+  ASSERT_TRUE(host().runUntil([&] { return host().pasteboard().changeCount() != before; }));
+  EXPECT_EQ(host().pasteboard().string(), "a selected text");
+  host().tap({keys::a});
+  ASSERT_TRUE(host().runUntil([&] {
+    return !seen.empty() && seen.back().keyCode == keys::a &&
+           seen.back().type == KeyEvent::Type::keyUp;
+  }));
+
+  using Seen = std::tuple<KeyEvent::Type, std::int64_t, std::uint64_t, std::int64_t>;
+  std::vector<Seen> chord;
+  for (const KeyEvent& event : seen) {
+    chord.emplace_back(event.type, event.keyCode, event.flags & event_flags::chordMask,
+                       event.userData);
+  }
+  EXPECT_THAT(chord,
+              testing::ElementsAre(
+                  Seen{KeyEvent::Type::flagsChanged, keys::command, event_flags::command, marker},
+                  Seen{KeyEvent::Type::keyDown, keys::c, event_flags::command, marker},
+                  Seen{KeyEvent::Type::keyUp, keys::c, event_flags::command, marker},
+                  Seen{KeyEvent::Type::flagsChanged, keys::command, 0, marker},
+                  Seen{KeyEvent::Type::keyDown, keys::a, 0, 0},
+                  Seen{KeyEvent::Type::keyUp, keys::a, 0, 0}));
+  EXPECT_THAT(usages, testing::ElementsAre(4u, 4u)) << "A alone is a key of the hardware";
+}
+
+TEST_P(KeyPosterContract, TheKeyboardStateTellsTheModifiersAndSecureInput) {
+  KeyboardState& state = host().keyboardState();
+  const auto flagsBecome = [&](std::uint64_t flags) {
+    return host().runUntil(
+        [&] { return (state.modifierFlags() & event_flags::chordMask) == flags; });
+  };
+  EXPECT_TRUE(flagsBecome(0));
+  host().pressAll({keys::command, keys::rightShift});
+  EXPECT_TRUE(flagsBecome(event_flags::command | event_flags::shift));
+  host().releaseAll({keys::command, keys::rightShift});
+  host().press(keys::rightOption);
+  EXPECT_TRUE(flagsBecome(event_flags::option));
+  host().release(keys::rightOption);
+  EXPECT_TRUE(flagsBecome(0));
+
+  EXPECT_FALSE(state.isSecureEventInputEnabled());
+  host().setSecureInput(true);
+  EXPECT_TRUE(host().runUntil([&] { return state.isSecureEventInputEnabled(); }));
+  host().setSecureInput(false);
+  EXPECT_TRUE(host().runUntil([&] { return !state.isSecureEventInputEnabled(); }));
+}
+
+}  // namespace quillo::contracts
