@@ -1,7 +1,7 @@
 // Tasks: C++20 coroutines on the main thread. The rules for writing them are in docs/coroutines.md.
 //
-//   Task<int> count(std::string text);           // lazy: nothing runs until it is awaited or
-//   started int n = co_await count("abc");               // runs in the caller's turn
+//   Task<int> count(std::string text);                    // lazy: runs when awaited or started
+//   int n = co_await count("abc");                        // runs in the caller's turn
 //   TaskHandle<int> h = start(mainThread, count("abc"));  // runs in a later turn
 //   h.cancel();                                  // asks; the task looks for it where it chooses
 //   int m = co_await h.value();                  // waits for a started task; rethrows its error

@@ -24,7 +24,7 @@ class ClipboardCapture {
                    const KeyboardState& keyboardState, MacClipboardGate& gate, Log& log);
 
   // Gives up without a change where it could cost the user a clipboard or a keystroke. Cannot be
-  // abandoned midway: cancellation only shortens the waits. At most 0.9 s once the gate is entered
+  // abandoned midway, and cancellation shortens nothing. At most 0.9 s once the gate is entered
   // and the clipboard copied.
   Task<> captureViaClipboard(Captured completion);
 

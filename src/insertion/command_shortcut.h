@@ -23,8 +23,8 @@ inline constexpr CommandShortcut copyShortcut{8, std::chrono::milliseconds(25),
                                               syntheticCopyMarker};
 inline constexpr CommandShortcut pasteShortcut{9, std::chrono::milliseconds(20), 0};
 
-// Presses Command and the key, holds them, and lets go. Cancellation shortens the hold alone. An
-// event that cannot be made is left out. The keys are up when this ends, however it ends.
+// Presses Command and the key, holds them, and lets go; cancellation changes nothing. An event that
+// cannot be made is left out. The keys are up when this ends, however it ends.
 Task<> postCommandShortcut(KeyPoster& keyPoster, CommandShortcut shortcut);
 
 }  // namespace quillo
