@@ -74,7 +74,8 @@ struct URLSessionConfiguration {
 class URLSession {
  public:
   virtual ~URLSession() = default;
-  // Throws URLError. A cancelled task throws it at once with `cancelled`.
+  // Throws URLError. A cancelled task throws it at once with `cancelled`: nothing is sent for one
+  // that was cancelled before, and what is on its way is broken off.
   virtual Task<URLResponse> data(URLRequest request) = 0;
 };
 

@@ -98,9 +98,20 @@ void LoopbackServer::serve(const std::string& path, Served served) {
   served_[path] = std::move(served);
 }
 
+void LoopbackServer::takeBodiesIn(Duration duration) {
+  const std::scoped_lock lock(mutex_);
+  bodyTime_ = duration;
+}
+
 std::vector<SeenRequest> LoopbackServer::seen() const {
   const std::scoped_lock lock(mutex_);
   return seen_;
+}
+
+std::size_t LoopbackServer::underWay() const {
+  const std::scoped_lock lock(mutex_);
+  return static_cast<std::size_t>(
+      std::ranges::count(connections_, false, &LoopbackServer::Connection::isIdle));
 }
 
 int LoopbackServer::connectionsOpened() const {
@@ -146,7 +157,7 @@ void LoopbackServer::talk(Connection& connection) {
   ::shutdown(socket, SHUT_RDWR);
 }
 
-std::optional<SeenRequest> LoopbackServer::receive(int socket, std::string& buffer) const {
+std::optional<SeenRequest> LoopbackServer::receive(int socket, std::string& buffer) {
   std::size_t headEnd = std::string::npos;
   while ((headEnd = buffer.find("\r\n\r\n")) == std::string::npos)
     if (!receiveMore(socket, buffer)) return std::nullopt;
@@ -160,8 +171,11 @@ std::optional<SeenRequest> LoopbackServer::receive(int socket, std::string& buff
   const auto length = std::ranges::find(request.headers, std::string("Content-Length"),
                                         &HeaderFields::value_type::first);
   const std::size_t size = length == request.headers.end() ? 0 : std::stoul(length->second);
-  while (buffer.size() < size)
+  for (std::size_t before = 0; (before = buffer.size()) < size;) {
     if (!receiveMore(socket, buffer)) return std::nullopt;
+    const double share = static_cast<double>(buffer.size() - before) / static_cast<double>(size);
+    if (!pauseForBody(share)) return std::nullopt;
+  }
   request.body = buffer.substr(0, size);
   buffer.erase(0, size);
   return request;
@@ -207,6 +221,12 @@ bool LoopbackServer::send(int socket, const ServedReply& reply) {
     if (!sendAll(socket, {&byte, 1})) return false;
   }
   return true;
+}
+
+bool LoopbackServer::pauseForBody(double share) {
+  std::unique_lock lock(mutex_);
+  const auto duration = std::chrono::duration_cast<Duration>(bodyTime_ * share);
+  return !ending_.wait_for(lock, duration, [this] { return isEnding_; });
 }
 
 bool LoopbackServer::pause(Duration duration) {

@@ -25,7 +25,11 @@ class LoopbackServer {
 
   std::string address() const;
   void serve(const std::string& path, Served served);
+  // Bodies of requests are taken in over this time from now on, and not as fast as they come.
+  void takeBodiesIn(Duration duration);
   std::vector<SeenRequest> seen() const;
+  // Requests that arrived and whose connection has neither been answered nor ended.
+  std::size_t underWay() const;
   int connectionsOpened() const;
   // Ends every connection that waits for a request.
   void closeIdleConnections();
@@ -39,11 +43,12 @@ class LoopbackServer {
 
   void acceptConnections();
   void talk(Connection& connection);
-  std::optional<SeenRequest> receive(int socket, std::string& buffer) const;
+  std::optional<SeenRequest> receive(int socket, std::string& buffer);
   bool answer(int socket, const SeenRequest& request);
   bool send(int socket, const ServedReply& reply);
   // Sleeps, but not beyond the end of the server.
   bool pause(Duration duration);
+  bool pauseForBody(double share);
 
   linux_host::FileDescriptor listener_;
   int port_ = 0;
@@ -51,6 +56,7 @@ class LoopbackServer {
   std::condition_variable ending_;
   bool isEnding_ = false;                 // guarded by mutex_
   std::map<std::string, Served> served_;  // guarded by mutex_
+  Duration bodyTime_{};                   // guarded by mutex_
   std::vector<SeenRequest> seen_;         // guarded by mutex_
   std::list<Connection> connections_;     // guarded by mutex_
   std::jthread acceptor_;

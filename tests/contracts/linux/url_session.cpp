@@ -16,6 +16,8 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
     server_.serve(path, std::move(served));
   }
   std::vector<SeenRequest> seen() override { return server_.seen(); }
+  std::size_t underWay() override { return server_.underWay(); }
+  LoopbackServer& loopback() { return server_; }
   int connectionsOpened() override { return server_.connectionsOpened(); }
   void closeIdleConnections() override { server_.closeIdleConnections(); }
 
@@ -25,6 +27,19 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
 };
 
 INSTANTIATE_TEST_SUITE_P(RealDesktop, URLSessionContract, hostedBy<LinuxURLSessions>());
+
+TEST(CurlURLSession, ALongUploadIsNoWaitWithoutAByte) {
+  LinuxURLSessions host;
+  host.serve("/transcribe", ServedReply{.body = "{}"});
+  host.loopback().takeBodiesIn(std::chrono::milliseconds(1600));
+  const auto session = host.sessions().make(
+      {std::chrono::milliseconds(700), std::chrono::seconds(60), WhenOffline::fail});
+  // The kernel takes a few megabytes before the server does.
+  const Bytes audio(64'000'000, 'a');
+  const auto outcome =
+      await(host, session->data({host.server() + "/transcribe", "POST", {}, audio, {}}));
+  EXPECT_EQ(std::get<HTTPResponse>(outcome.get()).status, 200);
+}
 
 }  // namespace
 }  // namespace quillo::contracts

@@ -23,6 +23,7 @@ class CancelAtEnd {
 
 Task<URLResponse> CurlURLSession::data(URLRequest request) {
   const TaskContext context = co_await currentTask();
+  if (context.stopToken.stop_requested()) throw URLError(URLErrorCode::cancelled, "cancelled");
   Completion<TransferResult> done(*context.mainThread);
   const CurlTransfers::Id transfer = transfers_.start(
       std::move(request), configuration_,
