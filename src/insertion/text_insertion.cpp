@@ -120,7 +120,7 @@ Task<> MacTextInsertion::pasteViaClipboard(std::string text) {
   const ClipboardGateHold hold(gate_);
   const auto snapshot = snapshotPasteboard(pasteboard_, mainThread_);
   pasteboard_.clearContents();
-  pasteboard_.setString(text);
+  pasteboard_.setString(text, snapshot ? ClipboardUse::lent : ClipboardUse::kept);
   co_await sleepInFull(settleClipboard);
   co_await postCommandShortcut(keyPoster_, pasteShortcut);
   co_await sleepInFull(pasteAllowance);

@@ -16,21 +16,28 @@ namespace quillo {
 
 inline constexpr const char* pasteboardTypeString = "public.utf8-plain-text";
 
+// Whether what is written is the user's, or only passes through on its way into an application.
+// Hosts ask clipboard managers not to keep what is lent.
+enum class ClipboardUse { kept, lent };
+
 // An item as this program holds it: types in order of preference, each with its data.
 struct PasteboardItem {
   std::vector<std::pair<std::string, Bytes>> representations;
+  ClipboardUse use = ClipboardUse::kept;
 
   friend bool operator==(const PasteboardItem&, const PasteboardItem&) = default;
 };
 
-// What another program (or this one) offers now. Its data are asked for only when read, and the
-// owner may be slow or gone.
+// What another program (or this one) offers now. The owner may be slow or gone. Hosts differ in
+// when they ask it for the data: one when they are read, another for all at once beforehand. In any
+// case a reading that is under way goes on while the owner may still answer, for two seconds at
+// most.
 class PasteboardContents {
  public:
   virtual ~PasteboardContents() = default;
   virtual std::size_t itemCount() const = 0;
   virtual std::vector<std::string> types(std::size_t item) const = 0;
-  // Nothing when the owner has no such data, is gone, or does not answer within the host's limit.
+  // Blocks, for two seconds at most. Nothing when the owner has no such data, is gone, or hangs.
   virtual std::optional<Bytes> data(std::size_t item, std::string_view type) const = 0;
 };
 
@@ -41,17 +48,18 @@ class Pasteboard {
 
   // Rises with every change of ownership, whoever makes it.
   virtual std::int64_t changeCount() const = 0;
-  // Never null.
+  // Never null. Blocks for 0.8 seconds at most: an owner that has not said by then what it has is
+  // given with types that have no data.
   virtual std::unique_ptr<PasteboardContents> contents() const = 0;
   // Takes ownership of an empty clipboard; the change count rises by one.
   virtual void clearContents() = 0;
   // After clearContents(), without another rise. False when another program took ownership.
   virtual bool writeItems(const std::vector<PasteboardItem>& items) = 0;
 
-  bool setString(std::string_view text) {
-    return writeItems({PasteboardItem{{{pasteboardTypeString, Bytes(text)}}}});
+  bool setString(std::string_view text, ClipboardUse use = ClipboardUse::kept) {
+    return writeItems({PasteboardItem{{{pasteboardTypeString, Bytes(text)}}, use}});
   }
-  // The plain text of the first item that has one. A host may read it alone.
+  // The plain text of the first item that has one. A host may read it alone. Blocks like a reading.
   virtual std::optional<std::string> string() const {
     const auto now = contents();
     for (std::size_t item = 0; item < now->itemCount(); ++item) {

@@ -70,6 +70,7 @@ TEST_F(InsertionTest, RefusesInTheOrderOfTheChecksAndLeavesTheTextToTheUser) {
     EXPECT_FALSE(desktop_.await(insertion_.insertText("text", target)));
     EXPECT_EQ(insertion_.lastInsertFailure(), reason);
     EXPECT_EQ(pasteboard_.text(), "text");
+    EXPECT_FALSE(pasteboard_.isLent()) << "the user is told that it is there";
     EXPECT_EQ(desktop_.log().lines().end()[-2], "[clipboard] copied string length=4");
     return desktop_.log().lines().back();
   };
@@ -114,6 +115,7 @@ TEST_F(InsertionTest, TheLimitsOfTheSnapshotAreTestedBeforeEachRead) {
   EXPECT_EQ(clipboardAfterInsert({{"a", "x"}, {"b", "x"}, {"c", "x"}}, 399ms), "a");
   EXPECT_EQ(clipboardAfterInsert({{"a", "x"}, {"b", "x"}, {"c", "x"}}, 400ms),
             pasteboardTypeString);
+  EXPECT_FALSE(pasteboard_.isLent()) << "what cannot be given back stays";
   EXPECT_EQ(clipboardAfterInsert({{"empty", ""}}), "empty");
   pasteboard_.copyItems({});
   desktop_.await(insertion_.insertText("text", std::nullopt));
@@ -137,6 +139,7 @@ TEST_F(InsertionTest, ACancelledCallerCompletesTheKeystrokeAndTheRestore) {
 TEST_F(InsertionTest, TheEndOfTheProgramLetsGoOfTheKeys) {
   startInsert("text");
   desktop_.runFor(45ms);
+  EXPECT_TRUE(pasteboard_.isLent());
   EXPECT_THAT(keyboard_.postedKeysDown(), ElementsAre(9, 55));
   desktop_.abandonTasks();  // what is held is looked at in the end
 }

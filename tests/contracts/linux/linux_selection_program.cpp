@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t largest = 100'000;  // in one property
 constexpr auto slowness = 200ms;
+constexpr auto lateness = 1200ms;
 
 linux_host::X11Reply<xcb_generic_event_t> nextEvent(X11Connection& connection, Duration limit) {
   if (auto event = owned(xcb_poll_for_event(connection.get()))) return event;
@@ -51,6 +52,24 @@ std::vector<std::string> SelectionOwner::requestedTargets() {
   return requested_;
 }
 
+std::vector<RawRepresentation> SelectionOwner::saved() {
+  const std::lock_guard lock(mutex_);
+  return saved_;
+}
+
+// The requestor's property lists what is to be kept, and the requestor serves it meanwhile.
+bool SelectionOwner::save(const xcb_selection_request_event_t& request) {
+  const auto list = connection_->property(request.requestor, request.property);
+  if (!list) return false;
+  for (const std::string& target : connection_->atomNames(list->words())) {
+    if (auto form = readSelection(target)) {
+      const std::lock_guard lock(mutex_);
+      saved_.push_back(std::move(*form));
+    }
+  }
+  return true;
+}
+
 void SelectionOwner::run() {
   while (!isEnding_) {
     const auto event = nextEvent(*connection_, 5ms);
@@ -72,6 +91,8 @@ void SelectionOwner::answer(const xcb_selection_request_event_t& request) {
   }
   if (manner_ == OwnerManner::hung) return;
   if (manner_ == OwnerManner::slow) std::this_thread::sleep_for(slowness);  // allowed: its manner
+  if (manner_ == OwnerManner::late && request.target != connection_->atom("TARGETS"))
+    std::this_thread::sleep_for(lateness);  // allowed: its manner
   xcb_selection_notify_event_t notify{};
   notify.response_type = XCB_SELECTION_NOTIFY;
   notify.time = request.time;
@@ -85,6 +106,7 @@ void SelectionOwner::answer(const xcb_selection_request_event_t& request) {
 
 bool SelectionOwner::put(const xcb_selection_request_event_t& request) {
   const std::string target = connection_->atomName(request.target);
+  if (target == "SAVE_TARGETS") return save(request);
   if (target == "TARGETS") {
     std::vector<xcb_atom_t> targets = {request.target, connection_->atom("MULTIPLE")};
     for (const auto& form : content_) targets.push_back(connection_->atom(form.target));
@@ -131,12 +153,15 @@ void SelectionOwner::propertyDeleted(const xcb_property_notify_event_t& event) {
 }
 
 std::optional<RawRepresentation> readSelection(const std::string& target,
-                                               const std::string& selection) {
+                                               const std::string& selection, NamedProperty named) {
   const auto connection = X11Connection::open();
   const xcb_window_t window = connection->createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE);
-  const xcb_atom_t property = connection->atom("READ_BY_A_TEST");
+  // The server passes an absent property on as it is; the owner then takes the target's name.
+  const bool isNamed = named == NamedProperty::own;
+  const xcb_atom_t property = connection->atom(isNamed ? "READ_BY_A_TEST" : target);
   xcb_convert_selection(connection->get(), window, connection->atom(selection),
-                        connection->atom(target), property, XCB_CURRENT_TIME);
+                        connection->atom(target), isNamed ? property : XCB_ATOM_NONE,
+                        XCB_CURRENT_TIME);
   connection->flush();
   RawRepresentation form{target, {}, 8, {}};
   bool isIncremental = false;
@@ -168,6 +193,38 @@ std::optional<RawRepresentation> readSelection(const std::string& target,
   }
   ADD_FAILURE() << "the owner of " << selection << " did not answer for " << target;
   return std::nullopt;
+}
+
+std::vector<std::string> servedTogether(const std::vector<std::string>& targets) {
+  const auto connection = X11Connection::open();
+  const xcb_window_t window = connection->createHiddenWindow(XCB_EVENT_MASK_NO_EVENT);
+  const xcb_atom_t list = connection->atom("READ_BY_A_TEST");
+  std::vector<xcb_atom_t> pairs;
+  for (const std::string& target : targets) {
+    pairs.insert(pairs.end(), {connection->atom(target), connection->atom("IN_" + target)});
+  }
+  xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, window, list,
+                      connection->atom("ATOM_PAIR"), 32, static_cast<std::uint32_t>(pairs.size()),
+                      pairs.data());
+  xcb_convert_selection(connection->get(), window, connection->atom("CLIPBOARD"),
+                        connection->atom("MULTIPLE"), list, XCB_CURRENT_TIME);
+  connection->flush();
+  const MonotonicTime end = linux_host::monotonicNow() + 10s;
+  while (linux_host::monotonicNow() < end) {
+    const auto event = nextEvent(*connection, 100ms);
+    if (!event || (event->response_type & 0x7f) != XCB_SELECTION_NOTIFY) continue;
+    std::vector<std::string> served;
+    const auto told = connection->property(window, list).value().words();
+    for (std::size_t i = 0; i + 1 < told.size(); i += 2) {
+      if (told[i + 1] != XCB_ATOM_NONE && connection->property(window, told[i + 1]))
+        served.push_back(connection->atomName(told[i]));
+      else
+        EXPECT_EQ(told[i + 1], XCB_ATOM_NONE) << "told as served, and nothing is there";
+    }
+    return served;
+  }
+  ADD_FAILURE() << "no answer for MULTIPLE";
+  return {};
 }
 
 std::vector<std::string> readSelectionTargets() {

@@ -39,12 +39,15 @@ class SelectionOwner {
 
   // Targets that were asked for.
   std::vector<std::string> requestedTargets();
+  // As the owner of CLIPBOARD_MANAGER: what it took over when it was asked to.
+  std::vector<RawRepresentation> saved();
 
  private:
   void run();
   void answer(const xcb_selection_request_event_t& request);
   bool put(const xcb_selection_request_event_t& request);
   void propertyDeleted(const xcb_property_notify_event_t& event);
+  bool save(const xcb_selection_request_event_t& request);
 
   std::unique_ptr<linux_host::X11Connection> connection_;
   std::vector<RawRepresentation> content_;
@@ -59,13 +62,19 @@ class SelectionOwner {
   std::vector<Outgoing> outgoing_;
   std::mutex mutex_;
   std::vector<std::string> requested_;
+  std::vector<RawRepresentation> saved_;
   std::atomic<bool> isEnding_ = false;
   std::thread thread_;
 };
 
+enum class NamedProperty { own, none };  // a requestor from before ICCCM names none
+
 // What the clipboard's owner gives for the target; nothing when it refuses.
 std::optional<RawRepresentation> readSelection(const std::string& target,
-                                               const std::string& selection = "CLIPBOARD");
+                                               const std::string& selection = "CLIPBOARD",
+                                               NamedProperty property = NamedProperty::own);
+// The same for several at once (MULTIPLE): the targets that the owner says it has served.
+std::vector<std::string> servedTogether(const std::vector<std::string>& targets);
 std::vector<std::string> readSelectionTargets();
 
 }  // namespace quillo::contracts

@@ -8,6 +8,7 @@ namespace quillo::contracts {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsSupersetOf;
 using testing::Not;
@@ -33,6 +34,10 @@ class LinuxPasteboard final : public LinuxX11Host<PasteboardHost> {
   }
   void endOtherProgram() override { owner_.reset(); }
   SelectionOwner& owner() { return *owner_; }
+  bool isMarkedAsPassing() override {
+    const auto hint = readSelection("x-kde-passwordManagerHint");
+    return hint && hint->bytes == "secret";
+  }
   std::optional<Bytes> readElsewhere(std::string_view type) override {
     auto form = readSelection(targetOf(type));
     if (!form) return std::nullopt;
@@ -95,7 +100,7 @@ TEST_F(X11PasteboardTest, ForeignTargetsComeBackWithTheirTypeFormatAndBytes) {
   EXPECT_THAT(readSelectionTargets(), ElementsAreArray(targets));
 }
 
-TEST_F(X11PasteboardTest, OwnTextIsOfferedInEveryFormAndMarkedAsPassing) {
+TEST_F(X11PasteboardTest, OwnTextIsOfferedInEveryForm) {
   pasteboard().clearContents();
   ASSERT_TRUE(pasteboard().setString("né 🎙"));
   EXPECT_THAT(readSelectionTargets(),
@@ -104,15 +109,11 @@ TEST_F(X11PasteboardTest, OwnTextIsOfferedInEveryFormAndMarkedAsPassing) {
   EXPECT_EQ(readSelection("text/plain;charset=utf-8")->bytes, "né 🎙");
   EXPECT_EQ(readSelection("STRING"), (RawRepresentation{"STRING", "STRING", 8, "n\xe9 ?"}));
   EXPECT_EQ(readSelection("TEXT")->type, "UTF8_STRING");
-  EXPECT_EQ(readSelection("x-kde-passwordManagerHint")->bytes, "secret");
+  EXPECT_EQ(readSelection("STRING", "CLIPBOARD", NamedProperty::none), readSelection("STRING"));
   EXPECT_FALSE(readSelection("image/png"));
+  EXPECT_THAT(servedTogether({"STRING", "image/png", "MULTIPLE", "UTF8_STRING"}),
+              ElementsAre("STRING", "UTF8_STRING"));
   EXPECT_FALSE(readSelection("UTF8_STRING", "PRIMARY"));
-
-  // Only text that is lent is marked: a copy with other forms is the user's.
-  pasteboard().clearContents();
-  ASSERT_TRUE(
-      pasteboard().writeItems({{{{pasteboardTypeString, "x"}, {"text/html", "<b>x</b>"}}}}));
-  EXPECT_THAT(readSelectionTargets(), Not(Contains("x-kde-passwordManagerHint")));
 }
 
 TEST_F(X11PasteboardTest, TextThatComesInOtherFormsOnlyIsStillText) {
@@ -168,15 +169,17 @@ TEST_F(X11PasteboardTest, AnOwnerThatEndsOrIsReplacedMidwayEndsTheReadingOfIt) {
   EXPECT_LT(host_.mainThread().now() - begun, Duration(std::chrono::milliseconds(1600)));
 }
 
-TEST_F(X11PasteboardTest, TheClipboardManagerIsAskedToKeepWhatThisProgramLeaves) {
+TEST_F(X11PasteboardTest, TheClipboardManagerGetsWhatThisProgramLeaves) {
   auto clipboard = linux_host::X11Clipboard::open();
   ASSERT_TRUE(clipboard);
   clipboard->takeOwnership();
-  ASSERT_TRUE(clipboard->setContent({{"UTF8_STRING", "UTF8_STRING", 8, "left"}}));
-  SelectionOwner manager({{"SAVE_TARGETS", "NULL", 8, ""}}, OwnerManner::prompt,
-                         "CLIPBOARD_MANAGER");
+  ASSERT_TRUE(clipboard->setContent(
+      {{"UTF8_STRING", "UTF8_STRING", 8, "left"}, {"text/html", "text/html", 8, "<b>left</b>"}}));
+  SelectionOwner manager({}, OwnerManner::prompt, "CLIPBOARD_MANAGER");
   clipboard.reset();
-  EXPECT_THAT(manager.requestedTargets(), Contains("SAVE_TARGETS"));
+  EXPECT_THAT(manager.saved(),
+              ElementsAre(RawRepresentation{"UTF8_STRING", "UTF8_STRING", 8, "left"},
+                          RawRepresentation{"text/html", "text/html", 8, "<b>left</b>"}));
 }
 
 }  // namespace

@@ -38,9 +38,12 @@ class SimulatedPasteboard final : public SimulatedHost<PasteboardHost> {
     desktop_.pasteboard().copyItems({offered}, other_.process());
     if (manner == OwnerManner::slow)
       desktop_.pasteboard().slowOwner(std::chrono::milliseconds(200));
+    if (manner == OwnerManner::late)
+      desktop_.pasteboard().slowOwner(std::chrono::milliseconds(1200));
     if (manner == OwnerManner::hung) desktop_.pasteboard().hangOwner();
   }
   void endOtherProgram() override { desktop_.workspace().quit(other_); }
+  bool isMarkedAsPassing() override { return desktop_.pasteboard().isLent(); }
   std::optional<Bytes> readElsewhere(std::string_view type) override {
     for (const PasteboardItem& item : desktop_.pasteboard().items()) {
       for (const auto& [offered, bytes] : item.representations) {

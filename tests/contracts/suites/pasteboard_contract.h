@@ -22,6 +22,8 @@ class PasteboardHost : public ContractHost {
   virtual void endOtherProgram() = 0;
   // What another program reads.
   virtual std::optional<Bytes> readElsewhere(std::string_view type) = 0;
+  // A clipboard manager is asked to leave out what this program has there.
+  virtual bool isMarkedAsPassing() = 0;
 };
 
 class PasteboardContract : public PortContract<PasteboardHost> {
@@ -113,7 +115,8 @@ TEST_P(PasteboardContract, EveryTypeComesBackAsItWas) {
   EXPECT_THAT(*saved, testing::ElementsAre(item));
 
   pasteboard().clearContents();
-  ASSERT_TRUE(pasteboard().setString("borrowed"));
+  ASSERT_TRUE(pasteboard().setString("borrowed", ClipboardUse::lent));
+  EXPECT_TRUE(host().isMarkedAsPassing());
   ASSERT_EQ(host().readElsewhere(pasteboardTypeString), "borrowed");
   EXPECT_FALSE(host().readElsewhere("text/html")) << "nothing of the old owner shows through";
 
@@ -125,11 +128,27 @@ TEST_P(PasteboardContract, EveryTypeComesBackAsItWas) {
   const auto again = snapshot();
   ASSERT_TRUE(again);
   EXPECT_THAT(*again, testing::ElementsAre(item));
+  EXPECT_FALSE(host().isMarkedAsPassing()) << "it is the user's again";
+
+  pasteboard().clearContents();
+  ASSERT_TRUE(pasteboard().setString("told of"));
+  EXPECT_FALSE(host().isMarkedAsPassing()) << "the user was told that it is there";
 }
 
 TEST_P(PasteboardContract, ASlowOwnerIsReadWhenItAnswersInTime) {
   copyAndSee({{{pasteboardTypeString, "slow"}, {"text/html", "<i>slow</i>"}}}, OwnerManner::slow);
   EXPECT_EQ(pasteboard().string(), "slow");
+}
+
+TEST_P(PasteboardContract, AReadUnderWayRunsToItsEndAndTheLimitIsTestedBeforeTheNext) {
+  copyAndSee(textItem("late"), OwnerManner::late);
+  const auto lone = snapshot();
+  ASSERT_TRUE(lone);
+  EXPECT_THAT(*lone, testing::ElementsAre(textItem("late")));
+  EXPECT_EQ(pasteboard().string(), "late");
+
+  copyAndSee({{{pasteboardTypeString, "late"}, {"text/html", "later"}}}, OwnerManner::late);
+  EXPECT_FALSE(snapshot());
 }
 
 TEST_P(PasteboardContract, AHungOwnerCostsALimitedTimeAndIsNotTakenForAnEmptyClipboard) {

@@ -67,6 +67,7 @@ bool SharedPasteboard::writeItems(const std::vector<PasteboardItem>& items) {
   for (const PasteboardItem& item : items) {
     OfferedItem offered;
     for (const auto& [type, bytes] : item.representations) offered.push_back({type, bytes});
+    if (item.use == ClipboardUse::lent) offer_->use = ClipboardUse::lent;
     offer_->items.push_back(std::move(offered));
   }
   return true;

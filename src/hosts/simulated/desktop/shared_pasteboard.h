@@ -59,11 +59,14 @@ class SharedPasteboard final : public Pasteboard {
   std::vector<PasteboardItem> items() const;
   const std::vector<OfferedItem>& offered() const { return offer_->items; }
   bool isOwnedByProgram() const { return offer_->isOurs; }
+  // What this program has there is not for clipboard managers to keep.
+  bool isLent() const { return offer_->use == ClipboardUse::lent; }
 
  private:
   struct Offer {
     std::vector<OfferedItem> items;
     bool isOurs = false;
+    ClipboardUse use = ClipboardUse::kept;
     std::int32_t process = 0;
     Duration perAnswer{};
     bool isHung = false;

@@ -38,7 +38,7 @@ SelectionReader::SelectionReader(X11Connection& connection, xcb_atom_t selection
 }
 
 bool SelectionReader::isSettled(const Conversion& conversion) {
-  return conversion.state == State::received || conversion.state == State::refused;
+  return conversion.state != State::asked && conversion.state != State::incremental;
 }
 
 bool SelectionReader::isAnswered() const {
@@ -59,7 +59,9 @@ bool SelectionReader::isDone() const {
 SelectionContent SelectionReader::takeContent() {
   SelectionContent content;
   for (Conversion& conversion : conversions_) {
-    if (conversion.state == State::received) content.push_back(std::move(conversion.form));
+    if (conversion.state != State::received) continue;
+    content.push_back(std::move(conversion.form));
+    conversion.state = State::taken;
   }
   return content;
 }
@@ -67,9 +69,7 @@ SelectionContent SelectionReader::takeContent() {
 std::vector<std::string> SelectionReader::missingTargets() const {
   std::vector<std::string> missing;
   for (const Conversion& conversion : conversions_) {
-    if (conversion.state == State::asked || conversion.state == State::incremental) {
-      missing.push_back(conversion.form.target);
-    }
+    if (!isSettled(conversion)) missing.push_back(conversion.form.target);
   }
   return missing;
 }

@@ -32,11 +32,11 @@ class SelectionReader {
   bool isAnswered() const;
   // The forms that the owner said it has, but that have not come; none while it has said nothing.
   std::vector<std::string> missingTargets() const;
-  // What has come, in the owner's order.
+  // What has come since the last call, in the owner's order.
   SelectionContent takeContent();
 
  private:
-  enum class State { asked, incremental, received, refused };
+  enum class State { asked, incremental, received, taken, refused };
   struct Conversion {
     xcb_atom_t target;
     xcb_atom_t property;

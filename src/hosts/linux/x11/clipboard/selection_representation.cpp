@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "base/text.h"
-#include "platform/pasteboard.h"
 
 namespace quillo::linux_host {
 namespace {
@@ -40,8 +39,7 @@ SelectionContent everyFormOf(const std::string& text) {
           {"text/plain;charset=utf-8", "text/plain;charset=utf-8", 8, text},
           {"text/plain", "text/plain", 8, text},
           {"TEXT", "UTF8_STRING", 8, text},
-          {"STRING", "STRING", 8, toLatin1(text)},
-          secretHint};
+          {"STRING", "STRING", 8, toLatin1(text)}};
 }
 
 }  // namespace
@@ -108,16 +106,19 @@ PasteboardRepresentations pasteboardRepresentations(SelectionContent content) {
   return result;
 }
 
-SelectionContent selectionContent(const PasteboardRepresentations& representations) {
-  if (representations.size() == 1 && representations.front().first == pasteboardTypeString) {
-    return everyFormOf(representations.front().second);
-  }
+SelectionContent selectionContent(const PasteboardItem& item) {
+  const auto& forms = item.representations;
   SelectionContent content;
-  for (const auto& [type, bytes] : representations) {
-    SelectionRepresentation form = representationOf(type);
-    form.bytes = bytes;
-    content.push_back(std::move(form));
+  if (forms.size() == 1 && forms.front().first == pasteboardTypeString) {
+    content = everyFormOf(forms.front().second);
+  } else {
+    for (const auto& [type, bytes] : forms) {
+      SelectionRepresentation form = representationOf(type);
+      form.bytes = bytes;
+      content.push_back(std::move(form));
+    }
   }
+  if (item.use == ClipboardUse::lent) content.push_back(secretHint);
   return content;
 }
 

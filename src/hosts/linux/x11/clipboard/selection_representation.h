@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/bytes.h"
+#include "platform/pasteboard.h"
 
 namespace quillo::linux_host {
 
@@ -38,9 +39,9 @@ using PasteboardRepresentations = std::vector<std::pair<std::string, Bytes>>;
 // In the pasteboard's names and order of preference. Plain text that comes only in other forms is
 // there as the pasteboard's plain text as well.
 PasteboardRepresentations pasteboardRepresentations(SelectionContent content);
-// What this program offers for them. Text alone is offered in every form that programs ask for, and
-// marked so that clipboard managers do not keep it.
-SelectionContent selectionContent(const PasteboardRepresentations& representations);
+// What this program offers for the item. Text alone is offered in every form that programs ask for;
+// what is lent is marked so that clipboard managers do not keep it.
+SelectionContent selectionContent(const PasteboardItem& item);
 
 // The content's best plain text.
 std::optional<std::string> plainText(const SelectionContent& content);

@@ -124,13 +124,14 @@ void X11Clipboard::lendAsPrimary() {
       false);
 }
 
-ClipboardReading X11Clipboard::read(SelectionReader::Wanted wanted, Duration limit) {
+ClipboardReading X11Clipboard::read(SelectionReader::Wanted wanted, ReadingLimits limits) {
   const auto promise = std::make_shared<std::promise<ClipboardReading>>();
   std::future<ClipboardReading> result = promise->get_future();
-  const MonotonicTime deadline = monotonicNow() + limit;
-  submit([this, wanted, deadline, promise] { startReading({wanted, deadline, promise}); });
-  if (result.wait_for(limit + serverPatience) != std::future_status::ready) {
-    return {ClipboardReading::Outcome::timedOut, {}, {}};
+  submit([this, wanted, limits, begun = monotonicNow(), promise] {
+    startReading({wanted, limits, begun, promise});
+  });
+  if (result.wait_for(limits.someForms + serverPatience) != std::future_status::ready) {
+    return {ClipboardReading::Outcome::timedOut};
   }
   return result.get();
 }
@@ -144,9 +145,7 @@ void X11Clipboard::run() {
       isBusy = runCommands();
       isBusy = handleEvents() || isBusy;
     }
-    if (reading_ && (monotonicNow() >= reading_->deadline || connection_->isBroken())) {
-      finishReading(ClipboardReading::Outcome::timedOut);
-    }
+    if (reading_) lookAtReading();
     {
       const std::lock_guard lock(mutex_);
       if (isStopping_) break;
@@ -154,6 +153,7 @@ void X11Clipboard::run() {
     if (connection_->isBroken()) runCommands();  // they fail, but they come back
     waitForWork(nextDeadline());
   }
+  if (reading_) finishReading(ClipboardReading::Outcome::timedOut);
   handOver();
 }
 
@@ -196,9 +196,7 @@ void X11Clipboard::handle(const xcb_generic_event_t& event) {
     if (notify.requestor == window_) isHandedOver_ = true;
   }
   server_.handle(event, monotonicNow());
-  if (!reading_ || !reading_->reader) return;
-  reading_->reader->handle(event);
-  if (reading_->reader->isDone()) finishReading(ClipboardReading::Outcome::complete);
+  if (reading_ && reading_->reader) reading_->reader->handle(event);
 }
 
 void X11Clipboard::waitForWork(std::optional<MonotonicTime> until) {
@@ -218,8 +216,9 @@ void X11Clipboard::waitForWork(std::optional<MonotonicTime> until) {
 
 std::optional<MonotonicTime> X11Clipboard::nextDeadline() {
   std::optional<MonotonicTime> deadline = server_.dropStalled(monotonicNow());
-  if (reading_ && (!deadline || reading_->deadline < *deadline)) deadline = reading_->deadline;
-  return deadline;
+  if (!reading_) return deadline;
+  const MonotonicTime look = nextLookAtReading();
+  return deadline ? std::min(*deadline, look) : look;
 }
 
 xcb_timestamp_t X11Clipboard::serverTime() {
@@ -246,7 +245,7 @@ void X11Clipboard::startReading(ReadJob job) {
   if (reading_) finishReading(ClipboardReading::Outcome::timedOut);  // nobody waits for it any more
   const auto own = connection_->isBroken() ? nullptr : server_.content(clipboard_);
   if (own) {
-    job.promise->set_value({ClipboardReading::Outcome::complete, *own, {}});
+    job.promise->set_value({ClipboardReading::Outcome::complete, *own});
     return;
   }
   reading_ = std::move(job);
@@ -265,10 +264,39 @@ void X11Clipboard::restartReading() {
   connection_->flush();
 }
 
+// Ends the reading when it is done or its time is over.
+void X11Clipboard::lookAtReading() {
+  if (reading_->reader && reading_->reader->isDone()) {
+    return finishReading(ClipboardReading::Outcome::complete);
+  }
+  const Duration elapsed = monotonicNow() - reading_->begun;
+  const Duration end = reading_->lastForm ? reading_->limits.lastForm : reading_->limits.someForms;
+  if (elapsed >= end || connection_->isBroken()) {
+    finishReading(ClipboardReading::Outcome::timedOut);
+  } else if (!reading_->lastForm && elapsed >= reading_->limits.allForms) {
+    if (reading_->reader->missingTargets().size() == 1) giveAllButOne();
+  }
+}
+
+MonotonicTime X11Clipboard::nextLookAtReading() const {
+  const auto& [allForms, someForms, lastForm] = reading_->limits;
+  if (reading_->lastForm) return reading_->begun + lastForm;
+  const bool isOneEnough = monotonicNow() - reading_->begun >= allForms;
+  return reading_->begun + (isOneEnough ? someForms : allForms);
+}
+
+void X11Clipboard::giveAllButOne() {
+  SelectionReader& reader = *reading_->reader;
+  ClipboardReading reading{ClipboardReading::Outcome::allButOne, reader.takeContent(),
+                           reader.missingTargets()};
+  reading.lastForm = reading_->lastForm.emplace().get_future();
+  reading_->promise->set_value(std::move(reading));
+}
+
 void X11Clipboard::finishReading(ClipboardReading::Outcome outcome) {
   ReadJob job = std::move(*reading_);
   reading_.reset();
-  ClipboardReading reading{outcome, {}, {}};
+  ClipboardReading reading{outcome};
   if (job.reader) {
     reading.content = job.reader->takeContent();
     if (outcome == ClipboardReading::Outcome::timedOut) {
@@ -282,14 +310,17 @@ void X11Clipboard::finishReading(ClipboardReading::Outcome outcome) {
     }
     connection_->flush();
   }
-  job.promise->set_value(std::move(reading));
+  if (!job.lastForm) return job.promise->set_value(std::move(reading));
+  std::optional<SelectionRepresentation> last;
+  if (!reading.content.empty()) last = std::move(reading.content.front());
+  job.lastForm->set_value(std::move(last));
 }
 
 void X11Clipboard::clipboardOwnerChanged(xcb_window_t owner) {
   ++changeCount_;
   if (!reading_) return;
   // What came so far is not on the clipboard any more.
-  if (owner == XCB_WINDOW_NONE) {
+  if (owner == XCB_WINDOW_NONE || reading_->lastForm) {
     if (reading_->window != XCB_WINDOW_NONE) abandonedWindows_.insert(reading_->window);
     reading_->reader.reset();
     finishReading(ClipboardReading::Outcome::complete);

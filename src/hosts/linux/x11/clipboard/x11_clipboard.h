@@ -28,12 +28,22 @@ namespace quillo::linux_host {
 // What a reading of the clipboard brought.
 struct ClipboardReading {
   enum class Outcome {
-    complete,  // everything that the owner has to give; nothing when there is no owner
-    timedOut,  // what came within the limit
+    complete,   // everything that the owner has to give; nothing when there is no owner
+    allButOne,  // the reading goes on for the missing one
+    timedOut,   // what came within the limit
   };
   Outcome outcome = Outcome::complete;
-  SelectionContent content;
-  std::vector<std::string> missingTargets;  // announced, but not come in time
+  SelectionContent content{};
+  std::vector<std::string> missingTargets{};  // announced, but not come in time
+  // Of allButOne: the missing form, known within ReadingLimits::lastForm; else not valid.
+  std::future<std::optional<SelectionRepresentation>> lastForm{};
+};
+
+// How long a reading goes on, from its beginning.
+struct ReadingLimits {
+  Duration allForms;   // for all of them; from here on all but one are enough
+  Duration someForms;  // then it ends with what has come
+  Duration lastForm;   // for the one form that was missing
 };
 
 // Used by one other thread, the caller. Every call comes back: readings after their limit, the
@@ -46,7 +56,8 @@ class X11Clipboard {
   ~X11Clipboard();
 
   std::int64_t changeCount() const { return changeCount_.load(); }
-  ClipboardReading read(SelectionReader::Wanted wanted, Duration limit);
+  // Ends what a reading before it still waits for.
+  ClipboardReading read(SelectionReader::Wanted wanted, ReadingLimits limits);
   // Takes an empty clipboard, and lets the primary selection go.
   void takeOwnership();
   // False when this program does not own the clipboard any more.
@@ -57,8 +68,11 @@ class X11Clipboard {
  private:
   struct ReadJob {
     SelectionReader::Wanted wanted;
-    MonotonicTime deadline;
+    ReadingLimits limits;
+    MonotonicTime begun;
     std::shared_ptr<std::promise<ClipboardReading>> promise;
+    // Once all but one form were given to the caller.
+    std::optional<std::promise<std::optional<SelectionRepresentation>>> lastForm{};
     xcb_window_t window = XCB_WINDOW_NONE;
     std::unique_ptr<SelectionReader> reader{};
   };
@@ -81,6 +95,9 @@ class X11Clipboard {
   bool ownsClipboard();
   void startReading(ReadJob job);
   void restartReading();
+  void lookAtReading();
+  MonotonicTime nextLookAtReading() const;
+  void giveAllButOne();
   void finishReading(ClipboardReading::Outcome outcome);
   void clipboardOwnerChanged(xcb_window_t owner);
   void handOver();

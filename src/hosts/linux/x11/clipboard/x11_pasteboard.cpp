@@ -1,17 +1,27 @@
 #include "hosts/linux/x11/clipboard/x11_pasteboard.h"
 
+#include <algorithm>
 #include <chrono>
+#include <future>
 #include <utility>
 
 namespace quillo::linux_host {
 namespace {
 
-constexpr Duration readingLimit = std::chrono::milliseconds(800);
+using namespace std::chrono_literals;
+
+// A caller that allows 0.8 seconds has some left when the first of them is over, and none after the
+// second.
+constexpr ReadingLimits everythingLimits{.allForms = 700ms, .someForms = 800ms, .lastForm = 2s};
+constexpr ReadingLimits textLimits{.allForms = 2s, .someForms = 2s, .lastForm = 2s};
+// The clipboard's thread keeps the limits, unless the X server does not answer it.
+constexpr Duration clipboardPatience = 3s;
 
 class ReadContents final : public PasteboardContents {
  public:
   explicit ReadContents(ClipboardReading reading)
-      : representations_(pasteboardRepresentations(std::move(reading.content))) {
+      : representations_(pasteboardRepresentations(std::move(reading.content))),
+        lastForm_(std::move(reading.lastForm)) {
     for (const std::string& target : reading.missingTargets) {
       missing_.push_back(pasteboardType(representationOf(target)));
     }
@@ -36,28 +46,38 @@ class ReadContents final : public PasteboardContents {
     for (const auto& [name, bytes] : representations_) {
       if (name == type) return bytes;
     }
-    return std::nullopt;
+    const bool isMissing = std::ranges::find(missing_, type) != missing_.end();
+    return isMissing ? lateData() : std::nullopt;
   }
 
  private:
+  std::optional<Bytes> lateData() const {
+    if (lastForm_.valid() && lastForm_.wait_for(clipboardPatience) == std::future_status::ready) {
+      if (auto form = lastForm_.get()) lastData_ = std::move(form->bytes);
+    }
+    return lastData_;
+  }
+
   PasteboardRepresentations representations_;
   std::vector<std::string> missing_;
+  mutable std::future<std::optional<SelectionRepresentation>> lastForm_;
+  mutable std::optional<Bytes> lastData_;
 };
 
 }  // namespace
 
 std::unique_ptr<PasteboardContents> X11Pasteboard::contents() const {
   return std::make_unique<ReadContents>(
-      clipboard_.read(SelectionReader::Wanted::everything, readingLimit));
+      clipboard_.read(SelectionReader::Wanted::everything, everythingLimits));
 }
 
 bool X11Pasteboard::writeItems(const std::vector<PasteboardItem>& items) {
   return clipboard_.setContent(items.empty() ? SelectionContent()
-                                             : selectionContent(items.front().representations));
+                                             : selectionContent(items.front()));
 }
 
 std::optional<std::string> X11Pasteboard::string() const {
-  return plainText(clipboard_.read(SelectionReader::Wanted::plainText, readingLimit).content);
+  return plainText(clipboard_.read(SelectionReader::Wanted::plainText, textLimits).content);
 }
 
 }  // namespace quillo::linux_host

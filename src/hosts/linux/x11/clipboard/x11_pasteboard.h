@@ -8,9 +8,11 @@ namespace quillo::linux_host {
 
 // Main thread. The clipboard of X has one item, so that of several written ones the first counts.
 //
-// contents() reads every form at once, for at most 0.8 seconds: the data are there when it returns.
-// What did not come by then is listed without data, and at least one type is: whoever copies the
-// contents within that time limit sees that the limit has passed.
+// contents() asks for every form at once: the data are there when it returns. It waits until all
+// have come, but a single one that its owner is still making after 0.7 seconds is left to data(),
+// which waits for it until two seconds have passed. After 0.8 seconds what has not come is listed
+// without data, and at least one type is: whoever copies the contents within that time sees that it
+// is over. A form that came late is known by its target alone, not by a type or format of its own.
 class X11Pasteboard final : public Pasteboard {
  public:
   // `clipboard` outlives this.
