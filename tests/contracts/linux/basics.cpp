@@ -1,6 +1,8 @@
 // Main thread, queues, settings, keyring and files of the Linux host.
 #include <gio/gio.h>
 
+#include <csignal>
+
 #include <thread>
 
 #include "contracts/linux/linux_contract_host.h"
@@ -74,7 +76,10 @@ constexpr std::string_view keyringPassword = "quillo";
 class DesktopKeyring {
  public:
   DesktopKeyring() : bus_(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)) {}
-  ~DesktopKeyring() { g_object_unref(bus_); }
+  ~DesktopKeyring() {
+    if (isHung_) hang(false);
+    g_object_unref(bus_);
+  }
   DesktopKeyring(const DesktopKeyring&) = delete;
   DesktopKeyring& operator=(const DesktopKeyring&) = delete;
 
@@ -92,23 +97,38 @@ class DesktopKeyring {
         "org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
         g_variant_new_parsed("(%o, (%o, @ay [], %@ay, 'text/plain'))", collection, path, password));
   }
+  // It stands and answers nobody.
+  void hang(bool isHung) {
+    const Variant process =
+        ask("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+            "GetConnectionUnixProcessID", g_variant_new("(s)", "org.freedesktop.secrets"));
+    guint32 id = 0;
+    g_variant_get(process.get(), "(u)", &id);
+    ASSERT_EQ(::kill(static_cast<pid_t>(id), isHung ? SIGSTOP : SIGCONT), 0);
+    isHung_ = isHung;
+  }
 
  private:
   using Variant = std::unique_ptr<GVariant, decltype(&g_variant_unref)>;
   static constexpr const char* collection = "/org/freedesktop/secrets/collection/login";
 
   Variant call(const char* interface, const char* method, GVariant* arguments) {
+    return ask("org.freedesktop.secrets", "/org/freedesktop/secrets", interface, method, arguments);
+  }
+  Variant ask(const char* name, const char* object, const char* interface, const char* method,
+              GVariant* arguments) {
     GError* error = nullptr;
-    Variant answer(g_dbus_connection_call_sync(
-                       bus_, "org.freedesktop.secrets", "/org/freedesktop/secrets", interface,
-                       method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error),
-                   &g_variant_unref);
+    Variant answer(
+        g_dbus_connection_call_sync(bus_, name, object, interface, method, arguments, nullptr,
+                                    G_DBUS_CALL_FLAGS_NONE, -1, nullptr, &error),
+        &g_variant_unref);
     if (error) ADD_FAILURE() << method << ": " << error->message;
     g_clear_error(&error);
     return answer;
   }
 
   GDBusConnection* bus_;
+  bool isHung_ = false;
 };
 
 class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
@@ -138,6 +158,22 @@ class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
   bool isLocked_ = false;
 };
 INSTANTIATE_TEST_SUITE_P(RealDesktop, KeychainContract, hostedBy<LinuxKeychain>());
+
+TEST(SecretServiceKeychain, AHungKeyringCostsTheLimitAndWhatWasGivenUpIsNotDoneLater) {
+  namespace status = linux_host::secret_service_status;
+  LinesLog log;
+  linux_host::SecretServiceKeychain keychain(log, std::chrono::seconds(1));
+  DesktopKeyring keyring;
+  ASSERT_EQ(keychain.read("hung", "account").status, KeychainStatus::itemNotFound);
+  keyring.hang(true);
+  const MonotonicTime begun = linux_host::monotonicNow();
+  EXPECT_EQ(keychain.read("hung", "account").status, status::timedOut);
+  EXPECT_EQ(keychain.add("hung", "account", "late"), status::timedOut);
+  EXPECT_LT(linux_host::monotonicNow() - begun, Duration(std::chrono::seconds(4)));
+  EXPECT_EQ(log.lines().size(), 1u);
+  keyring.hang(false);
+  EXPECT_EQ(keychain.read("hung", "account").status, KeychainStatus::itemNotFound);
+}
 
 }  // namespace
 }  // namespace quillo::contracts

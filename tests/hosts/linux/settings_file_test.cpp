@@ -130,13 +130,16 @@ TEST_F(SettingsFile, MayBeALinkWhichStaysOne) {
 TEST_F(SettingsFile, ThatCannotBeWrittenIsSaidOnceAndSettingsLastInMemory) {
   std::filesystem::remove(file_.parent_path());
   std::ofstream(file_.parent_path()) << "a file where the folder should be";
-  const auto store = open();
+  auto store = open();
   for (std::int64_t i = 0; i < 3; ++i) {
     store->setInteger("count", i);
     host_.runFor(std::chrono::milliseconds(5));
     EXPECT_EQ(store->integer("count"), i);
   }
   EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("settings cannot be written")));
+  std::filesystem::remove(file_.parent_path());
+  store.reset();
+  EXPECT_EQ(open()->integer("count"), 2) << "the end of the program tries once more";
 }
 
 // The same case runs once more as a program of its own, which sets a value and dies a turn later.

@@ -165,7 +165,14 @@ TEST(PulseConnection, SurvivesTheDeathOfTheServer) {
   EXPECT_EQ(engine->start(), std::nullopt) << "the same engine records again";
 }
 
-TEST(PulseSounds, AreHeardFromTheLoudspeaker) {
+std::string playingStreams() {
+  QProcess pactl;
+  pactl.start("pactl", {"list", "short", "sink-inputs"});
+  EXPECT_TRUE(pactl.waitForFinished() && pactl.exitCode() == 0);
+  return pactl.readAllStandardOutput().toStdString();
+}
+
+TEST(PulseSounds, AreHeardFromTheLoudspeakerAndEnd) {
   contracts::LinuxContractHost<contracts::ContractHost> host;
   contracts::LinesLog log;
   PulseConnection connection(host.mainThread(), log);
@@ -191,6 +198,7 @@ TEST(PulseSounds, AreHeardFromTheLoudspeaker) {
     sounds.play("no such sound");
     EXPECT_LT(monotonicNow() - begun, Duration(std::chrono::milliseconds(100)));
     EXPECT_TRUE(host.runUntil([&] { return heard.loudest() > -25; }, seconds(10))) << cue;
+    EXPECT_TRUE(host.runUntil([] { return playingStreams().empty(); }, seconds(10))) << cue;
     engine->removeTap();
   }
 }

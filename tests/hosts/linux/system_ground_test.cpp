@@ -34,8 +34,13 @@ TEST(PosixFileManager, MakesEverythingForTheUserAlone) {
   const FilePath caches = files.directory(UserDirectory::caches).value();
   EXPECT_EQ(caches, home.path() / "cache" / "quillo");
   EXPECT_EQ(files.directory(UserDirectory::applicationSupport), std::nullopt);
+  const auto openDescriptors = [&files] { return files.list("/proc/self/fd").size(); };
+  const std::size_t openBefore = openDescriptors();
   ASSERT_TRUE(files.createEmpty(caches / "log"));
+  ASSERT_TRUE(files.append(caches / "log", "line\n"));
+  ASSERT_EQ(files.read(caches / "log"), "line\n");
   ASSERT_TRUE(files.writeAtomically(caches / "history", "[]"));
+  EXPECT_EQ(openDescriptors(), openBefore);
   const auto permissionsOf = [](const FilePath& path) {
     return std::filesystem::status(path).permissions();
   };
