@@ -70,7 +70,7 @@ class MacAuthService final : public SessionAuthority {
 
   bool needsRefresh() const override { return isTokenExpired(); }
   // One request, however many ask. False when there is no fresh session afterwards; then either
-  // the user is signed out or another attempt is planned.
+  // the user is signed out or another attempt is planned. A cancelled caller waits no longer.
   Task<bool> refreshSession() override;
 
  private:

@@ -28,7 +28,7 @@ inline bool isRefusedSession(const APIError& error) {
 }  // namespace detail
 
 // Main thread. `operation` makes the request anew at each call, twice at most; the outcome of the
-// second one is final. Throws what `operation` throws, or a serverError 401.
+// second one is final. Throws what `operation` throws, a serverError 401, or a CancellationError.
 template <class T>
 Task<T> withFreshAuth(SessionAuthority& authority, std::function<Task<T>()> operation) {
   if (authority.isLoggedIn() && authority.needsRefresh())
@@ -38,8 +38,7 @@ Task<T> withFreshAuth(SessionAuthority& authority, std::function<Task<T>()> oper
   } catch (const APIError& error) {
     if (!detail::isRefusedSession(error) || !authority.isLoggedIn()) throw;
   }
-  // The session may have ended meanwhile: then the request is made again as a guest's.
-  if (authority.isLoggedIn()) co_await detail::refreshOrRefuse(authority);
+  co_await detail::refreshOrRefuse(authority);
   co_return co_await operation();
 }
 

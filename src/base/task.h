@@ -225,6 +225,19 @@ class Completion {
   std::shared_ptr<State> state_;
 };
 
+Task<bool> isCancelled();
+// Throws CancellationError when the running task was cancelled.
+Task<> checkCancellation();
+
+// Awaits `completion`, and calls `onCancel` (once, on the main thread) when the task is cancelled
+// meanwhile; whoever delivers decides what a cancelled wait yields.
+template <class T>
+Task<T> awaitOrCancel(Completion<T> completion, std::function<void()> onCancel) {
+  const TaskContext context = co_await currentTask();
+  std::stop_callback callOnCancel(context.stopToken, std::move(onCancel));
+  co_return co_await completion;
+}
+
 namespace detail {
 
 template <class T>
@@ -288,6 +301,8 @@ class TaskHandle {
 
   // Waits for the end. The waiter's own cancellation does not end the wait or the task.
   Task<T> value() const { return awaitEnd(state_); }
+  // The same, but throws CancellationError as soon as the waiter is cancelled. The task goes on.
+  Task<T> valueUnlessCancelled() const { return awaitEndUnlessCancelled(state_); }
 
  private:
   using State = detail::TaskState<T>;
@@ -301,6 +316,16 @@ class TaskHandle {
     }
     if (state->error) std::rethrow_exception(state->error);
     if constexpr (!std::is_void_v<T>) co_return *state->value;
+  }
+
+  static Task<T> awaitEndUnlessCancelled(std::shared_ptr<State> state) {
+    if (!state->finished) {
+      const Completion<> woken(*state->context.mainThread);
+      state->waiters.push_back(woken);
+      co_await awaitOrCancel<void>(woken, [woken] { woken.deliver(); });
+    }
+    co_await checkCancellation();
+    co_return co_await awaitEnd(std::move(state));
   }
 
   template <class U>
@@ -334,18 +359,5 @@ Task<> sleepInFull(Duration duration);
 
 // Lets work that was posted before this go first.
 Task<> yieldTurn();
-
-Task<bool> isCancelled();
-// Throws CancellationError when the running task was cancelled.
-Task<> checkCancellation();
-
-// Awaits `completion`, and calls `onCancel` (once, on the main thread) when the task is cancelled
-// meanwhile; whoever delivers decides what a cancelled wait yields.
-template <class T>
-Task<T> awaitOrCancel(Completion<T> completion, std::function<void()> onCancel) {
-  const TaskContext context = co_await currentTask();
-  std::stop_callback callOnCancel(context.stopToken, std::move(onCancel));
-  co_return co_await completion;
-}
 
 }  // namespace quillo

@@ -65,19 +65,6 @@ TEST_F(SessionTest, TokensLeftInTheSettingsMoveIntoTheKeychainWhenItTakesThem) {
 
 // --- Refresh ---
 
-TEST_F(SessionTest, ManyCallersShareOneRequestAndItsResult) {
-  launchSignedIn();
-  answer(tokenPath, 200, session("access2", "refresh2"), 2s);
-  std::vector<TaskHandle<bool>> callers;
-  for (int i = 0; i < 3; ++i) {
-    callers.push_back(start(desktop_.mainThread(), auth_->refreshSession()));
-    desktop_.runFor(500ms);
-  }
-  callers[0].cancel();  // its own cancellation ends neither the refresh nor its wait
-  for (const auto& caller : callers) EXPECT_TRUE(desktop_.await(caller.value()));
-  EXPECT_THAT(refreshes(), SizeIs(1));
-}
-
 TEST_F(SessionTest, OnlyARefusalOfTheSessionSignsOut) {
   for (const int status : {402, 404, 429, 500, 503}) {
     launchSignedIn();

@@ -12,6 +12,7 @@ namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::_;
 using testing::ElementsAre;
 
 class TaskTest : public testing::Test {
@@ -166,23 +167,36 @@ TEST_F(TaskTest, TheGateIsFirstComeFirstServedEvenForCancelledWaiters) {
   EXPECT_FALSE(gate.isBusy());
 }
 
-TEST_F(TaskTest, SingleFlightRunsOneTaskForAllCallersAndForgetsIt) {
+Task<int> numberInFull(int& runs) {
+  const int number = ++runs;
+  co_await sleepInFull(10ms);
+  co_return number;
+}
+
+TEST_F(TaskTest, SingleFlightRunsOneTaskForAllCallersAndForgetsThatOneAlone) {
   SingleFlight<int> flight(main_);
   int runs = 0;
-  std::vector<int> values;
-  const auto make = [&]() -> Task<int> {
-    ++runs;
-    return addLater(seen_, runs, 100);
+  const auto ask = [&] {
+    const auto asking = start(main_, flight.join([&] { return numberInFull(runs); }));
+    start(main_, reportOutcome(asking, seen_));
+    main_.pass(1ms);
+    return asking;
   };
-  const auto ask = [](SingleFlight<int>& f, std::function<Task<int>()> m,
-                      std::vector<int>& out) -> Task<> { out.push_back(co_await f.join(m)); };
-  for (int i = 0; i < 3; ++i) start(main_, ask(flight, make, values));
+  const auto first = ask();
+  first.cancel();
+  ask();
+  EXPECT_THAT(seen_, ElementsAre("The operation was cancelled."));
   main_.pass(10ms);
-  EXPECT_THAT(values, ElementsAre(101, 101, 101));
+  EXPECT_THAT(seen_, ElementsAre(_, "1"));
+
+  ask();
+  flight.cancelAndForget();
+  ask();
+  main_.pass(8ms);  // the one that was forgotten has ended
+  ask();
+  main_.pass(10ms);
+  EXPECT_THAT(seen_, ElementsAre(_, "1", "2", "3", "3"));
   EXPECT_FALSE(flight.isRunning());
-  start(main_, ask(flight, make, values));
-  main_.pass(10ms);
-  EXPECT_THAT(values, ElementsAre(101, 101, 101, 102));
 }
 
 TEST_F(TaskTest, YieldingLetsPostedWorkGoFirst) {
