@@ -12,7 +12,7 @@ std::string describe(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const Error& e) {
-    return e.description();
+    return e.errorDescription().value_or(e.description());
   } catch (const std::exception& e) {
     return e.what();
   } catch (...) {

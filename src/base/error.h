@@ -60,7 +60,7 @@ class SystemError : public Error {
   ErrorCode code_;
 };
 
-// The description of any exception, for a log line.
+// What an exception says, for a log line: its own sentence, or else its description.
 std::string describe(const std::exception_ptr& error);
 
 }  // namespace quillo

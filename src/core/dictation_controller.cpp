@@ -204,8 +204,8 @@ void MacDictationController::goLive() {
 void MacDictationController::reportStartFailure(const std::exception_ptr& error) {
   rolling_.end();
   statusText = "Could not start recording";
-  lastError = errorText(error);
-  log("recording start failed: " + errorText(error));
+  lastError = describe(error);
+  log("recording start failed: " + describe(error));
   showFor(startFailureShown);
 }
 

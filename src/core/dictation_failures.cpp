@@ -105,8 +105,4 @@ std::string_view statusTitle(std::string_view message) {
   return generalTitle;
 }
 
-std::string errorText(const std::exception_ptr& error) {
-  return ownSentence(error).value_or(describe(error));
-}
-
 }  // namespace quillo

@@ -34,7 +34,4 @@ std::string userMessage(const std::exception_ptr& error);
 // The short status that goes with a sentence, by its words.
 std::string_view statusTitle(std::string_view message);
 
-// The words of an error for a log line: the user's sentence, or what happened.
-std::string errorText(const std::exception_ptr& error);
-
 }  // namespace quillo

@@ -4,7 +4,6 @@
 
 #include "api/fresh_auth.h"
 #include "base/text.h"
-#include "core/dictation_failures.h"
 #include "core/term_lists.h"
 
 namespace quillo {
@@ -103,7 +102,7 @@ Task<std::optional<std::string>> RollingTranscription::awaitRollingTranscript() 
   for (const TaskHandle<SegmentEnd>& task : tasks) {
     SegmentEnd ended = co_await task.value();
     if (const auto* error = std::get_if<std::exception_ptr>(&ended)) {
-      fallBack("rolling transcription failed; falling back to full file: " + errorText(*error));
+      fallBack("rolling transcription failed; falling back to full file: " + describe(*error));
       co_return std::nullopt;
     }
     transcripts.push_back(std::get<RollingSegmentTranscript>(std::move(ended)));
