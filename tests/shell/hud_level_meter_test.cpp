@@ -23,14 +23,14 @@ TEST(HUDLevelMeterTest, LevelsScrollToTheLeftAndAreCutAtTheTop) {
   EXPECT_EQ(levels[0], 0.3f + 0.001f * 36);
 
   meter.setActive(false);
-  EXPECT_EQ(levels[0], 0);
-  EXPECT_EQ(levels[63], 0);
+  meter.setLevel(0.9f);  // comes late
+  meter.setActive(true);
+  EXPECT_EQ(levels, decltype(levels){});
   EXPECT_EQ(meter.peak(), 0);
 }
 
 TEST(HUDLevelMeterTest, TheColourRisesAtOnceAndFallsSlowly) {
   HUDLevelMeter meter;
-  EXPECT_EQ(meter.barColor(ColorScheme::dark), darkPalette.secondary.withOpacity(0.25));
   meter.setActive(true);
   const Color red{239, 68, 68}, amber{245, 158, 11}, green{34, 197, 94};
   EXPECT_EQ(meter.barColor(ColorScheme::dark), red);

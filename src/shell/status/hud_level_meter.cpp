@@ -33,8 +33,8 @@ void HUDLevelMeter::setLevel(float level) {
 }
 
 void HUDLevelMeter::setActive(bool isActive) {
+  if (isActive == isActive_) return;
   isActive_ = isActive;
-  if (isActive) return;
   levels_.fill(0);
   peak_ = 0;
 }

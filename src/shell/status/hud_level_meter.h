@@ -20,7 +20,7 @@ class HUDLevelMeter {
 
   // 0...1; a level equal to the last one changes nothing.
   void setLevel(float level);
-  // Going inactive forgets all levels.
+  // Either change forgets all levels: they may also have come before a recording, or behind it.
   void setActive(bool isActive);
 
   bool isActive() const { return isActive_; }
