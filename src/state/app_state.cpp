@@ -117,8 +117,11 @@ Task<> MacAppState::refreshUsage() {
   isRefreshingUsage = true;
   usageError = std::nullopt;
   const MonotonicTime began = mainThread_.now();
+  const std::optional<std::string> user = defaults_.text(userIdKey);
   try {
-    takeUsage(co_await usageSource_());
+    UsageData reply = co_await usageSource_();
+    // After a sign-out, or for another user, it tells of somebody else's plan.
+    if (defaults_.text(userIdKey) == user) takeUsage(std::move(reply));
   } catch (...) {
     log_.log("usage", "refresh failed: " + describe(std::current_exception()));
     usageError = "Usage could not be refreshed.";

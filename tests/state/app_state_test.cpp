@@ -177,13 +177,13 @@ TEST_F(UsageTest, AReplyIsKeptThroughFailuresAndItsPlanThroughTheRun) {
   EXPECT_THAT(desktop_.log().lines(),
               ElementsAre("[usage] refresh failed: The request timed out."));
 
-  const auto running = start(desktop_.mainThread(), state_->refreshUsage());
-  desktop_.runFor(200ms);
-  running.cancel();
-  desktop_.runTurns();
-  EXPECT_FALSE(state_->isRefreshingUsage);  // a cancelled refresh does not linger
-  launch();
-  EXPECT_EQ(state_->plan.get(), "pro");
+  EXPECT_EQ(launch().plan.get(), "pro");
+
+  stored().setText("mac.userId", "u1");
+  answerAfter(500ms, usageOf("pro", 0));
+  desktop_.after(300ms, [this] { state_->clearAccountState(); });
+  refresh();
+  EXPECT_EQ(state_->plan.get(), "free");
   EXPECT_FALSE(state_->usage.get());
 }
 
