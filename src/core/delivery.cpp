@@ -58,7 +58,7 @@ Task<> Delivery::verify(std::string finalText, LanguagePair pair) {
     dictation_.lastVerification =
         co_await pipeline_.verifyTranslation(std::move(finalText), std::move(pair));
   } catch (...) {
-    dictation_.lastVerification = std::nullopt;  // the review then shows no meaning
+    // The review then shows no meaning.
   }
 }
 

@@ -36,8 +36,8 @@ TransformRequest TransformPipeline::requestFor(const Input& input) const {
       .appContext = trimmedOrAbsent(input.target ? input.target->bundleIdentifier : std::nullopt),
   };
   if (const auto prompt = state_.stylePrompt(PromptUse::dictation)) {
-    request.customPrompt = trimmedOrAbsent(prompt->text);
-    if (request.customPrompt) request.promptMode = prompt->promptMode;
+    request.customPrompt = prompt->text;
+    request.promptMode = prompt->promptMode;
   }
   return request;
 }

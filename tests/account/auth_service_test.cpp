@@ -63,14 +63,14 @@ TEST_F(AuthServiceTest, SigningInStoresTheSessionAndOpensTheUsersHistory) {
 }
 
 TEST_F(AuthServiceTest, SigningInNeedsNeitherALifetimeNorAUserAndTakesOldCopiesAway) {
-  launch();
+  launchSignedIn();
   defaults().setText("mac.accessToken", "kept when the keychain refused");
   EXPECT_EQ(outcome(tokenPath, 200, R"({"access_token":"access1"})", signIn()),
             "success: ada@example.org");
   EXPECT_FALSE(defaults().contains("mac.accessToken"));
   EXPECT_EQ(tokenStore_.read("mac.accessToken"), "access1");
   EXPECT_EQ(defaults().number("mac.tokenExpiresAt"), secondsNow() + 3600);
-  EXPECT_FALSE(defaults().contains("mac.userId"));
+  EXPECT_EQ(history_->currentKey(), "device-qd_1_a");  // not that of the user before
 }
 
 TEST_F(AuthServiceTest, FailuresReadAsTheServerOrOurWordsSayThem) {

@@ -134,7 +134,6 @@ TEST_F(DictationFlow, ATranslationOfAnyLanguageIsCheckedAgainstEnglish) {
   transforms("Olá");
   transforms(" Olá \n");
   dictate("hello");
-  ASSERT_THAT(review.requests, SizeIs(1));
   EXPECT_EQ(review.requests[0].youSaidLanguage, "Auto");
   EXPECT_EQ(review.requests[0].insertLanguage, "Portuguese (Brazil)");
   EXPECT_EQ(review.requests[0].means, "") << "a copy back says nothing";
@@ -144,6 +143,16 @@ TEST_F(DictationFlow, ATranslationOfAnyLanguageIsCheckedAgainstEnglish) {
             R"j("readingLevel":"standard","targetLanguage":"English (United States)",)j"
             R"("inputLanguage":"pt-BR","accuracyMode":"balanced","inputAlreadyMetered":true,)"
             R"("format":"none"})");
+
+  transforms("Olá");
+  transforms("Hello");
+  dictate("hello");
+  transforms("Adeus");
+  desktop.network().reply("/transform", Reply{.status = 400});
+  dictate("bye");
+  ASSERT_THAT(review.requests, SizeIs(3));
+  EXPECT_EQ(review.requests[1].means, "Hello");
+  EXPECT_EQ(review.requests[2].means, "") << "nor does the meaning of another text";
 }
 
 // --- The last result ---

@@ -85,6 +85,7 @@ const Outcome outcomes[] = {
            "/transcribe", Reply{.status = 429, .body = R"({"error":"Daily limit reached"})"});
        w.desktop.alerts().answer(1);
        w.record(2s);
+       w.desktop.after(500ms, [&w] { EXPECT_EQ(w.panel.last(), "hide") << "beside the alert"; });
        w.finish();
      },
      ""},

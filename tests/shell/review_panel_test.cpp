@@ -75,6 +75,7 @@ TEST_F(ReviewPanelTest, KeysDecideByTheSetting) {
 
 TEST_F(ReviewPanelTest, OnlyTheUserDecidesAndOnlyByTheFirstClick) {
   const auto reviewing = open("");
+  EXPECT_EQ(panels().visible().front()->frame().midY(), 875 / 2.0);
   EXPECT_EQ(panels().showing("Means"), nullptr);
   reviewing.cancel();
   desktop_.runFor(1h);
