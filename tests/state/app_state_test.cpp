@@ -1,5 +1,6 @@
 #include "state/app_state.h"
 
+#include "api/api_error.h"
 #include "base/iso8601.h"
 #include "state/key_labels.h"
 #include "state/plan_label.h"
@@ -142,7 +143,7 @@ class UsageTest : public StateTest {
   }
   Task<UsageData> answer(Duration delay, std::optional<UsageData> reply) {
     co_await sleepFor(delay);
-    if (!reply) throw URLError(URLErrorCode::timedOut, "The request timed out.");
+    if (!reply) throw APIError::serverError(503, R"({"message":"We are moving house."})");
     co_return *reply;
   }
   static UsageData usageOf(std::string plan, std::int64_t maximumSeconds) {
@@ -174,8 +175,7 @@ TEST_F(UsageTest, AReplyIsKeptThroughFailuresAndItsPlanThroughTheRun) {
   EXPECT_EQ(refresh(), 600ms);
   EXPECT_EQ(state_->usage.get()->plan, "pro");
   EXPECT_EQ(state_->usageError.get(), "Usage could not be refreshed.");
-  EXPECT_THAT(desktop_.log().lines(),
-              ElementsAre("[usage] refresh failed: The request timed out."));
+  EXPECT_THAT(desktop_.log().lines(), ElementsAre("[usage] refresh failed: We are moving house."));
 
   EXPECT_EQ(launch().plan.get(), "pro");
 
