@@ -53,12 +53,5 @@ TEST(DictationFailuresTest, KnowsAPlanLimitByItsBody) {
             LimitScope::account);
 }
 
-TEST(DictationFailuresTest, TellsTheUserASentence) {
-  const std::string general = "Something went wrong. Please try again.";
-  EXPECT_EQ(userMessage(thrown(DecodingError("text", "is missing"))), general);
-  EXPECT_EQ(userMessage(thrown(std::runtime_error("x"))), general);
-  EXPECT_EQ(userMessage(reply(400, R"({"message":"File too large."})")), "File too large.");
-}
-
 }  // namespace
 }  // namespace quillo
