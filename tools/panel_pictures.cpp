@@ -29,6 +29,89 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// What the status panel is pictured with.
+struct Status {
+  const char* name;
+  const char* text;
+  bool isRecording = false;
+  bool isProcessing = false;
+  const char* error = nullptr;
+  bool canRetry = false;
+  float loudness = 0;
+};
+constexpr Status statusStates[] = {
+    {.name = "listening-quiet", .text = "Listening", .isRecording = true, .loudness = 0.1f},
+    {.name = "listening-medium", .text = "Listening", .isRecording = true, .loudness = 0.36f},
+    {.name = "listening-loud", .text = "Listening", .isRecording = true, .loudness = 0.95f},
+    {.name = "limit-reached",
+     .text = "10-min limit reached",
+     .isRecording = true,
+     .loudness = 0.6f},
+    {.name = "transcribing", .text = "Transcribing", .isProcessing = true},
+    {.name = "polishing", .text = "Polishing", .isProcessing = true},
+    {.name = "inserted", .text = "Inserted"},
+    {.name = "copied", .text = "Copied — auto-paste off"},
+    {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
+    {.name = "no-microphone",
+     .text = "Microphone permission needed",
+     .error = "Enable microphone access in System Settings."},
+    {.name = "sign-in", .text = "Sign in to dictate", .error = "Opening sign-in…"},
+    {.name = "no-start",
+     .text = "Could not start recording",
+     .error = "Failed to start microphone recording."},
+    {.name = "too-short", .text = "Ready", .error = "Recording was too short."},
+    {.name = "no-speech", .text = "Ready", .error = "No speech was detected."},
+    {.name = "timed-out",
+     .text = "Request timed out",
+     .error = "Request timed out. Please try again.",
+     .canRetry = true},
+    {.name = "connection",
+     .text = "Connection problem",
+     .error = "No internet connection. Check Wi-Fi or cellular data.",
+     .canRetry = true},
+    {.name = "too-large",
+     .text = "Recording too large",
+     .error = "The recording exceeds the maximum size.",
+     .canRetry = true},
+    {.name = "sign-in-required",
+     .text = "Sign in required",
+     .error = "Please sign in to continue.",
+     .canRetry = true},
+    {.name = "no-speech-heard",
+     .text = "No speech detected",
+     .error = "The service heard no speech.",
+     .canRetry = true},
+    {.name = "other-failure",
+     .text = "Couldn't transcribe",
+     .error = "Something went wrong. Please try again.",
+     .canRetry = true},
+    {.name = "long-failure",
+     .text = "Couldn't transcribe",
+     .error = "The speech service could not read this recording. It was kept on this computer, "
+              "and it can be sent again as often as you like until it is understood.",
+     .canRetry = true},
+    {.name = "copied-no-access",
+     .text = "Copied to clipboard",
+     .error = "Text was copied. Turn on Accessibility access for Quillo to paste "
+              "automatically."},
+    {.name = "copied-no-target",
+     .text = "Copied to clipboard",
+     .error = "Text was copied. Click where you want it, then use Paste Last Result from the "
+              "menu bar."},
+    {.name = "copied-secure-input",
+     .text = "Copied to clipboard",
+     .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
+              "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
+              "paste it."},
+    {.name = "inserted-raw",
+     .text = "Inserted",
+     .error = "Couldn't polish the text — inserted the raw transcription."},
+    {.name = "pasting-raw",
+     .text = "Pasting",
+     .isProcessing = true,
+     .error = "Couldn't translate — inserted your original words. Please try again."},
+};
+
 // Something for a panel to lie on.
 class Backdrop final : public QRasterWindow {
  public:
@@ -89,89 +172,8 @@ class Pictures {
 
   // --- The status panel ---
 
-  struct Status {
-    const char* name;
-    const char* text;
-    bool isRecording = false;
-    bool isProcessing = false;
-    const char* error = nullptr;
-    bool canRetry = false;
-    float loudness = 0;
-  };
   Task<> playStatus() {
-    static constexpr Status states[] = {
-        {.name = "listening-quiet", .text = "Listening", .isRecording = true, .loudness = 0.1f},
-        {.name = "listening-medium", .text = "Listening", .isRecording = true, .loudness = 0.36f},
-        {.name = "listening-loud", .text = "Listening", .isRecording = true, .loudness = 0.95f},
-        {.name = "limit-reached",
-         .text = "10-min limit reached",
-         .isRecording = true,
-         .loudness = 0.6f},
-        {.name = "transcribing", .text = "Transcribing", .isProcessing = true},
-        {.name = "polishing", .text = "Polishing", .isProcessing = true},
-        {.name = "inserted", .text = "Inserted"},
-        {.name = "copied", .text = "Copied — auto-paste off"},
-        {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
-        {.name = "no-microphone",
-         .text = "Microphone permission needed",
-         .error = "Enable microphone access in System Settings."},
-        {.name = "sign-in", .text = "Sign in to dictate", .error = "Opening sign-in…"},
-        {.name = "no-start",
-         .text = "Could not start recording",
-         .error = "Failed to start microphone recording."},
-        {.name = "too-short", .text = "Ready", .error = "Recording was too short."},
-        {.name = "no-speech", .text = "Ready", .error = "No speech was detected."},
-        {.name = "timed-out",
-         .text = "Request timed out",
-         .error = "Request timed out. Please try again.",
-         .canRetry = true},
-        {.name = "connection",
-         .text = "Connection problem",
-         .error = "No internet connection. Check Wi-Fi or cellular data.",
-         .canRetry = true},
-        {.name = "too-large",
-         .text = "Recording too large",
-         .error = "The recording exceeds the maximum size.",
-         .canRetry = true},
-        {.name = "sign-in-required",
-         .text = "Sign in required",
-         .error = "Please sign in to continue.",
-         .canRetry = true},
-        {.name = "no-speech-heard",
-         .text = "No speech detected",
-         .error = "The service heard no speech.",
-         .canRetry = true},
-        {.name = "other-failure",
-         .text = "Couldn't transcribe",
-         .error = "Something went wrong. Please try again.",
-         .canRetry = true},
-        {.name = "long-failure",
-         .text = "Couldn't transcribe",
-         .error = "The speech service could not read this recording. It was kept on this computer, "
-                  "and it can be sent again as often as you like until it is understood.",
-         .canRetry = true},
-        {.name = "copied-no-access",
-         .text = "Copied to clipboard",
-         .error = "Text was copied. Turn on Accessibility access for Quillo to paste "
-                  "automatically."},
-        {.name = "copied-no-target",
-         .text = "Copied to clipboard",
-         .error = "Text was copied. Click where you want it, then use Paste Last Result from the "
-                  "menu bar."},
-        {.name = "copied-secure-input",
-         .text = "Copied to clipboard",
-         .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
-                  "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
-                  "paste it."},
-        {.name = "inserted-raw",
-         .text = "Inserted",
-         .error = "Couldn't polish the text — inserted the raw transcription."},
-        {.name = "pasting-raw",
-         .text = "Pasting",
-         .isProcessing = true,
-         .error = "Couldn't translate — inserted your original words. Please try again."},
-    };
-    for (const Status& state : states) co_await play(state);
+    for (const Status& state : statusStates) co_await play(state);
   }
 
   Task<> play(Status state) {

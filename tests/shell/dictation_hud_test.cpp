@@ -101,29 +101,31 @@ TEST_F(DictationHUDTest, HidingWithoutADelayWaitsForTheNextTurn) {
   EXPECT_FALSE(isShown());
 }
 
-TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
+// What the panel makes of the dictation's flags and texts.
+struct State {
+  bool recording, processing;
+  std::optional<std::string> error;
+  bool canRetry;
+  DictationHUDContent content;
+  bool takesClicks;
+};
+
+std::vector<State> statesOfTheDictation(const std::string& shortcut) {
   const std::string error = "Request timed out. Please try again.";
-  struct State {
-    bool recording, processing;
-    std::optional<std::string> error;
-    bool canRetry;
-    DictationHUDContent content;
-    bool takesClicks;
-  };
   using enum StateColor;
-  const State states[] = {
+  return {
       {true,
        false,
        {},
        false,
-       {.symbol = "mic.fill", .color = red, .shortcutText = shortcut_, .showsMeter = true},
+       {.symbol = "mic.fill", .color = red, .shortcutText = shortcut, .showsMeter = true},
        false},
       {false, true, {}, false, {.symbol = "sparkles", .color = accent, .offersCancel = true}, true},
       {false,
        false,
        {},
        false,
-       {.symbol = "checkmark", .color = accent, .shortcutText = shortcut_},
+       {.symbol = "checkmark", .color = accent, .shortcutText = shortcut},
        false},
       {false,
        false,
@@ -132,7 +134,7 @@ TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
        {.symbol = "exclamationmark.triangle.fill",
         .color = orange,
         .detail = error,
-        .shortcutText = shortcut_,
+        .shortcutText = shortcut,
         .offersDismiss = true,
         .offersRetry = true},
        true},
@@ -149,8 +151,11 @@ TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
         .offersRetry = true},
        true},
   };
+}
+
+TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
   hud_.show();
-  for (const State& state : states) {
+  for (const State& state : statesOfTheDictation(shortcut_)) {
     dictation_.isRecording = state.recording;
     dictation_.isProcessing = state.processing;
     dictation_.lastError = state.error;
@@ -175,6 +180,7 @@ TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
   EXPECT_EQ(hudContent(dictation_, shortcut_).symbol, "exclamationmark.triangle.fill");
   EXPECT_THAT(panel().content().controls(), IsEmpty());
 }
+
 TEST_F(DictationHUDTest, TheChordIsTheOneOfTheLatestShow) {
   hud_.show();
   shortcut_ = "Hold Fn";
