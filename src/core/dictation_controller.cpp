@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 
 constexpr std::int64_t maxDurationSeconds = 600;  // for every plan
 constexpr Duration limitNoticeShown = 900ms;
-constexpr Duration timeBetweenAttempts = 200ms;
 constexpr float discreetGain = 2.5f;  // quiet speech, amplified
 
 // How long the panel stays.
@@ -84,9 +83,9 @@ void MacDictationController::beginHoldRecording() {
 
 // A short tap records until the microphone is proven live, and then stops at once.
 Task<> MacDictationController::recordHold() {
-  co_await startRecording(CaptureFrontmost::yes);
+  const StartEnd end = co_await startRecording(CaptureFrontmost::yes);
   isStartingHoldRecording_ = false;
-  if (stopHoldAfterStart && isRecording) co_await stopAndProcess();
+  if (stopHoldAfterStart && end == StartEnd::live) co_await stopAndProcess();
 }
 
 void MacDictationController::endHoldRecording() {
@@ -94,24 +93,25 @@ void MacDictationController::endHoldRecording() {
   if (isRecording) start(ports_.mainThread, stopAndProcess());
 }
 
-Task<> MacDictationController::startRecording(CaptureFrontmost captureFrontmost) {
+Task<MacDictationController::StartEnd> MacDictationController::startRecording(
+    CaptureFrontmost captureFrontmost) {
   lastError = std::nullopt;
   if (!rooms_.authority.isLoggedIn()) {
     askForSignIn();
-    co_return;
+    co_return StartEnd::notLive;
   }
   if (!co_await ports_.permissions.requestMicrophone()) {
     reportMicrophoneDenied();
-    co_return;
+    co_return StartEnd::notLive;
   }
   // Two starts may have waited for the user's answer together.
-  if (isBusy()) co_return;
+  if (isBusy()) co_return StartEnd::notLive;
   captureTarget(captureFrontmost);
   rooms_.api.warmUp();
   start(ports_.mainThread, refreshSessionIfNeeded());
   const std::string session = ports_.random.newUuid();
   rolling_.begin(session);
-  co_await attemptToStart(recorderArguments(session));
+  co_return co_await startMicrophone(recorderArguments(session));
 }
 
 // So that the upload will not wait for it.
@@ -143,23 +143,19 @@ void MacDictationController::captureTarget(CaptureFrontmost captureFrontmost) {
   targetApplication_ = lastExternalApplication_;
 }
 
-Task<> MacDictationController::attemptToStart(MacAudioRecorder::StartArguments arguments) {
-  std::exception_ptr error;
-  for (int attempt = 1; attempt <= Microphone::attempts; ++attempt) {
-    if (attempt > 1) {
-      co_await sleepFor(timeBetweenAttempts);
-      // A start that ran beside this one was quicker.
-      if (isBusy()) co_return;
-    }
-    try {
-      co_await microphone_.attempt(attempt, arguments);
-      goLive();
-      co_return;
-    } catch (const MacAudioRecorder::RecorderError&) {
-      error = std::current_exception();
-    }
+// Nothing keeps a second start from beginning while the first is under way. The session is then
+// the later one's, and the earlier one ends without a word.
+Task<MacDictationController::StartEnd> MacDictationController::startMicrophone(
+    MacAudioRecorder::StartArguments arguments) {
+  try {
+    if (co_await microphone_.start(std::move(arguments)) == Microphone::StartEnd::overtaken)
+      co_return StartEnd::notLive;
+  } catch (const MacAudioRecorder::RecorderError&) {
+    reportStartFailure(std::current_exception());
+    co_return StartEnd::notLive;
   }
-  reportStartFailure(error);
+  goLive();
+  co_return StartEnd::live;
 }
 
 MacAudioRecorder::StartArguments MacDictationController::recorderArguments(std::string session) {
@@ -428,6 +424,7 @@ Task<> MacDictationController::retry() {
   // A second press may have come before this turn.
   const std::optional<Recording> recording = failed_.recording();
   if (isBusy() || !recording) co_return;
+  microphone_.abandonStart();
   isProcessing = true;
   audioLevel = 0.0f;
   statusText = "Retrying";

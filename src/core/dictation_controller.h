@@ -96,16 +96,17 @@ class MacDictationController : public DictationState {
  private:
   using Recording = MacAudioRecorder::RecordingResult;
   enum class CaptureFrontmost { no, yes };
+  enum class StartEnd { live, notLive };
   enum class ProcessingEnd { finished, recordAgain, cancelled, failed };
 
   // --- Start ---
-  Task<> startRecording(CaptureFrontmost captureFrontmost);
+  Task<StartEnd> startRecording(CaptureFrontmost captureFrontmost);
   Task<> recordHold();
   void askForSignIn();
   void reportMicrophoneDenied();
   void captureTarget(CaptureFrontmost captureFrontmost);
   Task<> refreshSessionIfNeeded();
-  Task<> attemptToStart(MacAudioRecorder::StartArguments arguments);
+  Task<StartEnd> startMicrophone(MacAudioRecorder::StartArguments arguments);
   MacAudioRecorder::StartArguments recorderArguments(std::string session);
   bool isBusy() const { return isRecording || isProcessing; }
   void goLive();

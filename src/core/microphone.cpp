@@ -7,6 +7,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr int attempts = 4;
+constexpr Duration timeBetweenAttempts = 200ms;
 // A microphone that is live has given audio within 14 looks.
 constexpr int looks = 14;
 constexpr Duration timeBetweenLooks = 25ms;
@@ -31,18 +33,44 @@ std::unique_ptr<MacAudioRecorder> Microphone::makeRecorder() {
 }
 
 void Microphone::replaceRecorder() {
-  // Two starts at once may meet here; what the other one has recorded belongs to nobody then.
+  // What a start that was overtaken has recorded belongs to nobody.
   if (recorder_->isRecording()) {
     if (const auto orphan = recorder_->stop()) files_.remove(orphan->fileURL);
   }
   recorder_ = makeRecorder();
 }
 
-Task<> Microphone::attempt(int number, MacAudioRecorder::StartArguments arguments) {
+void Microphone::abandonStart() {
+  ++owner_;
+  replaceRecorder();
+}
+
+Task<Microphone::StartEnd> Microphone::start(MacAudioRecorder::StartArguments arguments) {
+  const int owner = ++owner_;
+  std::exception_ptr error;
+  for (int number = 1; number <= attempts; ++number) {
+    if (number > 1) co_await sleepFor(timeBetweenAttempts);
+    if (owner != owner_) co_return StartEnd::overtaken;
+    try {
+      co_return co_await attempt(number, arguments, owner);
+    } catch (const MacAudioRecorder::RecorderError&) {
+      error = std::current_exception();
+    }
+  }
+  std::rethrow_exception(error);
+}
+
+Task<Microphone::StartEnd> Microphone::attempt(int number,
+                                               MacAudioRecorder::StartArguments arguments,
+                                               int owner) {
   arguments.deviceUID = chooseDevice(number);
   replaceRecorder();
   startRecorder(number, std::move(arguments));
-  if (co_await hasHeardAudio()) co_return;
+  for (int look = 1; look <= looks; ++look) {
+    co_await sleepFor(timeBetweenLooks);
+    if (owner != owner_) co_return StartEnd::overtaken;
+    if (recorder_->hasReceivedAudio()) co_return StartEnd::live;
+  }
   recorder_->stop();
   log_.log("dictation",
            "recording start attempt " + std::to_string(number) + " captured no audio; retrying");
@@ -68,14 +96,6 @@ void Microphone::startRecorder(int attempt, MacAudioRecorder::StartArguments arg
                               " failed: " + error.description());
     throw;
   }
-}
-
-Task<bool> Microphone::hasHeardAudio() {
-  for (int look = 1; look <= looks; ++look) {
-    co_await sleepFor(timeBetweenLooks);
-    if (recorder_->hasReceivedAudio()) co_return true;
-  }
-  co_return false;
 }
 
 }  // namespace quillo

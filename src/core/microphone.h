@@ -18,14 +18,19 @@ namespace quillo {
 // Owns the recorder, and replaces it at every start attempt. Main thread.
 class Microphone {
  public:
-  static constexpr int attempts = 4;
+  enum class StartEnd { live, overtaken };
 
   Microphone(MainThread& mainThread, AudioSystem& audio, AudioDevices& devices, FileManager& files,
              Random& random, MacAppState& state, Log& log);
 
-  // One try with a fresh recorder, number 1 to `attempts`; the device is chosen here. It ends well
-  // when audio has been seen within 350 ms. Otherwise nothing records, and it throws RecorderError.
-  Task<> attempt(int number, MacAudioRecorder::StartArguments arguments);
+  // Up to four attempts, each with a fresh recorder; the device is chosen here. It is live when
+  // audio has been seen within 350 ms, and overtaken when a later start, or abandonStart(), took the
+  // microphone from it: what is recorded is no business of its any more. After the last attempt
+  // it throws RecorderError, and nothing records.
+  Task<StartEnd> start(MacAudioRecorder::StartArguments arguments);
+
+  // Ends a start that is under way; its audio goes.
+  void abandonStart();
 
   std::optional<MacAudioRecorder::RecordingResult> stop() { return recorder_->stop(); }
 
@@ -34,7 +39,7 @@ class Microphone {
   void replaceRecorder();
   std::string chooseDevice(int attempt);
   void startRecorder(int attempt, MacAudioRecorder::StartArguments arguments);
-  Task<bool> hasHeardAudio();
+  Task<StartEnd> attempt(int number, MacAudioRecorder::StartArguments arguments, int owner);
 
   MainThread& mainThread_;
   AudioSystem& audio_;
@@ -44,6 +49,7 @@ class Microphone {
   MacAppState& state_;
   Log& log_;
   std::unique_ptr<MacAudioRecorder> recorder_;
+  int owner_ = 0;  // the latest start
 };
 
 }  // namespace quillo
