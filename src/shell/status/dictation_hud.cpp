@@ -72,8 +72,10 @@ void MacDictationHUD::hideNow() {
   orderOut();
 }
 
+// A microphone that is open is never unseen: what another act has to tell, as the paste of the last
+// result, is over before the recording is.
 void MacDictationHUD::orderOut() {
-  if (panel_) panel_->orderOut();
+  if (panel_ && !view_->isRecording()) panel_->orderOut();
 }
 
 }  // namespace quillo

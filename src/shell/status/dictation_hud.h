@@ -13,7 +13,7 @@
 namespace quillo {
 
 // Shows what the dictation publishes, over any application and without taking its focus. The panel
-// is made at the first show, and kept. Main thread.
+// is made at the first show, and kept; while a recording runs, it does not hide. Main thread.
 class MacDictationHUD final : public StatusPanel {
  public:
   MacDictationHUD(MainThread& mainThread, Panels& panels, Screens& screens,

@@ -50,6 +50,7 @@ class MacDictationHUDView final : public Content {
   MacDictationHUDView& operator=(const MacDictationHUDView&) = delete;
 
   const DictationHUDContent& content() const { return content_; }
+  bool isRecording() const { return dictation_.isRecording; }
   // Calls `changed` whenever the content differs from before.
   [[nodiscard]] Subscription observe(Published<DictationHUDContent>::Observer changed) {
     return content_.observe(std::move(changed));
