@@ -105,9 +105,12 @@ void printCounts(const char* title, const Counts& counts, Name name) {
 
 void printSummary(const Exploration& all, double seconds) {
   const double lived = quillo::toSeconds(all.lived);
-  std::cerr << all.seeds << " seeds, " << lived / 86400 << " days lived in " << seconds << " s ("
-            << lived / seconds << " x real time; " << quillo::toSeconds(all.spoken) / seconds
-            << " x of what was spoken alone)\n";
+  int faults = 0;
+  for (const auto& [kind, count] : all.fired) faults += count;
+  std::cerr << all.seeds << " seeds, " << lived / 86400 << " days lived, " << all.dictations
+            << " dictations, " << faults << " faults, " << all.failed << " failed, in " << seconds
+            << " s (" << lived / seconds << " x real time; "
+            << quillo::toSeconds(all.spoken) / seconds << " x of what was spoken alone)\n";
   printCounts("done:", all.done, [](const std::string& what) { return '"' + what + '"'; });
   printCounts("faults:", all.fired, quillo::sim::nameOf);
 }

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "simulation/explore/daily_user.h"
+#include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
 namespace {
@@ -173,6 +174,8 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   // Ends before those who watch it.
   auto world = std::make_unique<World>(seed, World::PanelTexts::untold, layerWith(options.bug));
   promises.follow(world->trace());
+  world->trace().watch(
+      [&life](const Event& event) { life.dictations += turns(event, "isRecording", true); });
   if (trace) world->trace().printTo(*trace);
   Living living(life, *world, seed, options);
   try {
@@ -197,11 +200,15 @@ Exploration explore(const ExploreOptions& options, std::ostream& report, std::os
     if (options.twice != 0 && seed % options.twice == 0 &&
         live(seed, options.life).digest != life.digest)
       life.code = worse(life.code, ExitCode::notRepeated);
-    if (life.code != ExitCode::fine) reportSeed(seed, life, options, report);
+    if (life.code != ExitCode::fine) {
+      reportSeed(seed, life, options, report);
+      ++all.failed;
+    }
     all.code = worse(all.code, life.code);
     ++all.seeds;
     all.lived += life.lived;
     all.spoken += life.spoken;
+    all.dictations += life.dictations;
     addAll(all.fired, life.fired);
     addAll(all.done, life.done);
     for (const BrokenPromise& each : life.broken) all.brokenPromises.insert(each.promise);

@@ -41,6 +41,7 @@ struct Life {
   std::uint64_t events = 0;
   Duration lived{};
   Duration spoken{};
+  int dictations = 0;  // that went live
   std::map<FaultKind, int> fired;
   std::map<std::string, int> done;
 };
@@ -52,8 +53,10 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace = 
 struct Exploration {
   ExitCode code = ExitCode::fine;
   int seeds = 0;
+  int failed = 0;  // of them
   Duration lived{};
   Duration spoken{};
+  int dictations = 0;
   std::map<FaultKind, int> fired;
   std::map<std::string, int> done;
   std::set<std::string> brokenPromises;

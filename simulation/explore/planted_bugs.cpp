@@ -1,5 +1,6 @@
 #include "simulation/explore/planted_bugs.h"
 
+#include "simulation/world/event_reading.h"
 #include "simulation/world/forwarding_ports.h"
 
 namespace quillo::sim {
@@ -239,6 +240,17 @@ std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& p
   return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
 }
 
+void hidePanelInRecordings(World& world) {
+  world.trace().watch([&world](const Event& event) {
+    if (!turns(event, "isRecording", true)) return;
+    world.desktop().after(1s, [&world] {
+      if (!world.dictation().isRecording) return;
+      const auto visible = world.desktop().panels().visible();
+      for (simulated::VirtualPanel* panel : visible) panel->orderOut();
+    });
+  });
+}
+
 // `port` in place of that of `ports`.
 template <class Port>
 World::Layer layer(const HostPorts& ports, Port* Replacements::* place,
@@ -296,6 +308,9 @@ World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
     case PlantedBug::holdBounces:
       return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards,
                                  bouncingKeyboards(world, ports));
+    case PlantedBug::panelHides:
+      hidePanelInRecordings(world);
+      return {ports, nullptr};
     case PlantedBug::pastedAfterCancel:
       return logLayer(ports, "processing cancelled; audio kept",
                       [&keys = ports.keyPoster] { postPaste(keys); });

@@ -25,6 +25,7 @@ enum class PlantedBug {
   routesNotMerged,
   modifiersIgnored,
   holdBounces,
+  panelHides,
 };
 
 inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
@@ -44,6 +45,7 @@ inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
     {"routesNotMerged", PlantedBug::routesNotMerged},
     {"modifiersIgnored", PlantedBug::modifiersIgnored},
     {"holdBounces", PlantedBug::holdBounces},
+    {"panelHides", PlantedBug::panelHides},
 };
 
 // Nothing for `none`.

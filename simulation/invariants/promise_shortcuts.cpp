@@ -65,6 +65,8 @@ class AHoldEndsWithItsKeys final : public Promise {
     if (event.what == "shortcuts") holdBegan_.reset();
     doubt_.see(event);
     if (commands(event)) lastCommand_ = event.time;
+    if (event.what == "recordingOpened" && isSessionFile(textOf(event, "file")))
+      opened_ = event.time;
     if (turns(event, "isRecording", true)) begin(event);
     if (turns(event, "isRecording", false)) isOfHold_ = false;
     if (event.what == "shortcuts" || doubt_.any()) isOfHold_ = false;
@@ -77,8 +79,10 @@ class AHoldEndsWithItsKeys final : public Promise {
 
  private:
   void begin(const Event& event) {
-    // Else a press in the other mode began it, before the mode was changed.
-    const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart;
+    // Else a press in the other mode began it, before the mode was changed, and its start was
+    // under way. No rule ends it then but the next hold; the panel shows it.
+    const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart &&
+                          opened_ - *holdBegan_ >= holdThreshold;
     isOfHold_ = isByHold && hands_.isHoldMode() && event.time - lastCommand_ > longestStart;
     if (letGoAt_) letGoAt_ = event.time;
   }
@@ -94,6 +98,7 @@ class AHoldEndsWithItsKeys final : public Promise {
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   std::optional<MonotonicTime> letGoAt_;
   std::optional<MonotonicTime> holdBegan_;  // of this binding
+  MonotonicTime opened_ = MonotonicTime::distantPast();
   bool isOfHold_ = false;
 };
 

@@ -30,6 +30,7 @@ Promises::Promises(const Secrets& secrets, Words words) {
   promises_.push_back(theProgramRecovers());
   promises_.push_back(aHoldEndsWithItsKeys());
   promises_.push_back(aPressActsOnceAndOnlyItsOwn());
+  promises_.push_back(anOpenMicrophoneIsSeen());
 }
 
 void Promises::follow(Trace& trace) {

@@ -85,6 +85,7 @@ std::unique_ptr<Promise> theLogKeepsSecrets(Secrets secrets);
 std::unique_ptr<Promise> theProgramRecovers();
 std::unique_ptr<Promise> aHoldEndsWithItsKeys();
 std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn();
+std::unique_ptr<Promise> anOpenMicrophoneIsSeen();
 
 // How long after the last fault the program may take to come to rest.
 inline constexpr Duration longestUnrest = std::chrono::minutes(30);

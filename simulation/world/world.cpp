@@ -261,6 +261,7 @@ void World::look() {
     trace_.tell("microphone", {{"open", open}});
   }
   lookAtEditors();
+  lookAtStatusPanel();
   if (panelTexts_ == PanelTexts::told) lookAtPanels();
 }
 
@@ -272,6 +273,17 @@ void World::lookAtEditors() {
     trace_.tell("editor",
                 {{"application", *applications_[i]->identity().localizedName}, {"text", text}});
   }
+}
+
+// Known by the status that can be read in it.
+void World::lookAtStatusPanel() {
+  if (desktop_.panels().visible() == panelsSeen_) return;
+  panelsSeen_ = desktop_.panels().visible();
+  const bool isVisible =
+      isLaunched() && desktop_.panels().showing(dictation().statusText.get()) != nullptr;
+  if (isVisible == isStatusPanelSeen_) return;
+  isStatusPanelSeen_ = isVisible;
+  trace_.tell("statusPanel", {{"visible", isVisible}});
 }
 
 void World::lookAtPanels() {

@@ -104,6 +104,7 @@ class World {
   // What only a look at the desktop shows.
   void look();
   void lookAtEditors();
+  void lookAtStatusPanel();
   void lookAtPanels();
 
   PanelTexts panelTexts_;
@@ -130,6 +131,8 @@ class World {
 
   std::vector<simulated::Program*> applications_;
   std::vector<std::string> editorTexts_;  // as they were last seen
+  std::vector<simulated::VirtualPanel*> panelsSeen_;
+  bool isStatusPanelSeen_ = false;
   std::vector<std::string> panelTextsSeen_;
   std::string frontSeen_;
   Json clipboardSeen_;  // of this change

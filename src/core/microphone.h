@@ -24,8 +24,8 @@ class Microphone {
              Random& random, MacAppState& state, Log& log);
 
   // Up to four attempts, each with a fresh recorder; the device is chosen here. It is live when
-  // audio has been seen within 350 ms, and overtaken when a later start, or abandonStart(), took the
-  // microphone from it: what is recorded is no business of its any more. After the last attempt
+  // audio has been seen within 350 ms, and overtaken when a later start, or abandonStart(), took
+  // the microphone from it: what is recorded is no business of its any more. After the last attempt
   // it throws RecorderError, and nothing records.
   Task<StartEnd> start(MacAudioRecorder::StartArguments arguments);
 

@@ -61,6 +61,7 @@ constexpr Planted plantedBugs[] = {
     {PlantedBug::routesNotMerged, "a press acts once, and only its own"},
     {PlantedBug::modifiersIgnored, "a press acts once, and only its own"},
     {PlantedBug::holdBounces, "a press acts once, and only its own"},
+    {PlantedBug::panelHides, "an open microphone is seen"},
 };
 INSTANTIATE_TEST_SUITE_P(Each, PlantedBugs, testing::ValuesIn(plantedBugs), [](const auto& info) {
   for (const auto& [name, bug] : plantedBugNames)
