@@ -126,7 +126,8 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
     if (isTouch && !isSlow_) forgetTouches(event.time);
     if (turns(event, "isRecording", true)) requireCauseOfStart(event.time);
     if (turns(event, "isRecording", false)) requireCauseOfStop(event.time);
-    if (event.what == "language") requireCauseOfStep(event.time);
+    if (isAct(event, "sets")) lastSet_ = event.time;
+    if (event.what == "language" && event.time != lastSet_) requireCauseOfStep(event.time);
   }
 
  private:
@@ -196,6 +197,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
   bool isSlow_ = false;
   bool seesRepeats_ = false;
   MonotonicTime lastBound_ = MonotonicTime::distantPast();
+  MonotonicTime lastSet_ = MonotonicTime::distantPast();  // a setting, by hand and at once
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   MonotonicTime lastLetGo_ = MonotonicTime::distantPast();
   std::vector<Press> presses_;  // that may start or stop a recording, and have not yet

@@ -17,8 +17,17 @@ constexpr Duration aftermath = 20s;
 
 void play(World& world, Memory& memory, const Place& scenario) {
   const auto place = scenario.find("world");
-  furnish(world, place);
+  furnish(world, place, playMeanwhile(world, memory));
+  memory.throwKept();
   for (const Place& step : scenario.at("steps").elements()) playStep(world, memory, step);
+}
+
+void requireQuestions(World& world, Memory& memory) {
+  memory.throwKept();
+  const std::size_t unasked = world.desktop().alerts().answersLeft();
+  if (unasked > 0)
+    throw UnmetExpectation({{"alerts", "a question for each answer",
+                             std::to_string(unasked) + " answers to questions that never came"}});
 }
 
 std::uint64_t seedOf(const Place& scenario) {
@@ -58,7 +67,9 @@ ExitCode playScenario(std::string_view json, const std::string& name, Streams st
     promises.follow(world.trace());
     if (streams.trace) world.trace().printTo(*streams.trace);
     play(world, memory, scenario);
-    return checkPromises(world, promises, name, streams.problems);
+    const ExitCode code = checkPromises(world, promises, name, streams.problems);
+    requireQuestions(world, memory);
+    return code;
   } catch (const ScenarioError& error) {
     streams.problems << name << ": " << error.what() << '\n';
     return ExitCode::refused;

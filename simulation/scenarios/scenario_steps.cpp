@@ -4,8 +4,8 @@
 #include <set>
 
 #include "base/text.h"
+#include "simulation/scenarios/program_steps.h"
 #include "simulation/scenarios/scenario_world.h"
-#include "simulation/scenarios/setting_values.h"
 
 namespace quillo::sim {
 namespace {
@@ -273,48 +273,7 @@ void removeFile(World& world, const Place& place) {
     place.refuse("there is no such file");
 }
 
-// --- The user's settings and account ---
-
-void set(World& world, const Place& place) {
-  for (const auto& [key, value] : place.members())
-    changeSetting(world.program().appState(), key, value);
-  world.runFor({});
-}
-
-void write(World& world, const Place& place) {
-  place.allowOnly({"rule", "term", "glossary", "snippet", "profile"});
-  MacAppState& state = world.program().appState();
-  if (const auto rule = place.find("rule")) {
-    rule->allowOnly({"from", "to"});
-    state.addReplacementRule(rule->at("from").text(), rule->at("to").text());
-  }
-  if (const auto term = place.find("term")) state.addVocabularyTerm(term->text());
-  if (const auto entry = place.find("glossary")) {
-    entry->allowOnly({"from", "to"});
-    state.addGlossaryEntry(entry->at("from").text(), entry->at("to").text());
-  }
-  if (const auto snippet = place.find("snippet")) {
-    snippet->allowOnly({"cue", "text"});
-    state.addSnippet(snippet->at("cue").text(), snippet->at("text").text());
-  }
-  if (const auto profile = place.find("profile")) state.saveCurrentProfile(profile->text());
-  world.runFor({});
-}
-
-void account(World& world, const Place& place) {
-  if (place.json().is_object()) {
-    place.allowOnly({"email", "password"});
-    const std::string email = place.at("email").text();
-    const std::string password = place.at("password").text();
-    start(world.desktop().mainThread(), world.program().auth().signIn(email, password));
-    world.runFor(1s);
-    return;
-  }
-  constexpr std::pair<std::string_view, bool> acts[] = {{"signOut", true}};
-  place.choice(acts);
-  world.program().auth().signOut();
-  world.runFor({});
-}
+// --- The program as a whole ---
 
 void relaunch(World& world, const Place& place) {
   if (!place.boolean()) place.refuse("only true makes sense here");
@@ -360,7 +319,6 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"launch", launch},
     {"application", changeApplication},
     {"copy", copyDescribed},
-    {"answerAlert", answerAlert},
     {"plug", plug},
     {"unplug", unplug},
     {"network", network},
@@ -370,6 +328,8 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"interruptTap", interruptTap},
     {"keyRoutes", disturbKeyRoutes},
     {"layout", chooseLayout},
+    {"keyRepeat", repeatKeys},
+    {"voiceProcessing", breakVoiceProcessing},
     {"reopen", reopen},
     {"activate", activate},
     {"permissions", setPermissions},
@@ -377,29 +337,47 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"removeFile", removeFile},
     {"set", set},
     {"write", write},
+    {"edit", edit},
+    {"remove", removeMaterial},
     {"account", account},
     {"relaunch", relaunch},
     {"clockForward", forward},
 };
 
-}  // namespace
-
-void playStep(World& world, Memory& memory, const Place& step) {
+void playVerb(World& world, Memory& memory, const Place& step) {
   const auto members = step.members();
   if (members.size() != 1) step.refuse("a step is an object with one key, its verb");
   const auto& [verb, place] = members.front();
   if (verb == "expect") return expect(world, memory, place);
   if (verb == "forget") {
     if (!place.boolean()) place.refuse("only true makes sense here");
-    return memory.forget();
+    return memory.forget(world.now());
   }
+  if (verb == "answerAlert") return answerAlert(world, place, playMeanwhile(world, memory));
   const auto found = std::ranges::find(verbs, verb, [](const auto& named) { return named.first; });
   if (found == std::end(verbs)) {
-    std::string known = "expect, forget";
+    std::string known = "expect, forget, answerAlert";
     for (const auto& [name, play] : verbs) known += ", " + std::string(name);
     step.refuse("unknown verb \"" + verb + "\"; known are: " + known);
   }
   found->second(world, place);
+}
+
+}  // namespace
+
+void playStep(World& world, Memory& memory, const Place& step) {
+  playVerb(world, memory, step);
+  memory.throwKept();
+}
+
+PlaySteps playMeanwhile(World& world, Memory& memory) {
+  return [&world, &memory](const std::vector<Place>& steps) {
+    try {
+      for (const Place& step : steps) playStep(world, memory, step);
+    } catch (...) {
+      memory.keep(std::current_exception());
+    }
+  };
 }
 
 }  // namespace quillo::sim

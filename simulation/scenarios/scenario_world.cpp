@@ -23,9 +23,9 @@ constexpr std::pair<std::string_view, simulated::Program::Activation> activation
     {"ignored", simulated::Program::Activation::ignored},
 };
 constexpr std::pair<std::string_view, AudioTransport> transports[] = {
-    {"builtIn", AudioTransport::builtIn},
-    {"usb", AudioTransport::usb},
-    {"bluetooth", AudioTransport::bluetooth},
+    {"builtIn", AudioTransport::builtIn},       {"usb", AudioTransport::usb},
+    {"bluetooth", AudioTransport::bluetooth},   {"aggregate", AudioTransport::aggregate},
+    {"virtual", AudioTransport::virtualDevice},
 };
 constexpr std::pair<std::string_view, URLErrorCode> failures[] = {
     {"timedOut", URLErrorCode::timedOut},
@@ -48,8 +48,24 @@ void ifPresent(const Place& place, std::string_view key, Use use) {
   if (const auto found = place.find(key)) use(*found);
 }
 
+// Each character as the one byte of its number, so that any bytes can be told.
+Bytes latin1(const Place& place) {
+  Bytes bytes;
+  const std::string text = place.text();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto lead = static_cast<unsigned char>(text[i]);
+    if (lead > 0xC3) place.refuse("a character above U+00FF is no byte");
+    bytes += lead < 0x80 ? text[i] : static_cast<char>((lead << 6) | (text[++i] & 0x3F));
+  }
+  return bytes;
+}
+
+// A text, {"latin1": text}, or any other JSON.
 Bytes bodyOf(const Place& place) {
-  return place.json().is_string() ? place.text() : encodeJson(place.json());
+  if (place.json().is_string()) return place.text();
+  if (place.json().is_object() && place.json().size() == 1)
+    if (const auto bytes = place.find("latin1")) return latin1(*bytes);
+  return encodeJson(place.json());
 }
 
 // --- Answers of the service ---
@@ -325,7 +341,7 @@ void scriptService(World& world, const Place& place) {
 }
 
 void plugMicrophone(World& world, const Place& place) {
-  place.allowOnly({"uid", "name", "transport", "channels", "default", "dead", "muted",
+  place.allowOnly({"uid", "name", "transport", "hidden", "channels", "default", "dead", "muted",
                    "firstSoundAfter", "refusesStarts"});
   simulated::SimulatedAudioDevices& devices = world.desktop().audioDevices();
   Microphone::Description description{.uid = place.at("uid").text(),
@@ -333,6 +349,7 @@ void plugMicrophone(World& world, const Place& place) {
   ifPresent(place, "name", [&](const Place& name) { description.name = name.text(); });
   ifPresent(place, "transport",
             [&](const Place& how) { description.transport = how.choice(transports); });
+  ifPresent(place, "hidden", [&](const Place& is) { description.isHidden = is.boolean(); });
   ifPresent(place, "channels", [&](const Place& count) {
     description.inputStreamChannels = std::vector{static_cast<int>(count.integer())};
   });
@@ -384,19 +401,40 @@ void copyDescribed(World& world, const Place& place) {
     world.trace().tell("fault", {{"kind", "clipboardOwner"}});
 }
 
-void answerAlert(World& world, const Place& place) {
-  place.allowOnly({"button", "after"});
-  Duration after = 1s;
-  ifPresent(place, "after", [&](const Place& time) { after = time.duration(); });
-  world.desktop().alerts().answer(static_cast<std::size_t>(place.at("button").integer()), after);
+void repeatKeys(World& world, const Place& place) {
+  if (place.json().is_object()) {
+    place.allowOnly({"after", "every"});
+    return world.desktop().keyboard().setAutorepeat(place.at("after").duration(),
+                                                    place.at("every").duration());
+  }
+  constexpr std::pair<std::string_view, Duration> never[] = {{"off", Duration::zero()}};
+  world.desktop().keyboard().setAutorepeat(place.choice(never), Duration::zero());
 }
 
-void furnish(World& world, const std::optional<Place>& place) {
+void breakVoiceProcessing(World& world, const Place& place) {
+  const auto reason = place.json().is_null() ? std::nullopt : std::optional(place.text());
+  world.desktop().audioSystem().refuseVoiceProcessing(reason);
+}
+
+void answerAlert(World& world, const Place& place, const PlaySteps& play) {
+  place.allowOnly({"button", "after", "meanwhile"});
+  Duration after = 1s;
+  ifPresent(place, "after", [&](const Place& time) { after = time.duration(); });
+  std::function<void()> meanwhile;
+  ifPresent(place, "meanwhile", [&](const Place& steps) {
+    meanwhile = [play, steps = steps.elements()] { play(steps); };
+  });
+  world.desktop().alerts().answer(static_cast<std::size_t>(place.at("button").integer()), after,
+                                  std::move(meanwhile));
+}
+
+void furnish(World& world, const std::optional<Place>& place, const PlaySteps& play) {
   static const Json nothing = Json::object();
   const Place described = place.value_or(Place(nothing, "world"));
   described.allowOnly({"seed", "date", "settings", "account", "permissions", "files", "disk",
                        "applications", "microphones", "builtInMicrophone", "clipboard", "service",
-                       "alerts", "keyRoutes", "layout", "takenChords"});
+                       "alerts", "keyRoutes", "layout", "takenChords", "languages", "keyRepeat",
+                       "voiceProcessing"});
   simulated::SimulatedDesktop& desktop = world.desktop();
   ifPresent(described, "date", [&](const Place& date) {
     const auto parsed = dateFromIso8601(date.text());
@@ -415,6 +453,9 @@ void furnish(World& world, const std::optional<Place>& place) {
   ifPresent(described, "permissions", [&](const Place& to) { setPermissions(world, to); });
   ifPresent(described, "keyRoutes", [&](const Place& to) { disturbKeyRoutes(world, to); });
   ifPresent(described, "layout", [&](const Place& to) { chooseLayout(world, to); });
+  ifPresent(described, "keyRepeat", [&](const Place& how) { repeatKeys(world, how); });
+  ifPresent(described, "languages",
+            [&](const Place& tags) { desktop.machine().setPreferredLanguages(tags.texts()); });
   ifPresent(described, "takenChords", [&](const Place& chords) { takeChords(world, chords); });
   ifPresent(described, "files", [&](const Place& files) { describeFiles(world, files); });
   ifPresent(described, "disk", [&](const Place& disk) { describeDisk(world, disk); });
@@ -430,10 +471,12 @@ void furnish(World& world, const std::optional<Place>& place) {
   ifPresent(described, "microphones", [&](const Place& microphones) {
     for (const Place& microphone : microphones.elements()) plugMicrophone(world, microphone);
   });
+  ifPresent(described, "voiceProcessing",
+            [&](const Place& reason) { breakVoiceProcessing(world, reason); });
   ifPresent(described, "clipboard", [&](const Place& copied) { copyDescribed(world, copied); });
   ifPresent(described, "service", [&](const Place& answers) { scriptService(world, answers); });
   ifPresent(described, "alerts", [&](const Place& answers) {
-    for (const Place& answer : answers.elements()) answerAlert(world, answer);
+    for (const Place& answer : answers.elements()) answerAlert(world, answer, play);
   });
   world.launch();
 }

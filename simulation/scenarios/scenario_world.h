@@ -6,9 +6,12 @@
 
 namespace quillo::sim {
 
+// Plays steps while a question waits for its answer.
+using PlaySteps = std::function<void(const std::vector<Place>&)>;
+
 // Makes the world as "world" describes it, and launches the program. An absent place gives the
 // usual world.
-void furnish(World& world, const std::optional<Place>& place);
+void furnish(World& world, const std::optional<Place>& place, const PlaySteps& play);
 
 // --- The same descriptions as steps use them ---
 
@@ -25,7 +28,11 @@ void plugMicrophone(World& world, const Place& place);
 simulated::Microphone& requireMicrophone(World& world, const Place& uid);
 // A text, or an object with items of several types and the manner of their owner.
 void copyDescribed(World& world, const Place& place);
-void answerAlert(World& world, const Place& place);
+void answerAlert(World& world, const Place& place, const PlaySteps& play);
+// "off", or how long after its press a key repeats, and how often.
+void repeatKeys(World& world, const Place& place);
+// The reason why it fails from now on; null when it works.
+void breakVoiceProcessing(World& world, const Place& place);
 // "caches", "applicationSupport" or "library", and a path below it.
 FilePath requirePath(World& world, const Place& place, const std::string& path);
 

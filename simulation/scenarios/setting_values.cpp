@@ -25,6 +25,15 @@ bool isKeptAsData(const std::string& key) {
   return key == "mac.writingProfiles" || key == "mac.promptInstructions";
 }
 
+void storeDamaged(simulated::MemoryUserDefaults& defaults, const std::string& key,
+                  const Place& value) {
+  value.allowOnly({"data", "foreign"});
+  if (value.json().size() != 1) value.refuse("either \"data\" or \"foreign\" is expected");
+  if (const auto data = value.find("data")) return defaults.setData(key, data->text());
+  if (!value.at("foreign").boolean()) value.refuse("only true makes sense here");
+  defaults.setForeignValue(key);
+}
+
 constexpr std::pair<const char*, Setting<std::string> MacAppState::*> textSettings[] = {
     {"inputLanguage", &MacAppState::inputLanguage},
     {"outputLanguage", &MacAppState::outputLanguage},
@@ -71,9 +80,14 @@ bool assignFrom(const Table& table, const std::string& key, const Assign& assign
 
 }  // namespace
 
-void storeSetting(UserDefaults& defaults, const std::string& key, const Place& value) {
+void storeSetting(simulated::MemoryUserDefaults& defaults, const std::string& key,
+                  const Place& value) {
   const Json& json = value.json();
-  if (isKeptAsData(key)) {
+  if (json.is_object()) {
+    storeDamaged(defaults, key, value);
+  } else if (json.is_null()) {
+    defaults.remove(key);
+  } else if (isKeptAsData(key)) {
     value.elements();
     defaults.setData(key, encodeJson(json));
   } else if (json.is_string()) {

@@ -1,15 +1,17 @@
 // Settings as a scenario writes them: in the store before the launch, and by the user later.
 #pragma once
 
-#include "platform/user_defaults.h"
+#include "hosts/simulated/storage/memory_user_defaults.h"
 #include "simulation/scenarios/place.h"
 #include "state/app_state.h"
 
 namespace quillo::sim {
 
 // Stores texts, Bools, whole numbers, other numbers, arrays of text and arrays of dictionaries of
-// text; an array of anything else goes in as the JSON data that it is.
-void storeSetting(UserDefaults& defaults, const std::string& key, const Place& value);
+// text. Some keys are kept as data. {"data": text} is stored as these bytes, {"foreign": true} as a
+// value of a type that no reading fits, and null takes the value away.
+void storeSetting(simulated::MemoryUserDefaults& defaults, const std::string& key,
+                  const Place& value);
 // As storeSetting would have taken it; null when absent.
 Json storedSetting(const UserDefaults& defaults, const std::string& key);
 

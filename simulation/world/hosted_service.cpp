@@ -18,7 +18,6 @@ const Json usage = {{"userId", "ada"},
                     {"remainingChars", 990},
                     {"isGuest", false},
                     {"updatedAt", "2026-03-04T09:00:00Z"}};
-const Json profile = {{"email", "ada@example.org"}};
 const Json config = {{"plans", Json::array()}};
 
 Reply json(const Json& body) {
@@ -41,6 +40,16 @@ std::string_view pathOf(Endpoint endpoint) {
       return "/auth/v1/user";
     case Endpoint::config:
       return "/get-config";
+    case Endpoint::signUp:
+      return "/auth/v1/signup";
+    case Endpoint::verify:
+      return "/auth/v1/verify";
+    case Endpoint::resend:
+      return "/auth/v1/resend";
+    case Endpoint::recover:
+      return "/auth/v1/recover";
+    case Endpoint::deleteUser:
+      return "/functions/v1/delete-user";
   }
 }
 
@@ -82,11 +91,18 @@ Reply HostedService::usualAnswer(Endpoint endpoint, const Request& request) {
     case Endpoint::usage:
       return json(usage);
     case Endpoint::session:
+    case Endpoint::verify:
       return newSession();
     case Endpoint::profile:
-      return json(profile);
+      return profile(request);
     case Endpoint::config:
       return json(config);
+    case Endpoint::signUp:
+      return json({{"id", "ada"}, {"email", "ada@example.org"}});
+    case Endpoint::resend:
+    case Endpoint::recover:
+    case Endpoint::deleteUser:
+      return json(Json::object());
   }
 }
 
@@ -105,6 +121,14 @@ Reply HostedService::transcription(const std::string& text) {
 
 Reply HostedService::transformation(const std::string& text) {
   return json({{"text", text}, {"charactersUsed", 1}});
+}
+
+Reply HostedService::profile(const Request& request) {
+  const Json body = parseJson(request.body).value_or(Json::object());
+  if (body.contains("data")) fullName_ = body.at("data").at("full_name").get<std::string>();
+  Json profile = {{"email", "ada@example.org"}};
+  if (fullName_) profile["user_metadata"] = {{"full_name", *fullName_}};
+  return json(profile);
 }
 
 Reply HostedService::newSession() {

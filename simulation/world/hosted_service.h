@@ -14,12 +14,27 @@
 
 namespace quillo::sim {
 
-enum class Endpoint { transcribe, transform, usage, session, profile, config };
+enum class Endpoint {
+  transcribe,
+  transform,
+  usage,
+  session,
+  profile,
+  config,
+  signUp,
+  verify,
+  resend,
+  recover,
+  deleteUser
+};
 
 inline constexpr std::pair<std::string_view, Endpoint> endpointNames[] = {
     {"transcribe", Endpoint::transcribe}, {"transform", Endpoint::transform},
     {"usage", Endpoint::usage},           {"session", Endpoint::session},
     {"profile", Endpoint::profile},       {"config", Endpoint::config},
+    {"signUp", Endpoint::signUp},         {"verify", Endpoint::verify},
+    {"resend", Endpoint::resend},         {"recover", Endpoint::recover},
+    {"deleteUser", Endpoint::deleteUser},
 };
 // As it ends the request's address.
 std::string_view pathOf(Endpoint endpoint);
@@ -54,12 +69,15 @@ class HostedService {
  private:
   simulated::Answer answer(Endpoint endpoint, const Request& request);
   simulated::Reply newSession();
+  // A request that changes the profile has a body.
+  simulated::Reply profile(const Request& request);
 
   const SpokenWords& words_;
   std::array<std::deque<MakeAnswer>, std::size(endpointNames)> scripts_;
   Whim whim_;
   Duration delay_ = std::chrono::milliseconds(150);
   int sessions_ = 0;
+  std::optional<std::string> fullName_;
 };
 
 }  // namespace quillo::sim

@@ -56,14 +56,18 @@ void World::signIn(Duration expiresIn) {
       "mac.tokenExpiresAt", secondsSince1970(desktop_.clock().now()) + toSeconds(expiresIn));
 }
 
+std::unique_ptr<quillo::Program> World::makeProgram(const HostPorts& ports) {
+  return std::make_unique<quillo::Program>(ports, backend, [this] { diagnosticsLog_.openLog(); });
+}
+
 void World::launch() {
   HostPorts ports = observedPorts();
   if (makeLayer_) {
     const Layer layer = makeLayer_(*this, ports);
     layer_ = layer.kept;
-    program_ = std::make_unique<quillo::Program>(layer.ports, backend);
+    program_ = makeProgram(layer.ports);
   } else {
-    program_ = std::make_unique<quillo::Program>(ports, backend);
+    program_ = makeProgram(ports);
   }
   observeProgram();
   program_->launch();
@@ -76,6 +80,7 @@ void World::quitAndLaunchAgain() {
   runFor({});
   subscriptions_.clear();
   program_.reset();
+  desktop_.workspace().leaveFront(desktop_.workspace().self());
   act("launches Quillo");
   launch();
 }

@@ -10,7 +10,7 @@
 
 #include "app/program.h"
 #include "hosts/simulated/simulated_desktop.h"
-#include "simulation/world/hosted_service.h"
+#include "shell/diagnostics/diagnostics_log.h"
 #include "simulation/world/observed_ports.h"
 #include "simulation/world/spoken_words.h"
 #include "simulation/world/trace.h"
@@ -56,6 +56,8 @@ class World {
   bool isLaunched() const { return program_ != nullptr; }
   quillo::Program& program() { return *program_; }
   MacDictationController& dictation() { return program_->dictation(); }
+  const DiagnosticsLog& diagnosticsLog() const { return diagnosticsLog_; }
+  // Whatever was in front before the program comes back meanwhile.
   void quitAndLaunchAgain();
 
   // --- Applications. Names are unique. ---
@@ -97,6 +99,7 @@ class World {
 
  private:
   HostPorts observedPorts();
+  std::unique_ptr<quillo::Program> makeProgram(const HostPorts& ports);
   void observeProgram();
   void observeShortcuts();
   void tellShortcuts(bool rebinds);
@@ -115,7 +118,9 @@ class World {
   HostedService service_{desktop_.network(), words_};
 
   ObservedSystemLog systemLog_{desktop_.systemLog(), trace_};
-  ObservedLog log_{desktop_.log(), trace_};
+  DiagnosticsLog diagnosticsLog_{desktop_.mainThread(), desktop_.clock(), desktop_.files(),
+                                 desktop_.queues(), desktop_.opener()};
+  ObservedLog log_{diagnosticsLog_, trace_};
   ObservedFiles files_{desktop_.files(), trace_};
   ObservedNetwork network_{desktop_.network(), trace_};
   ListeningAudioSystem audioSystem_{desktop_.audioSystem(), words_, trace_,

@@ -62,6 +62,24 @@ TEST(ScenarioRefusal, NamesThePlace) {
       {"{}", R"([{"press": "control+any"}])", "test: steps[0].press: there is no key \"any\""},
       {"{}", R"([{"press": {"keys": "space"}}])", "test: steps[0].press: \"for\" is missing"},
       {"{}", R"([{"layout": "qwertz"}])", "test: steps[0].layout: \"qwertz\" is none of"},
+      {R"({"settings": {"tone": {"data": "x", "foreign": true}}})", "[]",
+       "test: world.settings.tone: either"},
+      {R"({"files": {"caches/a": {"latin1": "\u0100"}}})", "[]",
+       "test: world.files.caches/a.latin1: a character above U+00FF is no byte"},
+      {"{}", R"([{"account": {"signIn": {"email": "x", "name": "y"}}}])",
+       "test: steps[0].account.signIn.name: unknown key"},
+      {"{}", R"([{"account": {"dance": {}}}])",
+       "test: steps[0].account: an operation is expected; known are: signIn, "},
+      {"{}", R"([{"remove": {"rule": 1}}])",
+       "test: steps[0].remove.rule: there is no such element"},
+      {"{}", R"([{"edit": {"profile": 1, "text": "x"}}])",
+       "test: steps[0].edit.text: unknown key; known are: profile, name"},
+      {"{}", R"([{"expect": {"status": {"matches": "("}}}])",
+       "test: steps[0].expect.status.matches: this is no regular expression"},
+      {"{}", R"([{"expect": {"statuses": [{"test": "x"}]}}])",
+       "test: steps[0].expect.statuses[0].test: unknown key"},
+      {"{}", R"([{"expect": {"panel": {"colour": "red"}}}])",
+       "test: steps[0].expect.panel.colour: unknown key"},
       {"{}", R"([{"expect": {"mood": "good"}}])", "test: steps[0].expect.mood: unknown key"},
       {"{}", R"([{"expect": {"editor": {"Mail": ""}}}])",
        "test: steps[0].expect.editor.Mail: there is no application \"Mail\""},
@@ -105,6 +123,36 @@ TEST(ScenarioExpectation, AStatusThatNeverComesDiffers) {
   const Played played = playSteps(R"([{"until": {"status": "Listening", "within": "1s"}}])");
   EXPECT_EQ(played.code, ExitCode::differs);
   EXPECT_THAT(played.problems, StartsWith("test: steps[0].until: expected status Listening"));
+}
+
+// The program would swallow what is thrown while its question waits.
+TEST(ScenarioExpectation, WhatDiffersDuringAQuestionIsToldAndAQuestionThatNeverComesToo) {
+  const auto asking = [](const std::string& steps) {
+    return playSteps(steps, R"({"account": "signedOut", "alerts": [
+        {"button": 0, "meanwhile": [{"expect": {"question": {"title": "Sign in"}}}]}]})");
+  };
+  const Played asked = asking(R"([{"press": "control+option+space"}, {"wait": "3s"}])");
+  EXPECT_EQ(asked.code, ExitCode::differs);
+  EXPECT_THAT(asked.problems, StartsWith("test: world.alerts[0].meanwhile[0].expect.question: "));
+  EXPECT_THAT(asking("[]").problems, HasSubstr("1 answers to questions that never came"));
+}
+
+TEST(ScenarioExpectation, TimesPatternsAndTheOrderOfKeysDecide) {
+  const auto differs = [](const std::string& expected) {
+    return playSteps(R"([{"wait": "1s"}, {"press": "control+option+space"}, {"until": "Listening"},
+        {"set": {"inputLanguage": "de"}}, {"write": {"rule": {"from": "a", "to": "b"}}},
+        {"expect": )" +
+                     expected + "}]")
+               .code == ExitCode::differs;
+  };
+  EXPECT_FALSE(differs(R"({"statuses": [{"text": {"matches": "Lis.*"}, "at": ["1s", "1.2s"]}],
+      "settings": {"dictionaryReplacements": [{"to": "b", "from": "a"}]},
+      "history": [], "error": null})"));
+  EXPECT_TRUE(differs(R"({"statuses": [{"text": "Listening", "at": ["0s", "1s"]}]})"));
+  EXPECT_TRUE(differs(R"({"status": {"matches": "Lis"}})"));
+  EXPECT_TRUE(differs(R"({"panel": {"without": ["Listening"]}})"));
+  EXPECT_TRUE(differs(R"({"warmUps": {"transcribe": 0}})"));
+  EXPECT_TRUE(differs(R"({"requests": {"usage": 0}})"));
 }
 
 TEST(ScenarioTrace, IsOneObjectALineWithRisingTimes) {

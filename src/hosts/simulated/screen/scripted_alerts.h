@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 #include "hosts/simulated/time/virtual_main_thread.h"
@@ -19,7 +20,10 @@ class ScriptedAlerts final : public Alerts {
   // --- Driver ---
 
   // The next question that has no answer yet is answered with this button, this long after.
-  void answer(std::size_t button, Duration after = std::chrono::seconds(1));
+  // `meanwhile` runs while the question is there, and may let time pass.
+  void answer(std::size_t button, Duration after = std::chrono::seconds(1),
+              std::function<void()> meanwhile = {});
+  std::size_t answersLeft() const { return answers_.size(); }
   // Every question so far, the open one included.
   const std::vector<Alert>& shown() const { return shown_; }
   int open() const { return open_; }
@@ -28,6 +32,7 @@ class ScriptedAlerts final : public Alerts {
   struct Answer {
     std::size_t button = 0;
     Duration after = std::chrono::seconds(1);
+    std::function<void()> meanwhile{};
   };
 
   VirtualMainThread& mainThread_;

@@ -51,7 +51,7 @@ std::optional<std::string> SimulatedAudioEngine::start() {
   if (!input || inputFormat().sampleRate <= 0) return "There is no input device.";
   if (auto error = input->tryStart()) return error;
   running_ = input;
-  ++faults_.runningEngines;
+  faults_.openInputs.push_back({this, input, voiceProcessing_});
   format_ = inputFormat();
   framesPerBuffer_ = input->framesPerBuffer().value_or(tapFrames_ > 0 ? tapFrames_ : 4096);
   firstFrameTime_ = timeline_.now() + input->firstBufferDelay();
@@ -64,7 +64,7 @@ void SimulatedAudioEngine::stop() {
   if (!running_) return;
   timeline_.cancel(nextBuffer_);
   running_ = nullptr;
-  --faults_.runningEngines;
+  std::erase_if(faults_.openInputs, [this](const auto& open) { return open.engine == this; });
 }
 
 bool SimulatedAudioEngine::isRunning() const {

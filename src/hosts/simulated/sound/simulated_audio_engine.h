@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "hosts/simulated/sound/simulated_audio_devices.h"
 #include "hosts/simulated/sound/voice.h"
@@ -14,12 +15,19 @@ namespace quillo::simulated {
 // when its device is unplugged. With voice processing, nothing flows before the input is connected.
 class SimulatedAudioEngine final : public AudioEngine {
  public:
+  // A microphone that an engine holds open.
+  struct OpenInput {
+    const SimulatedAudioEngine* engine = nullptr;
+    const Microphone* microphone = nullptr;
+    bool isVoiceProcessed = false;
+  };
   // What the engines of one desktop have in common.
   struct Faults {
     std::optional<std::string> voiceProcessingError{};
     // What setInputDevice() gives; 0 is success.
     std::int32_t setDeviceStatus = 0;
-    int runningEngines = 0;
+    // Of the engines that run.
+    std::vector<OpenInput> openInputs{};
   };
   // What setInputDevice() gives for a device that is not there.
   static constexpr std::int32_t noSuchDevice = -10851;

@@ -31,7 +31,10 @@ class SimulatedAudioSystem final : public AudioSystem {
   void refuseConverters(bool refused) { refusesConverters_ = refused; }
 
   // Engines that hold a microphone open.
-  int runningEngines() const { return engineFaults_.runningEngines; }
+  int runningEngines() const { return static_cast<int>(openInputs().size()); }
+  const std::vector<SimulatedAudioEngine::OpenInput>& openInputs() const {
+    return engineFaults_.openInputs;
+  }
 
  private:
   Timeline& timeline_;

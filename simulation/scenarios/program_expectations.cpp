@@ -1,0 +1,61 @@
+// The state of the program, as its windows show it.
+#include "simulation/scenarios/findings.h"
+#include "simulation/scenarios/setting_values.h"
+
+namespace quillo::sim {
+namespace {
+
+Json orNull(const std::optional<std::string>& text) {
+  return text ? Json(*text) : Json(nullptr);
+}
+
+void status(Findings& findings, const Place& place) {
+  findings.same(place, findings.world.dictation().statusText.get());
+}
+void error(Findings& findings, const Place& place) {
+  findings.same(place, orNull(findings.world.dictation().lastError.get()));
+}
+void recording(Findings& findings, const Place& place) {
+  findings.same(place, findings.world.dictation().isRecording.get());
+}
+void processing(Findings& findings, const Place& place) {
+  findings.same(place, findings.world.dictation().isProcessing.get());
+}
+void canRetry(Findings& findings, const Place& place) {
+  findings.same(place, findings.world.dictation().canRetryLast.get());
+}
+
+void signedIn(Findings& findings, const Place& place) {
+  findings.same(place, findings.world.program().auth().isLoggedIn());
+}
+void account(Findings& findings, const Place& place) {
+  const MacAuthService& auth = findings.world.program().auth();
+  findings.members(place, {{"email", orNull(auth.userEmail.get())},
+                           {"name", orNull(auth.fullName.get())},
+                           {"avatar", orNull(auth.avatarURL.get())},
+                           {"error", orNull(auth.error.get())},
+                           {"loading", auth.isLoading.get()}});
+}
+
+void history(Findings& findings, const Place& place) {
+  const Bytes encoded = encodeHistory(findings.world.program().history().entries);
+  findings.parts(place, *parseJson(encoded));
+}
+void settings(Findings& findings, const Place& place) {
+  for (const auto& [key, value] : place.members())
+    findings.same(value, storedSetting(findings.world.desktop().userDefaults(), key));
+}
+
+constexpr Expectation expectations[] = {
+    {"status", status},         {"error", error},       {"recording", recording},
+    {"processing", processing}, {"canRetry", canRetry}, {"signedIn", signedIn},
+    {"account", account},       {"history", history},   {"settings", settings},
+};
+
+}  // namespace
+
+std::span<const Expectation> expectationsOfProgram() {
+  return expectations;
+}
+
+}  // namespace quillo::sim
