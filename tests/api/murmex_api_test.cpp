@@ -42,10 +42,6 @@ class MurmexAPITest : public testing::Test {
     network_.reply("/transcribe", Reply{.body = R"({"text":"","duration":1})"});
     desktop_.await(api_.transcribe(std::move(arguments)));
     const RecordedRequest request = network_.requests().back();
-    EXPECT_EQ(desktop_.systemLog().standardOutput().end()[-2],
-              "[Quillo API] Sending transcribe request...");
-    EXPECT_EQ(desktop_.systemLog().standardOutput().back(),
-              "[Quillo API] Request body size: " + std::to_string(request.body.size()) + " bytes");
     const std::string type = request.header("Content-Type").value();
     const std::string boundary = type.substr(type.find('=') + 1);
     EXPECT_EQ(type, "multipart/form-data; boundary=" + boundary);

@@ -41,14 +41,6 @@ TEST(ProgramTest, TheLaunchTriesEveryRouteInItsOrderAndTheEndGivesTheChordsBack)
   EXPECT_TRUE(desktop.panels().showing("⌃G is already in use — pick another in Settings"));
 }
 
-TEST(ProgramTest, TheMenuOpensTheLogAndMakesItsFileFirst) {
-  SimulatedProgram world;
-  EXPECT_TRUE(world.desktop.statusItem().choose("Open Diagnostics Log…"));
-  world.desktop.runTurns();
-  EXPECT_THAT(world.desktop.opener().files(), ElementsAre(world.diagnosticsLog.file()));
-  EXPECT_TRUE(world.desktop.files().exists(world.diagnosticsLog.file()));
-}
-
 TEST(ProgramTest, NoFrameOutlivesTheProgramEvenInTheMiddleOfADictation) {
   const auto frames = liveFrameCount();
   {

@@ -51,27 +51,6 @@ TEST_F(AppStateTest, WhatOlderVersionsAndTheSystemLeftIsCorrectedInTheStore) {
   EXPECT_EQ(state_->cycleHotKeyKeyCode.get(), 38);
 }
 
-TEST_F(AppStateTest, MistypedValuesReadAsDefaultsAndStayInTheStore) {
-  stored().setBoolean("tone", true);
-  stored().setText("mac.autoPaste", "false");
-  stored().setNumber("mac.historyRetentionDays", 7.5);
-  stored().setText("mac.cycleHotKeyKeyCode", "38");
-  stored().setTexts("snippets", {"no dictionary"});
-  stored().setForeignValue("dictionaryVocabulary");
-  stored().setText("mac.writingProfiles", "[]");
-  stored().setData("mac.promptInstructions", "[{\"text\":\"cut o");
-  MacAppState& state = launch();
-  EXPECT_EQ(state.tone.get(), "neutral");
-  EXPECT_TRUE(state.autoPaste);
-  EXPECT_EQ(state.historyRetentionDays.get(), 0);
-  EXPECT_EQ(state.cycleHotKeyKeyCode.get(), 5);
-  EXPECT_THAT(state.snippets.get(), IsEmpty());
-  EXPECT_THAT(state.dictionaryVocabulary.get(), IsEmpty());
-  EXPECT_THAT(state.writingProfiles.get(), IsEmpty());
-  EXPECT_THAT(state.promptInstructions.get(), IsEmpty());
-  EXPECT_EQ(stored().text("mac.autoPaste"), "false");
-}
-
 // --- Write-through ---
 
 TEST_F(AppStateTest, WhatIsAssignedIsThereInTheNextRun) {
