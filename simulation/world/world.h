@@ -11,6 +11,7 @@
 #include "app/program.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "shell/diagnostics/diagnostics_log.h"
+#include "simulation/world/hosted_service.h"
 #include "simulation/world/observed_ports.h"
 #include "simulation/world/spoken_words.h"
 #include "simulation/world/trace.h"
