@@ -31,6 +31,7 @@ Promises::Promises(const Secrets& secrets, Words words) {
   promises_.push_back(aHoldEndsWithItsKeys());
   promises_.push_back(aPressActsOnceAndOnlyItsOwn());
   promises_.push_back(anOpenMicrophoneIsSeen());
+  promises_.push_back(capturesAreWantedAndAllowed(secrets.tokenMarker));
 }
 
 void Promises::follow(Trace& trace) {

@@ -86,6 +86,8 @@ std::unique_ptr<Promise> theProgramRecovers();
 std::unique_ptr<Promise> aHoldEndsWithItsKeys();
 std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn();
 std::unique_ptr<Promise> anOpenMicrophoneIsSeen();
+// Texts of protected fields hold the marker.
+std::unique_ptr<Promise> capturesAreWantedAndAllowed(std::string protectedMarker);
 
 // How long after the last fault the program may take to come to rest.
 inline constexpr Duration longestUnrest = std::chrono::minutes(30);

@@ -5,8 +5,8 @@ namespace {
 
 Compare comparisonOf(const std::string& key, const Place& place) {
   std::string known;
-  for (const auto& subject :
-       {expectationsOfProgram(), expectationsOfDesktop(), expectationsOfPast()}) {
+  for (const auto& subject : {expectationsOfProgram(), expectationsOfDesktop(),
+                              expectationsOfText(), expectationsOfPast()}) {
     for (const auto& [name, compare] : subject) {
       if (name == key) return compare;
       known += (known.empty() ? "" : ", ") + std::string(name);

@@ -61,6 +61,7 @@ using Expectation = std::pair<std::string_view, Compare>;
 // By subject.
 std::span<const Expectation> expectationsOfProgram();
 std::span<const Expectation> expectationsOfDesktop();
+std::span<const Expectation> expectationsOfText();
 std::span<const Expectation> expectationsOfPast();
 
 }  // namespace quillo::sim

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "simulation/scenarios/program_steps.h"
+#include "simulation/scenarios/scenario_windows.h"
 #include "simulation/scenarios/scenario_world.h"
 
 namespace quillo::sim {
@@ -319,6 +320,13 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"launch", launch},
     {"application", changeApplication},
     {"copy", copyDescribed},
+    {"select", selectText},
+    {"caret", placeCaret},
+    {"scroll", scrollElement},
+    {"removeElement", removeElement},
+    {"look", look},
+    {"clickBadge", clickBadge},
+    {"dismissBubble", dismissBubble},
     {"plug", plug},
     {"unplug", unplug},
     {"network", network},

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "base/iso8601.h"
+#include "simulation/scenarios/scenario_windows.h"
 #include "simulation/scenarios/setting_values.h"
 
 namespace quillo::sim {
@@ -226,7 +227,9 @@ FilePath requirePath(World& world, const Place& place, const std::string& path) 
 
 void describeApplication(simulated::Program& program, const Place& place) {
   place.allowOnly({"name", "bundleIdentifier", "text", "activation", "activationTime",
-                   "ignoresPaste", "reactionTime"});
+                   "ignoresPaste", "ignoresCopy", "reactionTime", "windows", "answersAfter", "hung",
+                   "selection", "frames", "rebuildsAfterCalls", "buildsOnRequest"});
+  describeWindows(program, place);
   ifPresent(place, "text", [&](const Place& text) { program.editor().setText(text.text()); });
   ifPresent(place, "activation",
             [&](const Place& how) { program.setActivation(how.choice(activations)); });
@@ -234,6 +237,8 @@ void describeApplication(simulated::Program& program, const Place& place) {
             [&](const Place& time) { program.setActivationTime(time.duration()); });
   ifPresent(place, "ignoresPaste",
             [&](const Place& ignores) { program.setIgnoresPaste(ignores.boolean()); });
+  ifPresent(place, "ignoresCopy",
+            [&](const Place& ignores) { program.setIgnoresCopy(ignores.boolean()); });
   ifPresent(place, "reactionTime",
             [&](const Place& time) { program.setReactionTime(time.duration()); });
 }

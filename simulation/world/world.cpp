@@ -29,6 +29,7 @@ World::World(std::uint64_t seed, PanelTexts panelTexts, MakeLayer makeLayer)
 World::~World() {
   subscriptions_.clear();
   program_.reset();
+  textInPlace_.reset();
 }
 
 HostPorts World::observedPorts() {
@@ -61,14 +62,14 @@ std::unique_ptr<quillo::Program> World::makeProgram(const HostPorts& ports) {
 }
 
 void World::launch() {
-  HostPorts ports = observedPorts();
-  if (makeLayer_) {
-    const Layer layer = makeLayer_(*this, ports);
-    layer_ = layer.kept;
-    program_ = makeProgram(layer.ports);
-  } else {
-    program_ = makeProgram(ports);
-  }
+  const HostPorts observed = observedPorts();
+  const Layer layer = makeLayer_ ? makeLayer_(*this, observed) : Layer{.ports = observed};
+  layer_ = layer.kept;
+  forgetsDismissals_ = layer.forgetsDismissals;
+  program_ = makeProgram(layer.ports);
+  textInPlace_ = std::make_unique<TextInPlace>(
+      layer.ports, layer.accessibility ? *layer.accessibility : accessibility_,
+      program_->clipboardGate(), trace_);
   observeProgram();
   program_->launch();
   runFor({});
@@ -80,6 +81,7 @@ void World::quitAndLaunchAgain() {
   runFor({});
   subscriptions_.clear();
   program_.reset();
+  textInPlace_.reset();
   desktop_.workspace().leaveFront(desktop_.workspace().self());
   act("launches Quillo");
   launch();
@@ -210,6 +212,21 @@ void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
   });
 }
 
+void World::look(SelectionTrigger trigger) {
+  act("looks", {{"trigger", nameOf(trigger)}, {"app", textInPlace_->frontmostIdentifier()}});
+  textInPlace_->look(trigger);
+}
+
+void World::clickBadge() {
+  act("clicks the badge", {{"app", textInPlace_->frontmostIdentifier()}});
+  textInPlace_->clickBadge();
+}
+
+void World::dismissBubble() {
+  act("dismisses the bubble");
+  if (!forgetsDismissals_) textInPlace_->dismiss();
+}
+
 bool World::offers(std::string_view control) {
   for (simulated::VirtualPanel* panel : desktop_.panels().visible()) {
     if (!panel->takesClicks()) continue;
@@ -267,6 +284,7 @@ void World::look() {
   }
   lookAtEditors();
   lookAtStatusPanel();
+  if (textInPlace_) textInPlace_->tellCapture();
   if (panelTexts_ == PanelTexts::told) lookAtPanels();
 }
 

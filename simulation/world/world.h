@@ -14,6 +14,7 @@
 #include "simulation/world/hosted_service.h"
 #include "simulation/world/observed_ports.h"
 #include "simulation/world/spoken_words.h"
+#include "simulation/world/text_in_place.h"
 #include "simulation/world/trace.h"
 
 namespace quillo::sim {
@@ -30,6 +31,9 @@ class World {
   struct Layer {
     HostPorts ports;
     std::shared_ptr<void> kept;
+    // Instead of the desktop's own, when it is not null.
+    Accessibility* accessibility = nullptr;
+    bool forgetsDismissals = false;
   };
   using MakeLayer = std::function<Layer(World&, const HostPorts&)>;
   // The panels' texts are part of the trace when somebody reads it.
@@ -60,6 +64,7 @@ class World {
   const DiagnosticsLog& diagnosticsLog() const { return diagnosticsLog_; }
   // Whatever was in front before the program comes back meanwhile.
   void quitAndLaunchAgain();
+  TextInPlace& textInPlace() { return *textInPlace_; }
 
   // --- Applications. Names are unique. ---
 
@@ -83,6 +88,10 @@ class World {
   // Presses the keys in order now and releases them in reverse order after `held`.
   void tapKeys(const std::vector<simulated::Key>& chord,
                Duration held = std::chrono::milliseconds(30));
+  // Text in place.
+  void look(SelectionTrigger trigger);
+  void clickBadge();
+  void dismissBubble();
   // Whether there was such a control to click, or such an item to choose.
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
@@ -145,6 +154,9 @@ class World {
   std::optional<std::int64_t> clipboardChange_;
   int openMicrophonesSeen_ = 0;
 
+  ObservedAccessibility accessibility_{desktop_.accessibility(), trace_};
+  bool forgetsDismissals_ = false;
+  std::unique_ptr<TextInPlace> textInPlace_;
   std::unique_ptr<quillo::Program> program_;
   std::vector<Subscription> subscriptions_;
 };

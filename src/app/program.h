@@ -50,6 +50,8 @@ class Program {
   MacAuthService& auth() { return auth_; }
   MacDictationController& dictation() { return dictation_; }
   MacHistoryStore& history() { return history_; }
+  // Whoever borrows the clipboard beside the program enters it.
+  MacClipboardGate& clipboardGate() { return clipboardGate_; }
 
  private:
   std::string shortcutText() const;

@@ -21,7 +21,8 @@ bool isWithin(const TreeElement* element, const TreeElement& branch) {
 ApplicationTree::ApplicationTree(std::int32_t process, const std::string& name)
     : application_(nullptr, process, {.role = "AXApplication", .attributes = {{"AXTitle", name}}}) {
   TreeElement& window = addWindow(name, usualWindow);
-  focused_ = &window.add({.role = "AXTextArea", .frame = usualTextArea, .editor = document_});
+  focused_ = &window.add(
+      {.name = "document", .role = "AXTextArea", .frame = usualTextArea, .editor = document_});
 }
 
 TreeElement* ApplicationTree::focusedWindow() const {
@@ -51,6 +52,17 @@ TreeElement& ApplicationTree::addWindow(std::string_view title, AccessibilityRec
 void ApplicationTree::remove(TreeElement& element) {
   if (isWithin(focused_, element)) focused_ = nullptr;
   element.parent()->remove(element);
+}
+
+TreeElement* ApplicationTree::find(std::string_view name) {
+  std::vector<TreeElement*> pending = {&application_};
+  while (!pending.empty()) {
+    TreeElement* element = pending.back();
+    pending.pop_back();
+    if (element->name() == name) return element;
+    for (const auto& child : element->children()) pending.push_back(child.get());
+  }
+  return nullptr;
 }
 
 void ApplicationTree::closeWindows() {

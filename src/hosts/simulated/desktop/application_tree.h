@@ -35,6 +35,8 @@ class ApplicationTree {
   // In front of the program's other windows.
   TreeElement& addWindow(std::string_view title, AccessibilityRect frame,
                          std::string_view subrole = "AXStandardWindow");
+  // By the name that the driver gave it; null when there is none.
+  TreeElement* find(std::string_view name);
   // Null takes the focus away from all.
   void focus(TreeElement* element) { focused_ = element; }
   // With all below it; the focus goes with it.

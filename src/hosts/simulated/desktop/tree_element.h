@@ -28,6 +28,9 @@ class TreeElement {
 
   // A thing with text has an editor.
   struct Description {
+    // For those who drive the desktop: no program tells either.
+    std::string name{};
+    bool isProtected = false;  // a secret or a search, whatever it says of itself
     std::string role{};
     std::string subrole{};
     // In the order of the screen, as if nothing were scrolled.
@@ -66,6 +69,8 @@ class TreeElement {
   bool isEditable() const { return description_.isEditable; }
   bool tellsText() const { return editor() && exposure() == TextExposure::told; }
   TreeElement* parent() const { return parent_; }
+  const std::string& name() const { return description_.name; }
+  bool isProtected() const { return description_.isProtected; }
 
   // --- Driver ---
 
