@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/simulated/desktop/element_kinds.h"
 #include "simulation/explore/key_storm.h"
 
 namespace quillo::sim {
@@ -33,6 +34,22 @@ std::string wordOf(std::uint64_t number) {
   return word;
 }
 
+// What lies beside a program's document: a text whose selection is not told, and protected fields.
+void addFields(simulated::ApplicationTree& tree) {
+  simulated::TreeElement& window = *tree.mainWindow();
+  const auto add = [&window](const char* name, std::string_view kind,
+                             const char* text) -> simulated::TreeElement& {
+    auto described = *simulated::elementOfKind(kind);
+    described.name = name;
+    described.editor->setText(text);
+    return window.add(std::move(described));
+  };
+  add("silent text", "textArea", "a text whose selection is not told")
+      .set(ax::selectedText, std::nullopt);
+  add("search field", "searchField", "secret-search");
+  add("password field", "passwordField", "secret-password");
+}
+
 }  // namespace
 
 void DailyUser::doSomething() {
@@ -55,6 +72,7 @@ void DailyUser::doSomething() {
       {"sign in again", 6, &DailyUser::signInAgain},
       {"clear the editors", 6, &DailyUser::clearEditors},
       {"hit the keys", 8, &DailyUser::hitTheKeys},
+      {"look at text", 8, &DailyUser::lookAtText},
   };
   std::uint64_t all = 0;
   for (const Habit& habit : habits) all += habit.weight;
@@ -301,6 +319,33 @@ void DailyUser::signInAgain() {
   start(world_.desktop().mainThread(),
         world_.program().auth().signIn("ada@example.org", "pass phrase"));
   world_.runFor(2s);
+}
+
+// --- Text in place ---
+
+// Into some field of the application in front, a look or two at the text there, and back.
+void DailyUser::lookAtText() {
+  simulated::Program* program = world_.application(world_.frontName());
+  if (!program) return;
+  simulated::ApplicationTree& tree = program->tree();
+  simulated::TreeElement* document = tree.find("document");
+  if (!tree.find("search field")) addFields(tree);
+  constexpr const char* fields[] = {"document", "silent text", "search field", "password field"};
+  tree.focus(tree.find(fields[random_.below(std::size(fields))]));
+  if (random_.chance(0.7)) program->editor().selectAll();
+  for (std::uint64_t looks = 1 + random_.below(3); looks > 0; --looks) {
+    if (random_.chance(0.4))
+      world_.clickBadge();
+    else
+      world_.look(static_cast<SelectionTrigger>(random_.below(3)));
+    world_.runFor(between(0ms, 1500ms));
+    if (random_.chance(0.4)) world_.dismissBubble();
+    if (random_.chance(0.2)) switchApplication();
+  }
+  world_.runFor(between(0ms, 1s));
+  world_.dismissBubble();
+  program->editor().moveCaretToEnd();
+  tree.focus(document);
 }
 
 // --- Keys ---

@@ -50,6 +50,7 @@ class DailyUser {
   void changeSetting();
   void signInAgain();
   void clearEditors();
+  void lookAtText();
   void hitTheKeys();
   void clearTheKeyboard();
   void interfere();

@@ -22,6 +22,9 @@ class TheClipboardIsTheUsers final : public Promise {
     }
     if (isLog(event, "attempt app=")) ++pastes_;
     if (isLog(event, "paste shortcut posted")) --pastes_;
+    // A capture borrows it as well, from the keystroke to the line that tells what came of it.
+    if (isCopy(event)) ++pastes_;
+    if (isLog(event, "clipboard selection capture")) --pastes_;
     if (event.what == "status" && textOf(event, "text").starts_with("Copied")) allow(own_);
     // What cannot be copied in time, or is with an owner that has gone, cannot come back.
     if (event.what == "fault" && textOf(event, "kind").starts_with("clipboard"))

@@ -28,6 +28,12 @@ inline bool isPaste(const Event& event) {
          event.fields.at("direction") == "down";
 }
 
+// The program presses Command+C.
+inline bool isCopy(const Event& event) {
+  return event.what == "key" && event.fields.at("keyCode") == 8 &&
+         event.fields.at("direction") == "down";
+}
+
 inline bool isAct(const Event& event, std::string_view act) {
   return event.what == "user" && textOf(event, "act") == act;
 }
