@@ -311,6 +311,8 @@ World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
     case PlantedBug::panelHides:
       hidePanelInRecordings(world);
       return {ports, nullptr};
+    case PlantedBug::dismissalForgotten:
+      return {.ports = ports, .kept = nullptr, .forgetsDismissals = true};
     case PlantedBug::pastedAfterCancel:
       return logLayer(ports, "processing cancelled; audio kept",
                       [&keys = ports.keyPoster] { postPaste(keys); });

@@ -26,6 +26,7 @@ enum class PlantedBug {
   modifiersIgnored,
   holdBounces,
   panelHides,
+  dismissalForgotten,
 };
 
 inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
@@ -46,6 +47,7 @@ inline constexpr std::pair<std::string_view, PlantedBug> plantedBugNames[] = {
     {"modifiersIgnored", PlantedBug::modifiersIgnored},
     {"holdBounces", PlantedBug::holdBounces},
     {"panelHides", PlantedBug::panelHides},
+    {"dismissalForgotten", PlantedBug::dismissalForgotten},
 };
 
 // Nothing for `none`.
