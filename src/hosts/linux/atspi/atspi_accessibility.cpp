@@ -1,0 +1,246 @@
+#include "hosts/linux/atspi/atspi_accessibility.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <cmath>
+
+#include "hosts/linux/atspi/atspi_element.h"
+
+namespace quillo::linux_host {
+namespace {
+
+using System = AtspiElement::System;
+using Application = AtspiElement::Application;
+
+// So many levels above the focused object are usually asked for next.
+constexpr int usualAncestors = 8;
+constexpr auto cannotComplete = AccessibilityFailure::cannotComplete;
+
+AccessibilityElement element(AtspiElement::Thing thing) {
+  return AccessibilityElement(std::make_shared<AtspiElement>(std::move(thing)));
+}
+
+AccessibilityAnswer elementOrAbsent(ObjectReference object) {
+  if (object.isNull()) return AccessibilityFailure::absent;
+  return AccessibilityValue(elementOf(std::move(object)));
+}
+
+std::optional<std::int32_t> pixel(double coordinate) {
+  constexpr double furthest = 1 << 24;
+  if (!(std::abs(coordinate) < furthest)) return std::nullopt;  // nor what is not a number
+  return static_cast<std::int32_t>(std::floor(coordinate));
+}
+
+}  // namespace
+
+AccessibilityElement elementOf(ObjectReference object) {
+  return element(std::move(object));
+}
+
+AtspiAccessibility::AtspiAccessibility(MainThread& mainThread, Log& log, DesktopWindows& windows)
+    : mainThread_(mainThread),
+      windows_(windows),
+      bus_(mainThread, log),
+      events_(bus_, {.focusChanged = [this](const auto& object,
+                                            bool isFocused) { focusChanged(object, isFocused); },
+                     .objectChanged = [this](const auto& object) { objects_.forget(object); },
+                     .applicationGone =
+                         [this](const std::string& bus) {
+                           objects_.forgetApplication(bus);
+                           applications_.forget(bus);
+                           focus_.forget(bus);
+                           bus_.forget(bus);
+                         }}),
+      objects_(
+          mainThread, bus_, events_,
+          [this] { return mainThread_.now() + (Duration::zero() - windows_.sinceLastInput()); }),
+      applications_(mainThread, bus_),
+      focus_(mainThread, bus_, objects_, applications_, windows),
+      text_(bus_, applications_),
+      reader_(bus_, objects_, text_, applications_, windows),
+      hitTest_(bus_, objects_, applications_, focus_, windows) {}
+
+// What was learned on an earlier bus is void.
+bool AtspiAccessibility::isReady() {
+  if (!bus_.isReachable()) return false;
+  if (generation_ != bus_.generation()) {
+    generation_ = bus_.generation();
+    forgetEverything();
+    events_.listen();
+  }
+  return true;
+}
+
+void AtspiAccessibility::forgetEverything() {
+  objects_.forgetEverything();
+  applications_.forgetEverything();
+  focus_.forgetEverything();
+}
+
+void AtspiAccessibility::focusChanged(const ObjectReference& object, bool isFocused) {
+  focus_.changed(object, isFocused);
+  if (!isFocused) return;
+  // Whoever looks next will ask for this; it is there by then, and nobody waits for it.
+  constexpr unsigned usual = AtspiObjects::kind | AtspiObjects::words | AtspiObjects::place;
+  objects_.learnLater(object, usual, usualAncestors);
+}
+
+AccessibilityElement AtspiAccessibility::systemWideElement() {
+  return element(System{});
+}
+
+AccessibilityElement AtspiAccessibility::applicationElement(std::int32_t processIdentifier) {
+  return element(Application{processIdentifier});
+}
+
+void AtspiAccessibility::setMessagingTimeout(const AccessibilityElement& target, Duration timeout) {
+  const auto& thing = thingOf(target);
+  if (std::holds_alternative<System>(thing)) bus_.setFallbackTimeout(timeout);
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    timeouts_[application->processIdentifier] = timeout;
+  }
+}
+
+std::vector<std::string> AtspiAccessibility::busesOf(std::int32_t processIdentifier) {
+  auto buses = applications_.ofProcess(processIdentifier);
+  const auto timeout = timeouts_.find(processIdentifier);
+  if (timeout == timeouts_.end()) return buses;
+  for (const std::string& bus : buses) bus_.setTimeout(bus, timeout->second);
+  return buses;
+}
+
+AccessibilityAnswer AtspiAccessibility::attribute(const AccessibilityElement& target,
+                                                  std::string_view name) {
+  if (!isReady()) return cannotComplete;
+  const auto& thing = thingOf(target);
+  if (const auto* object = std::get_if<ObjectReference>(&thing)) {
+    return reader_.attribute(*object, name);
+  }
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    return applicationAttribute(application->processIdentifier, name);
+  }
+  return name == ax::focusedUIElement ? focusedElement() : AccessibilityFailure::absent;
+}
+
+AccessibilityAnswer AtspiAccessibility::focusedElement() {
+  const auto front = windows_.front();
+  if (!front) return AccessibilityFailure::absent;
+  AccessibilityAnswer answer = AccessibilityFailure::absent;
+  for (const std::string& bus : busesOf(front->processIdentifier)) {
+    events_.watchApplication(bus);
+    ObjectReference focused = focus_.focused(bus);
+    if (!focused.isNull()) return AccessibilityValue(elementOf(std::move(focused)));
+    if (!bus_.maySpeakTo(bus)) answer = cannotComplete;
+  }
+  return answer;
+}
+
+AccessibilityAnswer AtspiAccessibility::applicationAttribute(std::int32_t processIdentifier,
+                                                             std::string_view name) {
+  for (const std::string& bus : busesOf(processIdentifier)) {
+    if (!bus_.maySpeakTo(bus)) return cannotComplete;
+    if (name == ax::focusedWindow) return elementOrAbsent(focus_.focusedWindow(bus));
+    if (name == ax::mainWindow) return elementOrAbsent(focus_.mainWindow(bus));
+    if (name == ax::focusedUIElement) return elementOrAbsent(focus_.focused(bus));
+    return reader_.attribute({bus, std::string(applicationRootPath)}, name);
+  }
+  return AccessibilityFailure::invalidElement;
+}
+
+AccessibilityAnswer AtspiAccessibility::parameterizedAttribute(
+    const AccessibilityElement& target, std::string_view name,
+    const AccessibilityValue& parameter) {
+  if (!isReady()) return cannotComplete;
+  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
+  const auto* range = std::get_if<TextRange>(&parameter);
+  if (object == nullptr || range == nullptr || name != ax::boundsForRange) {
+    return AccessibilityFailure::absent;
+  }
+  return reader_.bounds(*object, *range);
+}
+
+std::optional<std::vector<std::string>> AtspiAccessibility::attributeNames(
+    const AccessibilityElement& target) {
+  if (!isReady()) return std::nullopt;
+  const auto& thing = thingOf(target);
+  if (const auto* object = std::get_if<ObjectReference>(&thing)) return reader_.names(*object);
+  if (std::holds_alternative<System>(thing)) {
+    return std::vector{std::string(ax::focusedUIElement)};
+  }
+  return std::vector{std::string(ax::focusedWindow), std::string(ax::mainWindow),
+                     std::string(ax::focusedUIElement)};
+}
+
+std::optional<bool> AtspiAccessibility::isSettable(const AccessibilityElement& target,
+                                                   std::string_view name) {
+  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
+  if (object == nullptr || !isReady()) return std::nullopt;
+  return reader_.isSettable(*object, name);
+}
+
+bool AtspiAccessibility::setAttribute(const AccessibilityElement& target, std::string_view name,
+                                      const AccessibilityValue& value) {
+  if (!isReady()) return false;
+  const auto& thing = thingOf(target);
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    const bool asksForTree = name == ax::manualAccessibility || name == ax::enhancedUserInterface;
+    const bool* isWanted = std::get_if<bool>(&value);
+    return asksForTree && isWanted != nullptr && *isWanted && wake(application->processIdentifier);
+  }
+  const auto* object = std::get_if<ObjectReference>(&thing);
+  const auto* range = std::get_if<TextRange>(&value);
+  if (object == nullptr || range == nullptr || name != ax::selectedTextRange) return false;
+  return reader_.select(*object, *range);
+}
+
+// Browsers of the Chromium family build their trees when somebody first asks for the attributes of
+// a window; nothing here waits for them.
+bool AtspiAccessibility::wake(std::int32_t processIdentifier) {
+  wakeDesktop();
+  const auto buses = busesOf(processIdentifier);
+  for (const std::string& bus : buses) {
+    const ObjectReference root = {bus, std::string(applicationRootPath)};
+    bus_.askLater({{root, atspi::accessible, "GetChildren"}}, [this](const auto& replies) {
+      if (replies.empty()) return;
+      const auto windows = referencesIn(replies.front());
+      for (const ObjectReference& window : windows.value_or(std::vector<ObjectReference>())) {
+        objects_.learnLater(window, AtspiObjects::kind);
+      }
+    });
+  }
+  return !buses.empty();
+}
+
+// Programs that start from now on come to the bus by themselves.
+void AtspiAccessibility::wakeDesktop() {
+  if (wokenGeneration_ == bus_.generation()) return;
+  wokenGeneration_ = bus_.generation();
+  auto message =
+      QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus", atspi::properties, "Set");
+  message.setArguments(
+      {"org.a11y.Status", "IsEnabled", QVariant::fromValue(QDBusVariant(QVariant(true)))});
+  QDBusConnection::sessionBus().send(message);
+}
+
+std::optional<AccessibilityElement> AtspiAccessibility::elementAtPosition(
+    AccessibilityPoint position) {
+  const auto x = pixel(position.x);
+  const auto y = pixel(position.y);
+  if (!x || !y || !isReady()) return std::nullopt;
+  ObjectReference object = hitTest_.objectAt(*x, *y);
+  if (object.isNull()) return std::nullopt;
+  return elementOf(std::move(object));
+}
+
+std::optional<std::int32_t> AtspiAccessibility::processIdentifier(
+    const AccessibilityElement& target) {
+  const auto& thing = thingOf(target);
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    return application->processIdentifier;
+  }
+  const auto* object = std::get_if<ObjectReference>(&thing);
+  if (object == nullptr || !isReady()) return std::nullopt;
+  return applications_.processOf(object->bus);
+}
+
+}  // namespace quillo::linux_host
