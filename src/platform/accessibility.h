@@ -96,11 +96,13 @@ class AccessibilityAnswer {
   bool succeeded() const { return content_.index() == 1; }
   // Null when it succeeded.
   const AccessibilityFailure* failure() const { return std::get_if<0>(&content_); }
+  // Null when it failed.
+  const AccessibilityValue* value() const { return std::get_if<1>(&content_); }
   // Null when it failed or holds another type.
   template <class T>
   const T* as() const {
-    const auto* value = std::get_if<1>(&content_);
-    return value ? std::get_if<T>(value) : nullptr;
+    const AccessibilityValue* any = value();
+    return any ? std::get_if<T>(any) : nullptr;
   }
 
  private:

@@ -24,6 +24,8 @@ LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bund
       // The display that this desktop stands on can post keys and see them.
       permissions_(audioDevices_,
                    {.canPostKeys = [] { return true; }, .canSeeKeys = [] { return true; }}),
+      desktopWindows_(ground.mainThread),
+      accessibility_(ground.mainThread, log, desktopWindows_),
       application_(bundle, ground.mainThread),
       panels_(views),
       statusItem_(views),

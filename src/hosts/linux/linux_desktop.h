@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/log.h"
+#include "hosts/linux/atspi/atspi_accessibility.h"
 #include "hosts/linux/curl/curl_url_sessions.h"
 #include "hosts/linux/linux_ground.h"
 #include "hosts/linux/posix/json_user_defaults.h"
@@ -21,6 +22,7 @@
 #include "hosts/linux/session/linux_permissions.h"
 #include "hosts/linux/session/secret_service_keychain.h"
 #include "hosts/linux/x11/x11_desktop.h"
+#include "hosts/linux/x11_desktop_windows.h"
 
 namespace quillo::linux_host {
 
@@ -56,6 +58,7 @@ class LinuxDesktop {
   KeyPoster& keyPoster() { return x11_->keyPoster(); }
   KeyboardState& keyboardState() { return x11_->keyboardState(); }
   Pasteboard& pasteboard() { return x11_->pasteboard(); }
+  AtspiAccessibility& accessibility() { return accessibility_; }
   QtApplication& application() { return application_; }
   Screens& screens() { return screens_; }
   Panels& panels() { return panels_; }
@@ -76,6 +79,8 @@ class LinuxDesktop {
   LinuxAudioSystem audioSystem_;
   PulseSounds sounds_;
   LinuxPermissions permissions_;
+  X11DesktopWindows desktopWindows_;
+  AtspiAccessibility accessibility_;
   QtApplication application_;
   QtScreens screens_;
   QtPanels panels_;

@@ -3,8 +3,18 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <cmath>
+#include <unordered_map>
+#include <vector>
 
+#include "hosts/linux/atspi/atspi_applications.h"
+#include "hosts/linux/atspi/atspi_bus.h"
 #include "hosts/linux/atspi/atspi_element.h"
+#include "hosts/linux/atspi/atspi_events.h"
+#include "hosts/linux/atspi/atspi_focus.h"
+#include "hosts/linux/atspi/atspi_hit_test.h"
+#include "hosts/linux/atspi/atspi_objects.h"
+#include "hosts/linux/atspi/atspi_text.h"
+#include "hosts/linux/atspi/ax_reader.h"
 
 namespace quillo::linux_host {
 namespace {
@@ -37,20 +47,55 @@ AccessibilityElement elementOf(ObjectReference object) {
   return element(std::move(object));
 }
 
-AtspiAccessibility::AtspiAccessibility(MainThread& mainThread, Log& log, DesktopWindows& windows)
+class AtspiAccessibility::Parts {
+ public:
+  Parts(MainThread& mainThread, Log& log, DesktopWindows& windows);
+
+  bool isReady();
+  void forgetEverything();
+  void setTimeout(std::int32_t processIdentifier, Duration timeout) {
+    timeouts_[processIdentifier] = timeout;
+  }
+  AccessibilityAnswer focusedElement();
+  AccessibilityAnswer applicationAttribute(std::int32_t processIdentifier, std::string_view name);
+  bool wake(std::int32_t processIdentifier);
+  std::optional<std::int32_t> processOf(const std::string& bus) {
+    return applications_.processOf(bus);
+  }
+
+  AtspiBus& bus() { return bus_; }
+  AXReader& reader() { return reader_; }
+  AtspiHitTest& hitTest() { return hitTest_; }
+
+ private:
+  std::vector<std::string> busesOf(std::int32_t processIdentifier);
+  void wakeDesktop();
+  void focusChanged(const ObjectReference& object, bool isFocused);
+  void applicationGone(const std::string& bus);
+
+  MainThread& mainThread_;
+  DesktopWindows& windows_;
+  AtspiBus bus_;
+  AtspiEvents events_;
+  AtspiObjects objects_;
+  AtspiApplications applications_;
+  AtspiFocus focus_;
+  AtspiText text_;
+  AXReader reader_;
+  AtspiHitTest hitTest_;
+  std::unordered_map<std::int32_t, Duration> timeouts_;
+  std::uint64_t generation_ = 0;
+  std::uint64_t wokenGeneration_ = 0;
+};
+
+AtspiAccessibility::Parts::Parts(MainThread& mainThread, Log& log, DesktopWindows& windows)
     : mainThread_(mainThread),
       windows_(windows),
       bus_(mainThread, log),
       events_(bus_, {.focusChanged = [this](const auto& object,
                                             bool isFocused) { focusChanged(object, isFocused); },
                      .objectChanged = [this](const auto& object) { objects_.forget(object); },
-                     .applicationGone =
-                         [this](const std::string& bus) {
-                           objects_.forgetApplication(bus);
-                           applications_.forget(bus);
-                           focus_.forget(bus);
-                           bus_.forget(bus);
-                         }}),
+                     .applicationGone = [this](const std::string& bus) { applicationGone(bus); }}),
       objects_(
           mainThread, bus_, events_,
           [this] { return mainThread_.now() + (Duration::zero() - windows_.sinceLastInput()); }),
@@ -61,7 +106,7 @@ AtspiAccessibility::AtspiAccessibility(MainThread& mainThread, Log& log, Desktop
       hitTest_(bus_, objects_, applications_, focus_, windows) {}
 
 // What was learned on an earlier bus is void.
-bool AtspiAccessibility::isReady() {
+bool AtspiAccessibility::Parts::isReady() {
   if (!bus_.isReachable()) return false;
   if (generation_ != bus_.generation()) {
     generation_ = bus_.generation();
@@ -71,13 +116,13 @@ bool AtspiAccessibility::isReady() {
   return true;
 }
 
-void AtspiAccessibility::forgetEverything() {
+void AtspiAccessibility::Parts::forgetEverything() {
   objects_.forgetEverything();
   applications_.forgetEverything();
   focus_.forgetEverything();
 }
 
-void AtspiAccessibility::focusChanged(const ObjectReference& object, bool isFocused) {
+void AtspiAccessibility::Parts::focusChanged(const ObjectReference& object, bool isFocused) {
   focus_.changed(object, isFocused);
   if (!isFocused) return;
   // Whoever looks next will ask for this; it is there by then, and nobody waits for it.
@@ -85,23 +130,14 @@ void AtspiAccessibility::focusChanged(const ObjectReference& object, bool isFocu
   objects_.learnLater(object, usual, usualAncestors);
 }
 
-AccessibilityElement AtspiAccessibility::systemWideElement() {
-  return element(System{});
+void AtspiAccessibility::Parts::applicationGone(const std::string& bus) {
+  objects_.forgetApplication(bus);
+  applications_.forget(bus);
+  focus_.forget(bus);
+  bus_.forget(bus);
 }
 
-AccessibilityElement AtspiAccessibility::applicationElement(std::int32_t processIdentifier) {
-  return element(Application{processIdentifier});
-}
-
-void AtspiAccessibility::setMessagingTimeout(const AccessibilityElement& target, Duration timeout) {
-  const auto& thing = thingOf(target);
-  if (std::holds_alternative<System>(thing)) bus_.setFallbackTimeout(timeout);
-  if (const auto* application = std::get_if<Application>(&thing)) {
-    timeouts_[application->processIdentifier] = timeout;
-  }
-}
-
-std::vector<std::string> AtspiAccessibility::busesOf(std::int32_t processIdentifier) {
+std::vector<std::string> AtspiAccessibility::Parts::busesOf(std::int32_t processIdentifier) {
   auto buses = applications_.ofProcess(processIdentifier);
   const auto timeout = timeouts_.find(processIdentifier);
   if (timeout == timeouts_.end()) return buses;
@@ -109,20 +145,7 @@ std::vector<std::string> AtspiAccessibility::busesOf(std::int32_t processIdentif
   return buses;
 }
 
-AccessibilityAnswer AtspiAccessibility::attribute(const AccessibilityElement& target,
-                                                  std::string_view name) {
-  if (!isReady()) return cannotComplete;
-  const auto& thing = thingOf(target);
-  if (const auto* object = std::get_if<ObjectReference>(&thing)) {
-    return reader_.attribute(*object, name);
-  }
-  if (const auto* application = std::get_if<Application>(&thing)) {
-    return applicationAttribute(application->processIdentifier, name);
-  }
-  return name == ax::focusedUIElement ? focusedElement() : AccessibilityFailure::absent;
-}
-
-AccessibilityAnswer AtspiAccessibility::focusedElement() {
+AccessibilityAnswer AtspiAccessibility::Parts::focusedElement() {
   const auto front = windows_.front();
   if (!front) return AccessibilityFailure::absent;
   AccessibilityAnswer answer = AccessibilityFailure::absent;
@@ -135,8 +158,8 @@ AccessibilityAnswer AtspiAccessibility::focusedElement() {
   return answer;
 }
 
-AccessibilityAnswer AtspiAccessibility::applicationAttribute(std::int32_t processIdentifier,
-                                                             std::string_view name) {
+AccessibilityAnswer AtspiAccessibility::Parts::applicationAttribute(std::int32_t processIdentifier,
+                                                                    std::string_view name) {
   for (const std::string& bus : busesOf(processIdentifier)) {
     if (!bus_.maySpeakTo(bus)) return cannotComplete;
     if (name == ax::focusedWindow) return elementOrAbsent(focus_.focusedWindow(bus));
@@ -147,55 +170,9 @@ AccessibilityAnswer AtspiAccessibility::applicationAttribute(std::int32_t proces
   return AccessibilityFailure::invalidElement;
 }
 
-AccessibilityAnswer AtspiAccessibility::parameterizedAttribute(
-    const AccessibilityElement& target, std::string_view name,
-    const AccessibilityValue& parameter) {
-  if (!isReady()) return cannotComplete;
-  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
-  const auto* range = std::get_if<TextRange>(&parameter);
-  if (object == nullptr || range == nullptr || name != ax::boundsForRange) {
-    return AccessibilityFailure::absent;
-  }
-  return reader_.bounds(*object, *range);
-}
-
-std::optional<std::vector<std::string>> AtspiAccessibility::attributeNames(
-    const AccessibilityElement& target) {
-  if (!isReady()) return std::nullopt;
-  const auto& thing = thingOf(target);
-  if (const auto* object = std::get_if<ObjectReference>(&thing)) return reader_.names(*object);
-  if (std::holds_alternative<System>(thing)) {
-    return std::vector{std::string(ax::focusedUIElement)};
-  }
-  return std::vector{std::string(ax::focusedWindow), std::string(ax::mainWindow),
-                     std::string(ax::focusedUIElement)};
-}
-
-std::optional<bool> AtspiAccessibility::isSettable(const AccessibilityElement& target,
-                                                   std::string_view name) {
-  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
-  if (object == nullptr || !isReady()) return std::nullopt;
-  return reader_.isSettable(*object, name);
-}
-
-bool AtspiAccessibility::setAttribute(const AccessibilityElement& target, std::string_view name,
-                                      const AccessibilityValue& value) {
-  if (!isReady()) return false;
-  const auto& thing = thingOf(target);
-  if (const auto* application = std::get_if<Application>(&thing)) {
-    const bool asksForTree = name == ax::manualAccessibility || name == ax::enhancedUserInterface;
-    const bool* isWanted = std::get_if<bool>(&value);
-    return asksForTree && isWanted != nullptr && *isWanted && wake(application->processIdentifier);
-  }
-  const auto* object = std::get_if<ObjectReference>(&thing);
-  const auto* range = std::get_if<TextRange>(&value);
-  if (object == nullptr || range == nullptr || name != ax::selectedTextRange) return false;
-  return reader_.select(*object, *range);
-}
-
 // Browsers of the Chromium family build their trees when somebody first asks for the attributes of
 // a window; nothing here waits for them.
-bool AtspiAccessibility::wake(std::int32_t processIdentifier) {
+bool AtspiAccessibility::Parts::wake(std::int32_t processIdentifier) {
   wakeDesktop();
   const auto buses = busesOf(processIdentifier);
   for (const std::string& bus : buses) {
@@ -212,7 +189,7 @@ bool AtspiAccessibility::wake(std::int32_t processIdentifier) {
 }
 
 // Programs that start from now on come to the bus by themselves.
-void AtspiAccessibility::wakeDesktop() {
+void AtspiAccessibility::Parts::wakeDesktop() {
   if (wokenGeneration_ == bus_.generation()) return;
   wokenGeneration_ = bus_.generation();
   auto message =
@@ -222,12 +199,106 @@ void AtspiAccessibility::wakeDesktop() {
   QDBusConnection::sessionBus().send(message);
 }
 
+AtspiAccessibility::AtspiAccessibility(MainThread& mainThread, Log& log, DesktopWindows& windows)
+    : parts_(std::make_unique<Parts>(mainThread, log, windows)) {}
+
+AtspiAccessibility::~AtspiAccessibility() = default;
+
+std::uint64_t AtspiAccessibility::callCount() const {
+  return parts_->bus().callCount();
+}
+
+std::uint64_t AtspiAccessibility::waitedCallCount() const {
+  return parts_->bus().waitedCallCount();
+}
+
+void AtspiAccessibility::forgetEverything() {
+  parts_->forgetEverything();
+}
+
+AccessibilityElement AtspiAccessibility::systemWideElement() {
+  return element(System{});
+}
+
+AccessibilityElement AtspiAccessibility::applicationElement(std::int32_t processIdentifier) {
+  return element(Application{processIdentifier});
+}
+
+void AtspiAccessibility::setMessagingTimeout(const AccessibilityElement& target, Duration timeout) {
+  const auto& thing = thingOf(target);
+  if (std::holds_alternative<System>(thing)) parts_->bus().setFallbackTimeout(timeout);
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    parts_->setTimeout(application->processIdentifier, timeout);
+  }
+}
+
+AccessibilityAnswer AtspiAccessibility::attribute(const AccessibilityElement& target,
+                                                  std::string_view name) {
+  if (!parts_->isReady()) return cannotComplete;
+  const auto& thing = thingOf(target);
+  if (const auto* object = std::get_if<ObjectReference>(&thing)) {
+    return parts_->reader().attribute(*object, name);
+  }
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    return parts_->applicationAttribute(application->processIdentifier, name);
+  }
+  return name == ax::focusedUIElement ? parts_->focusedElement() : AccessibilityFailure::absent;
+}
+
+AccessibilityAnswer AtspiAccessibility::parameterizedAttribute(
+    const AccessibilityElement& target, std::string_view name,
+    const AccessibilityValue& parameter) {
+  if (!parts_->isReady()) return cannotComplete;
+  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
+  const auto* range = std::get_if<TextRange>(&parameter);
+  if (object == nullptr || range == nullptr || name != ax::boundsForRange) {
+    return AccessibilityFailure::absent;
+  }
+  return parts_->reader().bounds(*object, *range);
+}
+
+std::optional<std::vector<std::string>> AtspiAccessibility::attributeNames(
+    const AccessibilityElement& target) {
+  if (!parts_->isReady()) return std::nullopt;
+  const auto& thing = thingOf(target);
+  if (const auto* object = std::get_if<ObjectReference>(&thing))
+    return parts_->reader().names(*object);
+  if (std::holds_alternative<System>(thing)) {
+    return std::vector{std::string(ax::focusedUIElement)};
+  }
+  return std::vector{std::string(ax::focusedWindow), std::string(ax::mainWindow),
+                     std::string(ax::focusedUIElement)};
+}
+
+std::optional<bool> AtspiAccessibility::isSettable(const AccessibilityElement& target,
+                                                   std::string_view name) {
+  const auto* object = std::get_if<ObjectReference>(&thingOf(target));
+  if (object == nullptr || !parts_->isReady()) return std::nullopt;
+  return parts_->reader().isSettable(*object, name);
+}
+
+bool AtspiAccessibility::setAttribute(const AccessibilityElement& target, std::string_view name,
+                                      const AccessibilityValue& value) {
+  if (!parts_->isReady()) return false;
+  const auto& thing = thingOf(target);
+  if (const auto* application = std::get_if<Application>(&thing)) {
+    const bool asksForTree = name == ax::manualAccessibility || name == ax::enhancedUserInterface;
+    const bool* isWanted = std::get_if<bool>(&value);
+    return asksForTree && isWanted != nullptr && *isWanted &&
+           parts_->wake(application->processIdentifier);
+  }
+  const auto* object = std::get_if<ObjectReference>(&thing);
+  const auto* range = std::get_if<TextRange>(&value);
+  if (object == nullptr || range == nullptr || name != ax::selectedTextRange) return false;
+  return parts_->reader().select(*object, *range);
+}
+
 std::optional<AccessibilityElement> AtspiAccessibility::elementAtPosition(
     AccessibilityPoint position) {
   const auto x = pixel(position.x);
   const auto y = pixel(position.y);
-  if (!x || !y || !isReady()) return std::nullopt;
-  ObjectReference object = hitTest_.objectAt(*x, *y);
+  if (!x || !y || !parts_->isReady()) return std::nullopt;
+  ObjectReference object = parts_->hitTest().objectAt(*x, *y);
   if (object.isNull()) return std::nullopt;
   return elementOf(std::move(object));
 }
@@ -239,8 +310,8 @@ std::optional<std::int32_t> AtspiAccessibility::processIdentifier(
     return application->processIdentifier;
   }
   const auto* object = std::get_if<ObjectReference>(&thing);
-  if (object == nullptr || !isReady()) return std::nullopt;
-  return applications_.processOf(object->bus);
+  if (object == nullptr || !parts_->isReady()) return std::nullopt;
+  return parts_->processOf(object->bus);
 }
 
 }  // namespace quillo::linux_host

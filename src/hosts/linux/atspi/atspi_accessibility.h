@@ -2,21 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "base/log.h"
 #include "base/main_thread.h"
-#include "hosts/linux/atspi/atspi_applications.h"
-#include "hosts/linux/atspi/atspi_bus.h"
-#include "hosts/linux/atspi/atspi_events.h"
-#include "hosts/linux/atspi/atspi_focus.h"
-#include "hosts/linux/atspi/atspi_hit_test.h"
-#include "hosts/linux/atspi/atspi_objects.h"
-#include "hosts/linux/atspi/atspi_text.h"
-#include "hosts/linux/atspi/ax_reader.h"
 #include "hosts/linux/atspi/front_window.h"
 #include "platform/accessibility.h"
 
@@ -29,6 +21,7 @@ class AtspiAccessibility final : public Accessibility {
  public:
   // The references outlive this.
   AtspiAccessibility(MainThread& mainThread, Log& log, DesktopWindows& windows);
+  ~AtspiAccessibility() override;
 
   AccessibilityElement systemWideElement() override;
   AccessibilityElement applicationElement(std::int32_t processIdentifier) override;
@@ -48,33 +41,14 @@ class AtspiAccessibility final : public Accessibility {
   std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) override;
 
   // How many calls went to other processes so far, waited for or not; and the waited for alone.
-  std::uint64_t callCount() const { return bus_.callCount(); }
-  std::uint64_t waitedCallCount() const { return bus_.waitedCallCount(); }
+  std::uint64_t callCount() const;
+  std::uint64_t waitedCallCount() const;
   // What was learned is asked for again.
   void forgetEverything();
 
  private:
-  bool isReady();
-  std::vector<std::string> busesOf(std::int32_t processIdentifier);
-  AccessibilityAnswer focusedElement();
-  AccessibilityAnswer applicationAttribute(std::int32_t processIdentifier, std::string_view name);
-  bool wake(std::int32_t processIdentifier);
-  void wakeDesktop();
-  void focusChanged(const ObjectReference& object, bool isFocused);
-
-  MainThread& mainThread_;
-  DesktopWindows& windows_;
-  AtspiBus bus_;
-  AtspiEvents events_;
-  AtspiObjects objects_;
-  AtspiApplications applications_;
-  AtspiFocus focus_;
-  AtspiText text_;
-  AXReader reader_;
-  AtspiHitTest hitTest_;
-  std::unordered_map<std::int32_t, Duration> timeouts_;
-  std::uint64_t generation_ = 0;
-  std::uint64_t wokenGeneration_ = 0;
+  class Parts;
+  std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace quillo::linux_host

@@ -201,7 +201,8 @@ void AtspiObjects::learnedLater(const ObjectReference& object, unsigned facets, 
   if (found != entries_.end()) found->second.isBeingLearned = false;
   if (replies.empty() || !take(object, facets, replies) || ancestors == 0) return;
   const auto& learned = entries_[object].kind;
-  if (learned && !learned->parent.isNull()) learnLater(learned->parent, kind, ancestors - 1);
+  if (learned && learned->role != AtspiRole::application)
+    learnLater(learned->parent, kind, ancestors - 1);
 }
 
 bool AtspiObjects::take(const ObjectReference& object, unsigned facets,

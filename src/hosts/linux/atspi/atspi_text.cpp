@@ -90,19 +90,21 @@ std::optional<PixelRect> AtspiText::extents(const ObjectReference& object, std::
                                   {QVariant(begin), QVariant(end), QVariant(screenCoordinates)}}));
 }
 
-// Toolkits know no place of a caret behind the last character; it is at that character's right.
+// Toolkits often know no place of a caret; it is where the character beside it ends or begins.
 std::optional<PixelRect> AtspiText::bounds(const ObjectReference& object, TextRange range) {
   const auto piece = read(object);
   if (!piece) return std::nullopt;
   const FlatText flat(*piece);
   const auto place = flat.find(range);
   if (!place) return std::nullopt;
-  const OwnRange own = ownRange(*place);
-  auto rect = extents(place->piece->object, own.begin, own.end);
-  if (range.length > 0 || own.begin == 0 || (rect && !isNothing(*rect))) return rect;
-  rect = extents(place->piece->object, own.begin - 1, own.begin);
-  if (!rect || isNothing(*rect)) return rect;
-  return PixelRect{rect->x + rect->width, rect->y, 0, rect->height};
+  const ObjectReference& inner = place->piece->object;
+  const auto [begin, end] = ownRange(*place);
+  if (begin != end) return extents(inner, begin, end);
+  if (place->piece->text.empty()) return std::nullopt;
+  const bool isBehind = begin > 0;
+  const auto rect = isBehind ? extents(inner, begin - 1, begin) : extents(inner, 0, 1);
+  if (!rect || isNothing(*rect)) return std::nullopt;
+  return PixelRect{isBehind ? rect->x + rect->width : rect->x, rect->y, 0, rect->height};
 }
 
 bool AtspiText::select(const ObjectReference& object, TextRange range) {

@@ -18,12 +18,6 @@ AccessibilityAnswer textOrAbsent(std::string_view text) {
   return AccessibilityValue(std::string(text));
 }
 
-template <class T>
-AccessibilityAnswer valueOrAbsent(std::optional<T> value) {
-  if (!value) return absent;
-  return AccessibilityValue(std::move(*value));
-}
-
 // GTK 4 calls what has no name by its class.
 bool isNameOfClass(std::string_view name, Toolkit toolkit) {
   return toolkit == Toolkit::gtk4 &&
@@ -76,6 +70,11 @@ AccessibilityAnswer AXReader::attribute(const ObjectReference& object, std::stri
   // Most that is asked for comes with the kind.
   if (objects_.kindOf(object) == nullptr) return failure(object);
   return (this->*row->read)(object);
+}
+
+// Text that could not be read may be none, or too much, or of an application that hangs.
+AccessibilityFailure AXReader::failureOfText(const ObjectReference& object) {
+  return bus_.maySpeakTo(object.bus) ? absent : AccessibilityFailure::cannotComplete;
 }
 
 std::optional<std::vector<std::string>> AXReader::names(const ObjectReference& object) {
@@ -218,7 +217,10 @@ AccessibilityAnswer AXReader::size(const ObjectReference& object) {
 }
 
 AccessibilityAnswer AXReader::parent(const ObjectReference& object) {
-  const ObjectReference above = objects_.kindOf(object)->parent;
+  const ObjectKind& kind = *objects_.kindOf(object);
+  // Above an application there is only the registry of all of them.
+  if (kind.role == AtspiRole::application) return absent;
+  const ObjectReference above = kind.parent;
   if (above.isNull() || above == object) return absent;
   return AccessibilityValue(elementOf(above));
 }
@@ -282,29 +284,29 @@ bool AXReader::isTextPlace(const ObjectReference& object) {
 
 AccessibilityAnswer AXReader::value(const ObjectReference& object) {
   if (isSecret(objects_.kindOf(object)->role)) return absent;
-  if (isTextPlace(object)) return valueOrAbsent(text_.whole(object));
+  if (isTextPlace(object)) return textual(object, text_.whole(object));
   const ObjectWords* words = objects_.wordsOf(object);
   if (words == nullptr) return failure(object);
   if (!words->hasValue) return textOrAbsent(words->name);
-  return valueOrAbsent(
-      numberPropertyIn(bus_.askOne(propertyOf(object, atspi::value, "CurrentValue"))));
+  return textual(object,
+                 numberPropertyIn(bus_.askOne(propertyOf(object, atspi::value, "CurrentValue"))));
 }
 
 AccessibilityAnswer AXReader::numberOfCharacters(const ObjectReference& object) {
   if (!isTextPlace(object)) return absent;
   const auto length = text_.length(object);
-  if (!length) return absent;
+  if (!length) return failureOfText(object);
   return AccessibilityValue(static_cast<double>(*length));
 }
 
 AccessibilityAnswer AXReader::selectedText(const ObjectReference& object) {
   if (!isTextPlace(object)) return absent;
-  return valueOrAbsent(text_.selectedText(object));
+  return textual(object, text_.selectedText(object));
 }
 
 AccessibilityAnswer AXReader::selectedTextRange(const ObjectReference& object) {
   if (!isTextPlace(object)) return absent;
-  return valueOrAbsent(text_.selection(object));
+  return textual(object, text_.selection(object));
 }
 
 AccessibilityAnswer AXReader::bounds(const ObjectReference& object, TextRange range) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hosts/linux/atspi/atspi_applications.h"
@@ -68,6 +69,13 @@ class AXReader {
 
   // Why an object cannot be asked.
   AccessibilityFailure failure(const ObjectReference& object);
+  AccessibilityFailure failureOfText(const ObjectReference& object);
+  // What was just asked for and is never kept, or why there is none.
+  template <class T>
+  Answer textual(const ObjectReference& object, std::optional<T> value) {
+    if (!value) return failureOfText(object);
+    return AccessibilityValue(std::move(*value));
+  }
   std::optional<std::string> attributeText(const ObjectReference& object, std::string_view name);
   std::optional<RoleEvidence> evidence(const ObjectReference& object);
   bool isTextPlace(const ObjectReference& object);

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "base/time.h"
-#include "hosts/linux/atspi/dbus_values.h"
 
 namespace quillo::linux_host {
 

@@ -35,12 +35,13 @@ class X11Windows {
   bool exists(xcb_window_t window);
   // The topmost window of the process.
   std::optional<xcb_window_t> windowOf(std::int32_t processIdentifier);
+  // 0 when nobody tells.
+  std::int32_t processOf(xcb_window_t window);
   void activate(xcb_window_t window);
 
  private:
   bool hasWindowManager();
   std::optional<xcb_window_t> focused();
-  std::int32_t processOf(xcb_window_t window);
   std::optional<std::string> windowClass(xcb_window_t window);
   void sendToRoot(xcb_window_t window, xcb_atom_t message, const std::uint32_t (&data)[5]);
 
