@@ -24,6 +24,8 @@ class AccessibilityHost : public ContractHost {
   virtual void hang() = 0;
   virtual void goOn() = 0;
   virtual void quit() = 0;
+  // Whether the program knows where on the screen a part of its text is.
+  virtual bool tellsBounds() const { return true; }
 };
 
 class AccessibilityContract : public PortContract<AccessibilityHost> {
@@ -93,9 +95,11 @@ TEST_P(AccessibilityContract, ASelectionIsARangeInUtf16Units) {
   const AccessibilityAnswer bounds =
       accessibility().parameterizedAttribute(field, ax::boundsForRange, TextRange{7, 3});
   const auto* rect = bounds.as<AccessibilityRect>();
-  ASSERT_TRUE(rect);
-  EXPECT_GT(rect->size.width, 0);
-  EXPECT_GE(rect->origin.y, value<AccessibilityPoint>(field, ax::position)->y);
+  ASSERT_EQ(rect != nullptr, host().tellsBounds());
+  if (rect) {
+    EXPECT_GT(rect->size.width, 0);
+    EXPECT_GE(rect->origin.y, value<AccessibilityPoint>(field, ax::position)->y);
+  }
 
   ASSERT_TRUE(select(field, {4, 2}));
   EXPECT_EQ(value<std::string>(field, ax::selectedText), "🎙");
@@ -132,7 +136,7 @@ TEST_P(AccessibilityContract, WhatIsNotThereIsToldFromWhatDoesNotAnswer) {
   const Duration timeout = std::chrono::milliseconds(350);
   accessibility().setMessagingTimeout(application(), timeout);
   const MonotonicTime begun = host().mainThread().now();
-  EXPECT_EQ(failureOf(application(), ax::focusedWindow), AccessibilityFailure::cannotComplete);
+  EXPECT_EQ(failureOf(field, ax::value), AccessibilityFailure::cannotComplete);
   for (int call = 0; call < 100; ++call) read(field, ax::role);
   EXPECT_LT(host().mainThread().now() - begun, timeout + std::chrono::milliseconds(50))
       << "one call ran out, and the others did not wait";

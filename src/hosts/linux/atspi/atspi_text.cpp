@@ -130,9 +130,11 @@ bool AtspiText::select(const ObjectReference& object, TextRange range) {
   return booleanIn(bus_.askOne(call)).value_or(false);
 }
 
-// GTK 4 selects but never says so; what it says is selected afterwards is its answer.
+// GTK 4 selects but never says so, and only where nothing is selected; what it says is selected
+// afterwards is its answer.
 bool AtspiText::addSelectionUnanswered(const ObjectReference& object, std::int32_t begin,
                                        std::int32_t end) {
+  bus_.tell({object, atspi::text, "RemoveSelection", {QVariant(0)}});
   bus_.tell({object, atspi::text, "AddSelection", {QVariant(begin), QVariant(end)}});
   const auto outline = outlineIn(bus_.ask(outlineCalls(object)));
   return outline && outline->selection == std::pair<std::int64_t, std::int64_t>{begin, end};

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """A form with the fields that people meet, in the toolkits that they are made with.
 
-  desktop_form.py gtk3|gtk4|qt5 [TEXT]
+  text_form.py gtk3|gtk4|qt5 [TEXT]
 
 The window is called "letter"; its text of several lines holds TEXT and the keyboard. A line of the
 standard input moves the keyboard: "text", "line", "search", "read-only", "password"; with more on
