@@ -44,9 +44,8 @@ const X11DesktopWindows::Sight& X11DesktopWindows::look() {
   const auto place =
       last != 0 ? owned(xcb_translate_coordinates_reply(connection, origin, nullptr)) : nullptr;
   if (place && active == last) {
-    seen.front = sight_.front;
-    seen.front->x = place->dst_x;
-    seen.front->y = place->dst_y;
+    // Numbers of windows are used again, by other programs too.
+    seen.front = DesktopWindow{last, windows_->processOf(last), place->dst_x, place->dst_y};
   } else if (const auto window = windows_->active()) {
     seen.front = describe(*window);
   }

@@ -2,6 +2,8 @@
 // that has none.
 #include <signal.h>
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -76,6 +78,41 @@ INSTANTIATE_TEST_SUITE_P(Gtk4, AccessibilityContract,
                          hostedBy<LinuxAccessibilityOf<Toolkit::gtk4>>());
 INSTANTIATE_TEST_SUITE_P(Qt6, AccessibilityContract,
                          hostedBy<LinuxAccessibilityOf<Toolkit::qt6>>());
+
+// --- A bus that goes ---
+
+class AccessibilityBusTest : public testing::Test {
+ protected:
+  // The process behind a name of the session bus.
+  static pid_t ownerOf(const char* name) {
+    auto* const bus = QDBusConnection::sessionBus().interface();
+    return static_cast<pid_t>(bus->servicePid(name).value());
+  }
+  bool seesText() {
+    const auto element = host_.accessibility()
+                             .attribute(host_.accessibility().systemWideElement(),
+                                        ax::focusedUIElement)
+                             .as<AccessibilityElement>();
+    return element != nullptr;
+  }
+
+  LinuxAccessibility host_{Toolkit::gtk3};
+};
+
+TEST_F(AccessibilityBusTest, IsMissedInOneLineAndFoundAgainWhenItIsBack) {
+  const auto isSeen = [this] { return seesText(); };
+  host_.launchEditor("words");
+  ASSERT_TRUE(host_.runUntil(isSeen, std::chrono::seconds(20)));
+  ASSERT_EQ(::kill(ownerOf("org.a11y.Bus"), SIGTERM), 0);
+  EXPECT_TRUE(host_.runUntil([this] { return !seesText(); }, std::chrono::seconds(20)));
+  // A program comes to the bus when it starts.
+  host_.quit();
+  host_.launchEditor("words");
+  EXPECT_TRUE(host_.runUntil(isSeen, std::chrono::seconds(20)));
+  EXPECT_THAT(host_.log().lines(),
+              testing::ElementsAre("[accessibility] the accessibility bus has gone",
+                                   "[accessibility] the accessibility bus is there again"));
+}
 
 }  // namespace
 }  // namespace quillo::contracts

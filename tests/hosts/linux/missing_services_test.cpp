@@ -2,11 +2,13 @@
 #include <gmock/gmock.h>
 
 #include "contracts/linux/linux_contract_host.h"
+#include "hosts/linux/atspi/atspi_accessibility.h"
 #include "hosts/linux/pulse/linux_audio_system.h"
 #include "hosts/linux/pulse/pulse_audio_devices.h"
 #include "hosts/linux/pulse/pulse_sounds.h"
 #include "hosts/linux/session/linux_permissions.h"
 #include "hosts/linux/session/secret_service_keychain.h"
+#include "hosts/linux/x11_desktop_windows.h"
 
 namespace quillo::linux_host {
 namespace {
@@ -34,6 +36,24 @@ TEST_F(MissingServices, AKeyringThatIsNotThereIsNotAnEmptyOne) {
   });
   EXPECT_LT(taken, Duration(std::chrono::seconds(3)));
   EXPECT_THAT(log_.lines(), testing::ElementsAre(testing::HasSubstr("[keychain] secret service")));
+}
+
+TEST_F(MissingServices, AnAccessibilityBusIsMissedInOneLine) {
+  X11DesktopWindows windows(host_.mainThread());
+  AtspiAccessibility accessibility(host_.mainThread(), log_, windows);
+  EXPECT_THAT(log_.lines(), testing::IsEmpty()) << "nothing is asked before the first question";
+  const Duration taken = timeOf([&] {
+    for (int time = 0; time < 100; ++time) {
+      const auto answer =
+          accessibility.attribute(accessibility.systemWideElement(), ax::focusedUIElement);
+      ASSERT_TRUE(answer.failure());
+      EXPECT_EQ(*answer.failure(), AccessibilityFailure::cannotComplete);
+      EXPECT_EQ(accessibility.elementAtPosition({10, 10}), std::nullopt);
+    }
+  });
+  EXPECT_LT(taken, Duration(std::chrono::seconds(1)));
+  EXPECT_THAT(log_.lines(),
+              testing::ElementsAre(testing::HasSubstr("[accessibility] no accessibility bus")));
 }
 
 TEST_F(MissingServices, WithoutASoundServerThereIsNothingToRecordFromOrToHear) {
