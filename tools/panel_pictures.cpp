@@ -1,5 +1,6 @@
-// quillo-panel-pictures FOLDER: shows each state of the panels on this display, in both colour
-// schemes, and writes a picture of each. The panels and their logic are the program's own.
+// quillo-panel-pictures FOLDER [GROUP]: shows each state of the panels on this display, in both
+// colour schemes, and writes a picture of each; or those of one group alone (status, toasts,
+// reviews, keyboard, alerts, form). The panels and their logic are the program's own.
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -9,6 +10,8 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/dictation_state.h"
@@ -18,10 +21,12 @@
 #include "hosts/linux/qt/qt_main_thread.h"
 #include "hosts/linux/qt/qt_panels.h"
 #include "hosts/linux/qt/qt_screens.h"
+#include "hosts/linux/qt/qt_windows.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "shell/review/review_panel.h"
 #include "shell/status/dictation_hud.h"
 #include "shell/toast/toast_panel.h"
+#include "simulation/world/sample_form.h"
 #include "views/quick_views.h"
 
 namespace quillo {
@@ -143,7 +148,8 @@ class Backdrop final : public QRasterWindow {
 
 class Pictures {
  public:
-  explicit Pictures(std::string folder) : folder_(std::move(folder)) {
+  Pictures(std::string folder, std::string only)
+      : folder_(std::move(folder)), only_(std::move(only)) {
     hud_.follow(
         dictation_,
         {.cancelProcessing = [] {}, .retryLastRecording = [] {}, .dismissLastFailure = [] {}});
@@ -161,11 +167,8 @@ class Pictures {
       application_.setAppearance(appearance);
       backdrop_.show(appearance);
       co_await sleepFor(300ms);
-      co_await playStatus();
-      co_await playToasts();
-      co_await playReviews();
-      co_await playKeyboard();
-      co_await playAlerts();
+      for (const auto& [group, play] : groups)
+        if (only_.empty() || only_ == group) co_await (this->*play)();
     }
     QApplication::quit();
   }
@@ -252,10 +255,7 @@ class Pictures {
     const auto reviewing = start(
         mainThread_, review_.present({"See you soon.", "English", "", "À bientôt.", "French"}));
     co_await sleepFor(500ms);
-    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-      QKeyEvent tab(type, Qt::Key_Tab, Qt::NoModifier);
-      QCoreApplication::sendEvent(QGuiApplication::focusWindow(), &tab);
-    }
+    press(Qt::Key_Tab);
     co_await sleepFor(200ms);
     take("review-keyboard");
     closeDialogs();
@@ -290,6 +290,59 @@ class Pictures {
     co_return;
   }
 
+  // --- Forms ---
+
+  Task<> playForm() {
+    appState_.dictionaryVocabulary = {"Quillo", "Murmex", "Þingvellir"};
+    appState_.dictionaryReplacements = DictionaryList::List{};
+    appState_.activationMode = "toggle";
+    sim::SampleForm sample(appState_);
+    const auto window =
+        windows_.make({"quillo-pictures", "Quillo", {880, 600}, {880, 640}}, sample.form());
+    window->makeKeyAndOrderFront();
+    sample.level() = 0.62f;
+    co_await sleepFor(600ms);
+    take("form-top");
+    press(Qt::Key_Tab);
+    press(Qt::Key_Space);
+    co_await sleepFor(300ms);
+    take("form-menu");
+    press(Qt::Key_Escape);
+    appState_.noiseReduction = false;
+    changeRow(sample, "name", "Ada Lovelace");
+    changeRow(sample, "email", "ada.example.org");
+    co_await sleepFor(100ms);
+    // On to the last row.
+    for (int i = 0; i < 13; ++i) press(Qt::Key_Tab);
+    co_await sleepFor(300ms);
+    take("form-bottom");
+    appState_.noiseReduction = true;
+
+    forms::Form sheet(
+        {.title = "Delete everything?",
+         .sections = {
+             {.rows = {{.id = "why",
+                        .kind = forms::Note{"All that is kept here goes, and cannot be "
+                                            "brought back."}}}},
+             {.rows = {{.id = "delete",
+                        .kind = forms::Button{"Delete", [] {}, forms::ButtonStyle::destructive}},
+                       {.id = "keep",
+                        .kind = forms::Button{"Keep", [] {}, forms::ButtonStyle::prominent}}}}}});
+    window->beginSheet(sheet);
+    co_await sleepFor(300ms);
+    take("form-sheet");
+    window->endSheet();
+  }
+  static void changeRow(sim::SampleForm& sample, const char* id, const char* text) {
+    controlWithId(sample.form(), id)->change(std::string(text));
+  }
+  static void press(Qt::Key key) {
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+      QKeyEvent event(type, key, Qt::NoModifier);
+      QCoreApplication::sendEvent(QGuiApplication::focusWindow(), &event);
+    }
+  }
+
   void closeDialogs() {
     for (QWindow* const window : QGuiApplication::topLevelWindows())
       if (window->isVisible() && window->type() == Qt::Dialog) window->close();
@@ -310,11 +363,18 @@ class Pictures {
     if (!picture.save(file)) std::fprintf(stderr, "%s cannot be written\n", qPrintable(file));
   }
 
+  using Play = Task<> (Pictures::*)();
+  static constexpr std::pair<std::string_view, Play> groups[] = {
+      {"status", &Pictures::playStatus},   {"toasts", &Pictures::playToasts},
+      {"reviews", &Pictures::playReviews}, {"keyboard", &Pictures::playKeyboard},
+      {"alerts", &Pictures::playAlerts},   {"form", &Pictures::playForm},
+  };
+
   std::string folder_;
+  std::string only_;
   const char* scheme_ = "";
   linux_host::ConsoleSystemLog systemLog_;
   linux_host::QtMainThread mainThread_{systemLog_};
-  linux_host::QtApplication application_{{}, mainThread_};
   views::QuickViews views_;
   linux_host::QtScreens screens_;
   linux_host::QtPanels panels_{views_};
@@ -323,6 +383,8 @@ class Pictures {
 
   // What is not seen.
   simulated::SimulatedDesktop desktop_;
+  linux_host::QtWindows windows_{views_, desktop_.userDefaults(), screens_};
+  linux_host::QtApplication application_{{}, mainThread_, &windows_};
   MacAppState appState_{mainThread_,       desktop_.userDefaults(), desktop_.clock(),
                         desktop_.random(), desktop_.machine(),      desktop_.loginItem(),
                         application_,      desktop_.log()};
@@ -337,9 +399,9 @@ class Pictures {
 
 int main(int count, char** arguments) {
   QApplication application(count, arguments);
-  if (count != 2) {
-    std::fprintf(stderr, "quillo-panel-pictures FOLDER\n");
+  if (count != 2 && count != 3) {
+    std::fprintf(stderr, "quillo-panel-pictures FOLDER [GROUP]\n");
     return 2;
   }
-  quillo::Pictures(arguments[1]).run();
+  quillo::Pictures(arguments[1], count == 3 ? arguments[2] : "").run();
 }

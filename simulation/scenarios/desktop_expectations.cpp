@@ -139,7 +139,13 @@ void dockIcon(Findings& findings, const Place& place) {
 }
 
 void windowsShown(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.desktop().application().windowsOrderedFront());
+  findings.same(place, findings.world.desktop().windows().visible().size());
+}
+
+void window(Findings& findings, const Place& place) {
+  for (const Place& text : place.elements())
+    if (!findings.world.desktop().windows().showing(text.text()))
+      findings.differ(text, "a window with " + encodeJson(text.json()), "none");
 }
 
 // --- Sound ---
@@ -218,6 +224,7 @@ constexpr Expectation expectations[] = {
     {"menuIcon", menuIcon},
     {"dockIcon", dockIcon},
     {"windowsShown", windowsShown},
+    {"window", window},
     {"microphoneOpen", microphoneOpen},
     {"microphones", microphones},
     {"recordsFrom", recordsFrom},

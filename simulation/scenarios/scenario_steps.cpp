@@ -173,7 +173,26 @@ void until(World& world, const Place& place) {
 // --- Panels, menu, questions ---
 
 void click(World& world, const Place& place) {
-  if (!world.click(place.text())) place.refuse("no panel shows \"" + place.text() + "\"");
+  if (!world.click(place.text())) place.refuse("no panel or window shows \"" + place.text() + "\"");
+  world.runFor({});
+}
+
+void change(World& world, const Place& place) {
+  for (const auto& [control, value] : place.members()) {
+    const auto now =
+        value.json().is_boolean() ? ControlValue(value.boolean()) : ControlValue(value.text());
+    if (!world.change(control, now)) value.refuse("no window takes this there");
+    world.runFor({});
+  }
+}
+
+void window(World& world, const Place& place) {
+  constexpr std::pair<std::string_view, bool> acts[] = {{"open", true}, {"close", false}};
+  if (place.choice(acts)) {
+    world.openWindow();
+  } else if (!world.closeWindow()) {
+    place.refuse("there is none to close");
+  }
   world.runFor({});
 }
 
@@ -285,12 +304,10 @@ void forward(World& world, const Place& place) {
   world.desktop().clock().set(world.desktop().clock().now() + place.duration());
 }
 
-// The user clicks the program's icon: with no window to be seen it is asked to show one.
+// The user clicks the program's icon.
 void reopen(World& world, const Place& place) {
-  place.allowOnly({"withWindow"});
-  const bool hasWindow = place.at("withWindow").boolean();
-  world.act("clicks the program's icon", {{"withWindow", hasWindow}});
-  world.desktop().application().setWindowsVisible(hasWindow);
+  if (!place.boolean()) place.refuse("only true makes sense here");
+  world.act("clicks the program's icon");
   world.desktop().application().reopen();
   world.runFor({});
 }
@@ -313,6 +330,8 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"wait", wait},
     {"until", until},
     {"click", click},
+    {"change", change},
+    {"window", window},
     {"pressInPanel", pressInPanel},
     {"choose", choose},
     {"focus", focus},

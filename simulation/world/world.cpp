@@ -28,6 +28,8 @@ World::World(std::uint64_t seed, PanelTexts panelTexts, MakeLayer makeLayer)
 
 World::~World() {
   subscriptions_.clear();
+  window_.reset();
+  form_.reset();
   program_.reset();
   textInPlace_.reset();
 }
@@ -80,11 +82,25 @@ void World::quitAndLaunchAgain() {
   desktop_.application().terminate();
   runFor({});
   subscriptions_.clear();
+  window_.reset();
+  form_.reset();
   program_.reset();
   textInPlace_.reset();
   desktop_.workspace().leaveFront(desktop_.workspace().self());
   act("launches Quillo");
   launch();
+}
+
+void World::openWindow() {
+  if (!window_) {
+    form_ = std::make_unique<SampleForm>(program_->appState());
+    window_ = desktop_.windows().make({.identifier = "quillo-main",
+                                       .title = "Quillo",
+                                       .minimumSize = {880, 600},
+                                       .idealSize = {1000, 700}},
+                                      form_->form());
+  }
+  window_->makeKeyAndOrderFront();
 }
 
 void World::observeProgram() {
@@ -228,18 +244,29 @@ void World::dismissBubble() {
 }
 
 bool World::offers(std::string_view control) {
-  for (simulated::VirtualPanel* panel : desktop_.panels().visible()) {
-    if (!panel->takesClicks()) continue;
-    for (const Control& each : panel->content().controls())
-      if (each.name == control) return true;
-  }
-  return false;
+  return desktop_.panels().offers(control) || desktop_.windows().offers(control);
 }
 
 bool World::click(const std::string& control) {
   if (!offers(control)) return false;
   act("clicks", {{"control", control}});
-  return desktop_.panels().click(control);
+  return desktop_.panels().click(control) || desktop_.windows().click(control);
+}
+
+bool World::change(const std::string& control, const ControlValue& value) {
+  if (!desktop_.windows().offers(control)) return false;
+  const bool* const isOn = std::get_if<bool>(&value);
+  act("changes",
+      {{"control", control}, {"value", isOn ? Json(*isOn) : Json(std::get<std::string>(value))}});
+  return desktop_.windows().change(control, value);
+}
+
+bool World::closeWindow() {
+  const auto visible = desktop_.windows().visible();
+  if (visible.empty()) return false;
+  act("closes the window");
+  visible.front()->close();
+  return true;
 }
 
 bool World::choose(const std::string& menuItem) {

@@ -13,6 +13,7 @@
 #include "shell/diagnostics/diagnostics_log.h"
 #include "simulation/world/hosted_service.h"
 #include "simulation/world/observed_ports.h"
+#include "simulation/world/sample_form.h"
 #include "simulation/world/spoken_words.h"
 #include "simulation/world/text_in_place.h"
 #include "simulation/world/trace.h"
@@ -65,6 +66,8 @@ class World {
   // Whatever was in front before the program comes back meanwhile.
   void quitAndLaunchAgain();
   TextInPlace& textInPlace() { return *textInPlace_; }
+  // A window of the program with a form in it, which the user may close and bring back.
+  void openWindow();
 
   // --- Applications. Names are unique. ---
 
@@ -95,6 +98,10 @@ class World {
   // Whether there was such a control to click, or such an item to choose.
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
+  // Whether a window offers such a control, with such a value.
+  bool change(const std::string& control, const ControlValue& value);
+  // Whether there was a window to close.
+  bool closeWindow();
 
   // Lives as long as the world.
   void keep(std::shared_ptr<void> thing) { kept_.push_back(std::move(thing)); }
@@ -158,6 +165,8 @@ class World {
   bool forgetsDismissals_ = false;
   std::unique_ptr<TextInPlace> textInPlace_;
   std::unique_ptr<quillo::Program> program_;
+  std::unique_ptr<SampleForm> form_;
+  std::unique_ptr<Window> window_;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -28,7 +28,9 @@ struct Palette {
   Color red;
   Color orange;
   Color green;
-  Color field;  // the ground of a text that is quoted
+  Color field;   // the ground of a text that is quoted, or typed
+  Color window;  // the ground of a window
+  Color card;    // the ground of a group of rows in it
 };
 
 // Text has a contrast of at least 4.5 to 1 with the material, symbols at least 3 to 1 (WCAG 2.1,
@@ -44,6 +46,8 @@ inline constexpr Palette lightPalette = {
     .orange = {176, 72, 0},
     .green = {22, 120, 52},
     .field = {20, 20, 24, 0.05},
+    .window = {240, 240, 243},
+    .card = {255, 255, 255},
 };
 inline constexpr Palette darkPalette = {
     .material = {38, 38, 42, 0.92},
@@ -56,6 +60,8 @@ inline constexpr Palette darkPalette = {
     .orange = {255, 166, 46},
     .green = {64, 214, 108},
     .field = {255, 255, 255, 0.07},
+    .window = {28, 28, 31},
+    .card = {42, 42, 47},
 };
 
 constexpr const Palette& paletteOf(ColorScheme scheme) {

@@ -27,11 +27,32 @@ QVariantMap ContentModel::controls() const {
   return controls;
 }
 
+QString ContentModel::titleOf(const QString& id) const {
+  const auto control = controlWithId(content_, id.toStdString());
+  return control ? QString::fromStdString(control->name) : QString();
+}
+
 void ContentModel::press(const QString& id) {
   later(*this, [this, id = id.toStdString()] {
     const auto control = controlWithId(content_, id);
-    if (control && control->press) control->press();
+    if (control && control->isEnabled && control->press) control->press();
   });
+}
+
+void ContentModel::change(const QString& id, const QVariant& value) {
+  const ControlValue now = value.typeId() == QMetaType::Bool
+                               ? ControlValue(value.toBool())
+                               : ControlValue(value.toString().toStdString());
+  later(*this, [this, id = id.toStdString(), now] { changeNow(id, now); });
+}
+
+void ContentModel::type(const QString& id, const QString& text) {
+  changeNow(id.toStdString(), text.toStdString());
+}
+
+void ContentModel::changeNow(const std::string& id, const ControlValue& value) {
+  const auto control = controlWithId(content_, id);
+  if (control && control->isEnabled && control->change) control->change(value);
 }
 
 }  // namespace quillo::views

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariantList>
 #include <QVariantMap>
+#include <string>
 
 #include "platform/content.h"
 
@@ -26,14 +27,21 @@ class ContentModel : public QObject {
 
   QVariantMap controls() const;
   QVariantList controlList() const;
+  // Empty for a control that is not there.
+  Q_INVOKABLE QString titleOf(const QString& id) const;
   // In a turn of its own, since it may take the view away. A control that has gone by then is not
   // pressed.
   Q_INVOKABLE void press(const QString& id);
+  Q_INVOKABLE void change(const QString& id, const QVariant& value);
+  // At once, for a field: the user goes on typing.
+  Q_INVOKABLE void type(const QString& id, const QString& text);
 
  Q_SIGNALS:
   void changed();
 
  private:
+  void changeNow(const std::string& id, const ControlValue& value);
+
   Content& content_;
 };
 

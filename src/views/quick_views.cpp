@@ -1,6 +1,8 @@
 #include "views/quick_views.h"
 
+#include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <algorithm>
@@ -9,7 +11,9 @@
 
 #include "views/alert_model.h"
 #include "views/bar_icon.h"
+#include "views/form_model.h"
 #include "views/quick_panel_view.h"
+#include "views/quick_window_view.h"
 #include "views/review_model.h"
 #include "views/status_model.h"
 #include "views/theme.h"
@@ -35,13 +39,30 @@ constexpr View views[] = {
     {MacDictationHUDView::name, "StatusPanel", modelOf<MacDictationHUDView, StatusModel>},
     {MacToastView::name, "ToastPanel", modelOf<MacToastView, ToastModel>},
     {MacReviewView::name, "ReviewPanel", modelOf<MacReviewView, ReviewModel>},
+    {forms::Form::name, "FormPanel", modelOf<forms::Form, FormModel>},
     {linux_host::AlertContent::name, "AlertPanel", modelOf<linux_host::AlertContent, AlertModel>},
 };
+
+QUrl sceneAddress(const char* scene) {
+  return QUrl(QStringLiteral("qrc:/Quillo/Views/qml/%1.qml").arg(QLatin1String(scene)));
+}
 
 const View& viewOf(const Content& content) {
   const auto* const view = std::ranges::find(views, content.viewName(), &View::name);
   if (view == std::end(views)) qFatal("there is no view of this name");
   return *view;
+}
+
+ShownScene makeScene(QQmlEngine& engine, Content& content) {
+  const View& view = viewOf(content);
+  ShownScene scene{view.makeModel(content), nullptr};
+  QQmlComponent component(&engine, sceneAddress(view.scene));
+  // The scenes are part of the program: one that cannot be made is a fault of the build.
+  if (!component.isReady())
+    qFatal("the scene %s cannot be made: %s", view.scene, qPrintable(component.errorString()));
+  scene.item.reset(qobject_cast<QQuickItem*>(
+      component.createWithInitialProperties({{"model", QVariant::fromValue(scene.model.get())}})));
+  return scene;
 }
 
 }  // namespace
@@ -67,6 +88,12 @@ std::unique_ptr<linux_host::PanelView> QuickViews::makePanelView(Content& conten
   if (!engine_) startEngine();
   const View& view = viewOf(content);
   return std::make_unique<QuickPanelView>(*engine_, view.scene, view.makeModel(content));
+}
+
+std::unique_ptr<linux_host::WindowView> QuickViews::makeWindowView() {
+  if (!engine_) startEngine();
+  return std::make_unique<QuickWindowView>(
+      *engine_, [this](Content& content) { return makeScene(*engine_, content); });
 }
 
 QIcon QuickViews::barIcon(const std::string& symbol) {

@@ -17,8 +17,9 @@ class QuickViews final : public linux_host::Views {
   QuickViews();
   ~QuickViews() override;
 
-  // For the contents of the shell (status, toast, review), and for the host's questions.
+  // For every content whose view is known by name (see the table in the source).
   std::unique_ptr<linux_host::PanelView> makePanelView(Content& content) override;
+  std::unique_ptr<linux_host::WindowView> makeWindowView() override;
   QIcon barIcon(const std::string& symbol) override;
 
  private:

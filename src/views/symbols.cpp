@@ -117,6 +117,11 @@ QPainterPath xmark() {
   return united(line({{5, 5}, {19, 19}}, 3), line({{19, 5}, {5, 19}}, 3));
 }
 
+QPainterPath upAndDown() {
+  return united(line({{6.5, 9}, {12, 3.5}, {17.5, 9}}, 2.4),
+                line({{6.5, 15}, {12, 20.5}, {17.5, 15}}, 2.4));
+}
+
 QPainterPath clockwiseArrow() {
   const QPointF tip(20.2, 9);
   QPainterPath turn;
@@ -180,6 +185,7 @@ constexpr Drawing drawings[] = {
     {"exclamationmark.triangle.fill", warningTriangle},
     {"checkmark", checkmark},
     {"xmark", xmark},
+    {"chevron.up.chevron.down", upAndDown},
     {"arrow.clockwise", clockwiseArrow},
     {"globe", globe},
     {"checkmark.shield", checkedShield},

@@ -31,6 +31,8 @@ class Theme final : public QObject {
   Q_PROPERTY(QColor orange READ orange NOTIFY changed)
   Q_PROPERTY(QColor green READ green NOTIFY changed)
   Q_PROPERTY(QColor field READ field NOTIFY changed)
+  Q_PROPERTY(QColor window READ window NOTIFY changed)
+  Q_PROPERTY(QColor card READ card NOTIFY changed)
   Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
 
  public:
@@ -51,6 +53,8 @@ class Theme final : public QObject {
   QColor orange() const { return toQt(palette().orange); }
   QColor green() const { return toQt(palette().green); }
   QColor field() const { return toQt(palette().field); }
+  QColor window() const { return toQt(palette().window); }
+  QColor card() const { return toQt(palette().card); }
   QString fontFamily() const { return fontFamily_; }
 
   bool eventFilter(QObject* object, QEvent* event) override;

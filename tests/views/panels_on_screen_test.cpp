@@ -107,9 +107,10 @@ class PanelsOnScreen : public testing::Test {
   views::QuickViews views_;
   linux_host::QtScreens screens_;
   linux_host::QtPanels panels_{views_};
-  linux_host::QtApplication application_{{}, host_.mainThread()};
 
   simulated::SimulatedDesktop unseen_;
+  linux_host::QtWindows windows_{views_, unseen_.userDefaults(), screens_};
+  linux_host::QtApplication application_{{}, host_.mainThread(), &windows_};
   MacAppState appState_{host_.mainThread(), unseen_.userDefaults(), unseen_.clock(),
                         unseen_.random(),   unseen_.machine(),      unseen_.loginItem(),
                         application_,       unseen_.log()};

@@ -26,7 +26,8 @@ LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bund
                    {.canPostKeys = [] { return true; }, .canSeeKeys = [] { return true; }}),
       desktopWindows_(ground.mainThread),
       accessibility_(ground.mainThread, log, desktopWindows_),
-      application_(bundle, ground.mainThread),
+      windows_(views, userDefaults_, screens_),
+      application_(bundle, ground.mainThread, &windows_),
       panels_(views),
       statusItem_(views),
       loginItem_(configFolder(ground) / "autostart", bundle.bundlePath) {}

@@ -17,6 +17,7 @@
 #include "hosts/linux/qt/qt_panels.h"
 #include "hosts/linux/qt/qt_screens.h"
 #include "hosts/linux/qt/qt_status_item.h"
+#include "hosts/linux/qt/qt_windows.h"
 #include "hosts/linux/session/autostart_login_item.h"
 #include "hosts/linux/session/linux_machine.h"
 #include "hosts/linux/session/linux_permissions.h"
@@ -62,6 +63,7 @@ class LinuxDesktop {
   QtApplication& application() { return application_; }
   Screens& screens() { return screens_; }
   Panels& panels() { return panels_; }
+  Windows& windows() { return windows_; }
   StatusItem& statusItem() { return statusItem_; }
   Alerts& alerts() { return alerts_; }
   LoginItem& loginItem() { return loginItem_; }
@@ -81,8 +83,9 @@ class LinuxDesktop {
   LinuxPermissions permissions_;
   X11DesktopWindows desktopWindows_;
   AtspiAccessibility accessibility_;
-  QtApplication application_;
   QtScreens screens_;
+  QtWindows windows_;
+  QtApplication application_;
   QtPanels panels_;
   QtStatusItem statusItem_;
   QtAlerts alerts_{panels_, screens_};

@@ -26,6 +26,8 @@ KeyRoute SimulatedDesktop::route(std::string_view name) {
 
 // The program under test is one of those that can come to the front.
 void SimulatedDesktop::connectApplication() {
+  application_.setWindows({.hasVisible = [this] { return windows_.hasVisible(); },
+                           .orderFront = [this] { windows_.orderFront(); }});
   application_.setActivate([this] { workspace_.activate(workspace_.self().identity()); });
   ownActivation_ = workspace_.observeActivation([this](const RunningApplication& activated) {
     if (activated == workspace_.self().identity()) application_.becomeActive();

@@ -43,6 +43,7 @@
 #include "hosts/simulated/screen/virtual_panels.h"
 #include "hosts/simulated/screen/virtual_screens.h"
 #include "hosts/simulated/screen/virtual_status_item.h"
+#include "hosts/simulated/screen/virtual_windows.h"
 #include "hosts/simulated/sound/recorded_sounds.h"
 #include "hosts/simulated/sound/simulated_audio_devices.h"
 #include "hosts/simulated/sound/simulated_audio_system.h"
@@ -97,6 +98,7 @@ class SimulatedDesktop {
   RecordedApplication& application() { return application_; }
   VirtualScreens& screens() { return screens_; }
   VirtualPanels& panels() { return panels_; }
+  VirtualWindows& windows() { return windows_; }
   VirtualStatusItem& statusItem() { return statusItem_; }
   ScriptedAlerts& alerts() { return alerts_; }
   RecordedSounds& sounds() { return sounds_; }
@@ -177,7 +179,9 @@ class SimulatedDesktop {
   SimulatedWorkspace workspace_;
   SimulatedAccessibility accessibility_{timeline_, workspace_, permissions_};
   VirtualScreens screens_;
-  VirtualPanels panels_{mainThread_, workspace_};
+  KeyWindows keyWindows_{workspace_};
+  VirtualPanels panels_{mainThread_, keyWindows_};
+  VirtualWindows windows_{mainThread_, workspace_, keyWindows_, userDefaults_, screens_};
   VirtualStatusItem statusItem_;
   RegisteredHotKeys hotKeys_;
   SwallowingEventTaps eventTaps_;

@@ -7,10 +7,13 @@ Item {
 
     required property string title
     property string symbol: ""
+    property string help: ""
     property bool prominent: false
+    property bool destructive: false
     property real textSize: 13
     property real padding: 14
-    readonly property color titleColor: prominent ? Theme.onAccent : Theme.primary
+    readonly property color titleColor: prominent ? Theme.onAccent
+                                     : destructive ? Theme.red : Theme.primary
     signal clicked
 
     implicitWidth: label.implicitWidth + (symbol === "" ? 0 : icon.width + 5) + 2 * padding
@@ -19,19 +22,13 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: title
+    Accessible.description: help
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: button.clicked()
     Keys.onSpacePressed: button.clicked()
 
-    Rectangle {
-        id: focusRing
-        anchors { fill: parent; margins: -3 }
-        visible: button.activeFocus
-        radius: ground.radius + 3
-        color: "transparent"
-        border { width: 2; color: Theme.accent }
-    }
+    FocusRing { around: ground.radius }
     Rectangle {
         id: ground
         anchors.fill: parent

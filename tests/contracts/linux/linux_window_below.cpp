@@ -85,6 +85,11 @@ void WindowBelow::setFullScreen() {
                     connection_->atom("_NET_WM_STATE_FULLSCREEN"));
 }
 
+void WindowBelow::comeToFront() {
+  constexpr std::uint32_t asPager = 2;
+  tellWindowManager(*connection_, window_, "_NET_ACTIVE_WINDOW", asPager);
+}
+
 void WindowBelow::switchToWorkspace(std::uint32_t number) {
   tellWindowManager(*connection_, connection_->root(), "_NET_CURRENT_DESKTOP", number);
 }

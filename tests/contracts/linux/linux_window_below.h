@@ -30,6 +30,8 @@ class WindowBelow {
   // In pixels from the top left of the desktop. Returns when it lies there.
   void moveTo(const QRect& place);
   void setFullScreen();
+  // The user switches to it.
+  void comeToFront();
   // The user goes to that workspace of the desktop.
   void switchToWorkspace(std::uint32_t number);
   linux_host::X11Connection& connection() { return *connection_; }

@@ -1,7 +1,5 @@
 // The real desktop under the suite of panels and screens, and what it promises beyond.
-#include <QMouseEvent>
-#include <QRasterWindow>
-
+#include "contracts/linux/linux_plain_views.h"
 #include "contracts/linux/linux_window_below.h"
 #include "contracts/linux/linux_x11_host.h"
 #include "contracts/suites/panels_contract.h"
@@ -12,59 +10,6 @@ namespace quillo::contracts {
 namespace {
 
 using linux_host::Ground;
-
-// A view that is all one control.
-class PlainView final : public linux_host::PanelView {
- public:
-  PlainView(Content& content, Ground& lastGround) : window_(content), lastGround_(lastGround) {}
-
-  QWindow& window() override { return window_; }
-  QSizeF fittingSize() override { return {120, 44}; }
-  QMargins margins() const override { return {margin_, margin_, margin_, margin_}; }
-  QRegion shape() const override {
-    return QRect(QPoint(), window_.size()).marginsRemoved(margins());
-  }
-  void setShapeChanged(std::function<void()> changed) override {
-    window_.resized = std::move(changed);
-  }
-  void setGround(Ground ground) override {
-    lastGround_ = ground;
-    margin_ = ground == Ground::translucent ? 24 : 0;
-  }
-  void takeFocus() override {}
-
- private:
-  class Window final : public QRasterWindow {
-   public:
-    explicit Window(Content& content) : content_(content) {}
-    std::function<void()> resized;
-
-   protected:
-    void mousePressEvent(QMouseEvent*) override {
-      QMetaObject::invokeMethod(this, content_.controls().front().press, Qt::QueuedConnection);
-    }
-    void resizeEvent(QResizeEvent*) override {
-      if (resized) resized();
-    }
-
-   private:
-    Content& content_;
-  };
-
-  Window window_;
-  Ground& lastGround_;
-  int margin_ = 0;
-};
-
-class PlainViews final : public linux_host::Views {
- public:
-  std::unique_ptr<linux_host::PanelView> makePanelView(Content& content) override {
-    return std::make_unique<PlainView>(content, lastGround);
-  }
-  QIcon barIcon(const std::string&) override { return {}; }
-
-  Ground lastGround = Ground::translucent;
-};
 
 class LinuxPanelsHost final : public LinuxContractHost<PanelsHost> {
  public:

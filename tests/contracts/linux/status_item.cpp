@@ -147,6 +147,7 @@ std::string titleOfToolTip(const QDBusArgument& toolTip) {
 class OneIcon final : public linux_host::Views {
  public:
   std::unique_ptr<linux_host::PanelView> makePanelView(Content&) override { return nullptr; }
+  std::unique_ptr<linux_host::WindowView> makeWindowView() override { return nullptr; }
   QIcon barIcon(const std::string&) override {
     QPixmap picture(22, 22);
     picture.fill(Qt::red);

@@ -8,33 +8,11 @@
 #include <vector>
 
 #include "contracts/support/contract_host.h"
+#include "contracts/support/test_content.h"
 #include "platform/panels.h"
 #include "platform/screens.h"
 
 namespace quillo::contracts {
-
-// One control that fills the panel, and one for each key.
-class TestContent final : public Content {
- public:
-  std::string_view viewName() const override { return "test"; }
-  std::vector<std::string> texts() const override { return {"Press"}; }
-  std::vector<Control> controls() const override {
-    const auto note = [this](const char* what) {
-      return [this, what] { pressed_->push_back(what); };
-    };
-    return {{.id = "button", .name = "Press", .press = note("button")},
-            {.id = "return", .press = note("return"), .key = KeyEquivalent::defaultAction},
-            {.id = "escape", .press = note("escape"), .key = KeyEquivalent::cancelAction}};
-  }
-  bool acceptsKeys() const override { return acceptsKeys_; }
-
-  void setAcceptsKeys(bool accepts) { acceptsKeys_ = accepts; }
-  const std::vector<std::string>& pressed() const { return *pressed_; }
-
- private:
-  bool acceptsKeys_ = true;
-  std::shared_ptr<std::vector<std::string>> pressed_ = std::make_shared<std::vector<std::string>>();
-};
 
 // The desktop has another program, which covers the screen and has the focus.
 class PanelsHost : public ContractHost {

@@ -6,7 +6,6 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QPalette>
-#include <QWindow>
 #include <array>
 #include <utility>
 
@@ -44,21 +43,10 @@ QPalette palette(Appearance appearance) {
   return colours;
 }
 
-// Panels, menus and questions are never the program's main window.
-bool canBecomeMain(const QWindow& window) {
-  return window.type() == Qt::Window;
-}
-
-template <class Visit>
-void visitMainWindows(Visit visit) {
-  for (QWindow* const window : QGuiApplication::topLevelWindows())
-    if (canBecomeMain(*window)) visit(*window);
-}
-
 }  // namespace
 
-QtApplication::QtApplication(BundleInformation bundle, MainThread& mainThread)
-    : bundle_(std::move(bundle)), mainThread_(mainThread) {
+QtApplication::QtApplication(BundleInformation bundle, MainThread& mainThread, QtWindows* windows)
+    : bundle_(std::move(bundle)), mainThread_(mainThread), windows_(windows) {
   QApplication::setQuitOnLastWindowClosed(false);
   QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &connections_,
                    [this](Qt::ApplicationState state) {
@@ -95,28 +83,9 @@ void QtApplication::followDesktop() {
   });
 }
 
-void QtApplication::activateIgnoringOtherApps() {
-  visitMainWindows([](QWindow& window) {
-    if (window.isVisible()) window.requestActivate();
-  });
-}
-
-bool QtApplication::hasVisibleWindows() const {
-  bool isAnyVisible = false;
-  visitMainWindows([&](QWindow& window) { isAnyVisible = isAnyVisible || window.isVisible(); });
-  return isAnyVisible;
-}
-
-void QtApplication::orderMainWindowsFront() {
-  visitMainWindows([](QWindow& window) {
-    window.show();
-    window.raise();
-    window.requestActivate();
-  });
-}
-
 void QtApplication::terminate() {
-  mainThread_.post([] { QCoreApplication::quit(); });
+  // Not quit(), which asks the windows first, and one with a sheet refuses to be closed.
+  mainThread_.post([] { QCoreApplication::exit(); });
 }
 
 void QtApplication::setEvents(Events events) {

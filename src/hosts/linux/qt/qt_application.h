@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include "base/main_thread.h"
+#include "hosts/linux/qt/qt_windows.h"
 #include "platform/application.h"
 
 namespace quillo::linux_host {
@@ -11,16 +12,21 @@ namespace quillo::linux_host {
 // Made after QApplication. The program lives on without windows.
 class QtApplication final : public Application {
  public:
-  QtApplication(BundleInformation bundle, MainThread& mainThread);
+  // Both outlive this. A program without windows of its own has none.
+  QtApplication(BundleInformation bundle, MainThread& mainThread, QtWindows* windows = nullptr);
 
   const BundleInformation& bundle() const override { return bundle_; }
   // Desktops here have no Dock: a window shows in the task bar under either policy.
   void setActivationPolicy(ActivationPolicy policy) override { (void)policy; }
   // The desktop's own appearance is asked for in a later turn, and takes effect when it answers.
   void setAppearance(Appearance appearance) override;
-  void activateIgnoringOtherApps() override;
-  bool hasVisibleWindows() const override;
-  void orderMainWindowsFront() override;
+  void activateIgnoringOtherApps() override {
+    if (windows_) windows_->activate();
+  }
+  bool hasVisibleWindows() const override { return windows_ && windows_->hasVisible(); }
+  void orderMainWindowsFront() override {
+    if (windows_) windows_->orderFront();
+  }
   void terminate() override;
   void setEvents(Events events) override;
 
@@ -32,6 +38,7 @@ class QtApplication final : public Application {
 
   const BundleInformation bundle_;
   MainThread& mainThread_;
+  QtWindows* windows_;
   Events events_;
   Appearance appearance_ = Appearance::system;
   QObject connections_;  // ends them

@@ -1,6 +1,6 @@
 #include "hosts/linux/qt/qt_panel.h"
 
-#include <QKeyEvent>
+#include <QEvent>
 #include <chrono>
 #include <utility>
 
@@ -26,6 +26,7 @@ QtPanel::QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, 
   window.setFlags(flagsOf(style_));
   setFrame({{}, description.contentSize});
   window.installEventFilter(&keys_);
+  window.installEventFilter(&closing_);
   view_->setShapeChanged([this] { applyShape(); });
   compositorChanges_ = compositor_.observe([this] { applyCompositing(); });
   fade_.setEndValue(0.0);
@@ -118,30 +119,9 @@ void QtPanel::applyShape() {
   if (compositor_.isCompositing()) blurBehind(window, shape);
 }
 
-bool QtPanel::Keys::eventFilter(QObject* window, QEvent* event) {
-  // There is no button for it, but window managers have a key, and the session has an end.
-  if (event->type() == QEvent::Close) press(window, KeyEquivalent::cancelAction);
-  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) return false;
-  if (!content_.acceptsKeys()) return true;
-  if (event->type() != QEvent::KeyPress) return false;
-  const auto* const key = static_cast<QKeyEvent*>(event);
-  KeyEquivalent equivalent = KeyEquivalent::none;
-  if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
-    equivalent = KeyEquivalent::defaultAction;
-  if (key->key() == Qt::Key_Escape) equivalent = KeyEquivalent::cancelAction;
-  if (equivalent == KeyEquivalent::none) return false;
-  // One that is held has been down since before the panel was there.
-  if (!key->isAutoRepeat()) press(window, equivalent);
-  return true;
-}
-
-void QtPanel::Keys::press(QObject* window, KeyEquivalent key) {
-  for (const Control& control : content_.controls()) {
-    if (control.key != key) continue;
-    // Later: it may take the window away that the key arrived at.
-    QMetaObject::invokeMethod(window, control.press, Qt::QueuedConnection);
-    return;
-  }
+bool QtPanel::Closing::eventFilter(QObject* window, QEvent* event) {
+  if (event->type() == QEvent::Close) keys_.press(*window, KeyEquivalent::cancelAction);
+  return false;
 }
 
 }  // namespace quillo::linux_host

@@ -7,10 +7,9 @@
 #include <memory>
 
 #include "hosts/linux/qt/compositor_watch.h"
+#include "hosts/linux/qt/content_keys.h"
 #include "hosts/linux/qt/views.h"
 #include "platform/panels.h"
-
-class QKeyEvent;
 
 namespace quillo::linux_host {
 
@@ -36,15 +35,14 @@ class QtPanel final : public Panel {
   void fadeOut(Duration duration, std::function<void()> faded) override;
 
  private:
-  // Keys of the panel's window, before the view sees them.
-  class Keys final : public QObject {
+  // There is no button for it, but window managers have a key, and the session has an end.
+  class Closing final : public QObject {
    public:
-    explicit Keys(Content& content) : content_(content) {}
+    explicit Closing(const ContentKeys& keys) : keys_(keys) {}
     bool eventFilter(QObject* window, QEvent* event) override;
 
    private:
-    void press(QObject* window, KeyEquivalent key);
-    Content& content_;
+    const ContentKeys& keys_;
   };
 
   void setFrame(const Rect& frame);
@@ -54,7 +52,8 @@ class QtPanel final : public Panel {
   CompositorWatch& compositor_;
   PanelStyle style_;
   MouseEvents mouseEvents_ = MouseEvents::accepted;
-  Keys keys_;
+  ContentKeys keys_;
+  Closing closing_{keys_};
   std::unique_ptr<PanelView> view_;
   QVariantAnimation fade_;
   QMetaObject::Connection faded_;

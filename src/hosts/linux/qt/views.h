@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/panels.h"
+#include "platform/content.h"
 
 namespace quillo::linux_host {
 
@@ -36,6 +36,18 @@ class PanelView {
   virtual void takeFocus() = 0;
 };
 
+// The window of one main window, and what is drawn in it. Main thread.
+class WindowView {
+ public:
+  virtual ~WindowView() = default;
+
+  virtual QWindow& window() = 0;
+  // In place of what was shown before. `content` outlives the view, or the next one.
+  virtual void setContent(Content& content) = 0;
+  // Above the content; null ends it.
+  virtual void setSheet(Content* sheet) = 0;
+};
+
 // Main thread. Costs nothing until the first view is made.
 class Views {
  public:
@@ -43,6 +55,7 @@ class Views {
   // `content` outlives the view. A view presses a control in a turn of its own, since that may
   // take the panel away.
   virtual std::unique_ptr<PanelView> makePanelView(Content& content) = 0;
+  virtual std::unique_ptr<WindowView> makeWindowView() = 0;
   // The symbol as a picture that stands out on light and dark bars.
   virtual QIcon barIcon(const std::string& symbol) = 0;
 };

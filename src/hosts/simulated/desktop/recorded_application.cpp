@@ -15,8 +15,7 @@ void RecordedApplication::activateIgnoringOtherApps() {
 }
 
 void RecordedApplication::orderMainWindowsFront() {
-  ++windowsOrderedFront_;
-  windowsAreVisible_ = true;
+  if (windows_.orderFront) windows_.orderFront();
 }
 
 void RecordedApplication::terminate() {

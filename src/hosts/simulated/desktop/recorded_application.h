@@ -14,7 +14,7 @@ class RecordedApplication final : public Application {
   void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
   void setAppearance(Appearance appearance) override { appearance_ = appearance; }
   void activateIgnoringOtherApps() override;
-  bool hasVisibleWindows() const override { return windowsAreVisible_; }
+  bool hasVisibleWindows() const override { return windows_.hasVisible && windows_.hasVisible(); }
   void orderMainWindowsFront() override;
   void terminate() override;
   void setEvents(Events events) override { events_ = std::move(events); }
@@ -22,17 +22,21 @@ class RecordedApplication final : public Application {
   // --- Driver ---
 
   BundleInformation& editBundle() { return bundle_; }
-  void setWindowsVisible(bool visible) { windowsAreVisible_ = visible; }
   // The desktop tells the program so, in a later turn.
   void becomeActive();
   void reopen();
+  // The windows that the application has.
+  struct WindowList {
+    std::function<bool()> hasVisible;
+    std::function<void()> orderFront;
+  };
+  void setWindows(WindowList windows) { windows_ = std::move(windows); }
   // What activateIgnoringOtherApps() does to the desktop.
   void setActivate(std::function<void()> activate) { activate_ = std::move(activate); }
 
   ActivationPolicy activationPolicy() const { return policy_; }
   Appearance appearance() const { return appearance_; }
   int activations() const { return activations_; }
-  int windowsOrderedFront() const { return windowsOrderedFront_; }
   bool isTerminated() const { return isTerminated_; }
 
  private:
@@ -43,12 +47,11 @@ class RecordedApplication final : public Application {
   BundleInformation bundle_;
   Events events_;
   std::function<void()> activate_;
+  WindowList windows_;
   ActivationPolicy policy_ = ActivationPolicy::regular;
   Appearance appearance_ = Appearance::system;
-  bool windowsAreVisible_ = false;
   bool isTerminated_ = false;
   int activations_ = 0;
-  int windowsOrderedFront_ = 0;
 };
 
 }  // namespace quillo::simulated

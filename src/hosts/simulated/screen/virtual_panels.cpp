@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "hosts/simulated/screen/content_user.h"
 
 namespace quillo::simulated {
 
@@ -23,9 +24,7 @@ void VirtualPanel::orderFrontRegardless() {
 
 void VirtualPanel::makeKeyAndOrderFront() {
   orderFrontRegardless();
-  if (style_ != PanelStyle::dialog) return;
-  panels_.key_ = this;
-  panels_.workspace_.focus(panels_.workspace_.self());
+  if (style_ == PanelStyle::dialog) panels_.keyWindows_.take(this);
 }
 
 void VirtualPanel::orderOut() {
@@ -56,7 +55,7 @@ void VirtualPanel::fadeOut(Duration duration, std::function<void()> faded) {
 }
 
 bool VirtualPanel::shows(std::string_view text) const {
-  return std::ranges::any_of(content_.texts(), [&](const auto& read) { return read == text; });
+  return canRead(content_, text);
 }
 
 std::unique_ptr<Panel> VirtualPanels::make(PanelDescription description, Content& content) {
@@ -71,9 +70,7 @@ void VirtualPanels::bringToFront(VirtualPanel& panel) {
 
 void VirtualPanels::takeAway(VirtualPanel& panel) {
   std::erase(visible_, &panel);
-  if (key_ != &panel) return;
-  key_ = nullptr;
-  workspace_.leaveFront(workspace_.self());
+  keyWindows_.leave(&panel);
 }
 
 VirtualPanel* VirtualPanels::showing(std::string_view text) const {
@@ -82,16 +79,16 @@ VirtualPanel* VirtualPanels::showing(std::string_view text) const {
   return found == visible_.end() ? nullptr : *found;
 }
 
+bool VirtualPanels::offers(std::string_view control) const {
+  return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
+    return panel->takesClicks() && offered(panel->content(), control);
+  });
+}
+
 bool VirtualPanels::click(std::string_view control) {
-  for (VirtualPanel* panel : visible_) {
-    if (!panel->takesClicks()) continue;
-    for (const Control& offered : panel->content().controls()) {
-      if (offered.name.empty() || offered.name != control) continue;
-      offered.press();
-      return true;
-    }
-  }
-  return false;
+  return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
+    return panel->takesClicks() && pressControl(panel->content(), control);
+  });
 }
 
 bool VirtualPanels::takesClickAt(Point point) const {
@@ -101,14 +98,9 @@ bool VirtualPanels::takesClickAt(Point point) const {
 }
 
 bool VirtualPanels::press(KeyEquivalent key) {
-  if (!key_ || workspace_.frontmost() != &workspace_.self()) return false;
-  if (!key_->content().acceptsKeys()) return false;
-  for (const Control& offered : key_->content().controls()) {
-    if (offered.key != key) continue;
-    offered.press();
-    return true;
-  }
-  return false;
+  return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
+    return keyWindows_.isKey(panel) && pressKey(panel->content(), key);
+  });
 }
 
 }  // namespace quillo::simulated

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/simulated/desktop/simulated_workspace.h"
+#include "hosts/simulated/screen/key_windows.h"
 #include "hosts/simulated/time/virtual_main_thread.h"
 #include "platform/panels.h"
 
@@ -52,8 +52,8 @@ class VirtualPanel final : public Panel {
 
 class VirtualPanels final : public Panels {
  public:
-  VirtualPanels(VirtualMainThread& mainThread, SimulatedWorkspace& workspace)
-      : mainThread_(mainThread), workspace_(workspace) {}
+  VirtualPanels(VirtualMainThread& mainThread, KeyWindows& keyWindows)
+      : mainThread_(mainThread), keyWindows_(keyWindows) {}
 
   std::unique_ptr<Panel> make(PanelDescription description, Content& content) override;
 
@@ -63,6 +63,7 @@ class VirtualPanels final : public Panels {
   const std::vector<VirtualPanel*>& visible() const { return visible_; }
   // The visible panel in which `text` can be read; null when there is none.
   VirtualPanel* showing(std::string_view text) const;
+  bool offers(std::string_view control) const;
   // Whether the control was there and the click reached it.
   bool click(std::string_view control);
   // Whether a panel took the click, and not what lies below.
@@ -78,9 +79,8 @@ class VirtualPanels final : public Panels {
   void takeAway(VirtualPanel& panel);
 
   VirtualMainThread& mainThread_;
-  SimulatedWorkspace& workspace_;
+  KeyWindows& keyWindows_;
   std::vector<VirtualPanel*> visible_;
-  VirtualPanel* key_ = nullptr;
   int made_ = 0;
 };
 
