@@ -34,6 +34,7 @@ HostPorts replacedPorts(const HostPorts& ports, const Replacements& replacements
       .eventMonitors = choose(replacements.eventMonitors, ports.eventMonitors),
       .hidKeyboards = choose(replacements.hidKeyboards, ports.hidKeyboards),
       .pasteboard = choose(replacements.pasteboard, ports.pasteboard),
+      .accessibility = ports.accessibility,
       .screens = ports.screens,
       .panels = ports.panels,
       .statusItem = ports.statusItem,

@@ -3,6 +3,7 @@
 
 #include "base/log.h"
 #include "base/main_thread.h"
+#include "platform/accessibility.h"
 #include "platform/application.h"
 #include "platform/audio.h"
 #include "platform/clock.h"
@@ -45,6 +46,7 @@ struct HostPorts {
   EventMonitors& eventMonitors;
   HIDKeyboards& hidKeyboards;
   Pasteboard& pasteboard;
+  Accessibility& accessibility;
   Screens& screens;
   Panels& panels;
   StatusItem& statusItem;
@@ -65,9 +67,10 @@ HostPorts portsOf(Desktop& desktop) {
           desktop.audioDevices(), desktop.audioSystem(),   desktop.workspace(),
           desktop.keyPoster(),    desktop.keyboardState(), desktop.hotKeys(),
           desktop.eventTaps(),    desktop.eventMonitors(), desktop.hidKeyboards(),
-          desktop.pasteboard(),   desktop.screens(),       desktop.panels(),
-          desktop.statusItem(),   desktop.application(),   desktop.alerts(),
-          desktop.sounds(),       desktop.opener(),        desktop.loginItem()};
+          desktop.pasteboard(),   desktop.accessibility(), desktop.screens(),
+          desktop.panels(),       desktop.statusItem(),    desktop.application(),
+          desktop.alerts(),       desktop.sounds(),        desktop.opener(),
+          desktop.loginItem()};
 }
 
 }  // namespace quillo

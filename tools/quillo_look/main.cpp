@@ -1,6 +1,6 @@
 // quillo-look [--once] [--json] [--private]: what the program sees of the field that has the
 // keyboard, each time that it changes.
-//   --once     one look, and the end
+//   --once     one look, as soon as something is focused, and the end
 //   --json     one object a line
 //   --private  lengths in place of texts, for a report to others
 #include <QApplication>
@@ -23,6 +23,7 @@ namespace {
 
 // As often as the badge looks.
 constexpr Duration interval = std::chrono::milliseconds(300);
+constexpr int mostAttempts = 8;
 
 class ErrorStreamLog final : public Log {
  public:
@@ -61,6 +62,11 @@ class LiveLook {
 
   void run() {
     const Look look = looker_.look();
+    // A program that was just woken up needs a moment to say what is focused.
+    if (options_.once && !look.hasFocus && ++attempts_ < mostAttempts) {
+      next_ = Timer(mainThread_, interval, [this] { run(); });
+      return;
+    }
     if (std::string seen = gist(look); seen != last_) {
       last_ = std::move(seen);
       const std::string text =
@@ -79,6 +85,7 @@ class LiveLook {
   MainThread& mainThread_;
   Looker& looker_;
   const Options options_;
+  int attempts_ = 0;
   std::string last_;
   Timer next_;
 };

@@ -112,8 +112,12 @@ TEST_P(AccessibilityContract, ASelectionIsARangeInUtf16Units) {
 TEST_P(AccessibilityContract, APasswordIsNeverRead) {
   const AccessibilityElement text = editor("words");
   host().typePassword("tr0ub4dor");
-  ASSERT_TRUE(host().runUntil([&] { return focused() && focused() != text; }));
-  const AccessibilityElement field = focused().value();
+  std::optional<AccessibilityElement> found;
+  ASSERT_TRUE(host().runUntil([&] {
+    found = focused();
+    return found && found != text;
+  }));
+  const AccessibilityElement& field = *found;
   EXPECT_EQ(value<std::string>(field, ax::role), "AXTextField");
   EXPECT_EQ(value<std::string>(field, ax::subrole), "AXSecureTextField");
   for (const std::string_view name :

@@ -83,6 +83,7 @@ class AtspiAccessibility::Parts {
   AtspiText text_;
   AXReader reader_;
   AtspiHitTest hitTest_;
+  ObjectReference lastFocused_;
   std::unordered_map<std::int32_t, Duration> timeouts_;
   std::uint64_t generation_ = 0;
   std::uint64_t wokenGeneration_ = 0;
@@ -152,7 +153,11 @@ AccessibilityAnswer AtspiAccessibility::Parts::focusedElement() {
   for (const std::string& bus : busesOf(front->processIdentifier)) {
     events_.watchApplication(bus);
     ObjectReference focused = focus_.focused(bus);
-    if (!focused.isNull()) return AccessibilityValue(elementOf(std::move(focused)));
+    if (!focused.isNull()) {
+      if (focused != lastFocused_) text_.prepareBounds(focused);
+      lastFocused_ = focused;
+      return AccessibilityValue(elementOf(std::move(focused)));
+    }
     if (!bus_.maySpeakTo(bus)) answer = cannotComplete;
   }
   return answer;

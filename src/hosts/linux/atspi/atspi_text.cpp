@@ -1,12 +1,16 @@
 #include "hosts/linux/atspi/atspi_text.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "base/text.h"
-#include "hosts/linux/atspi/text_pieces.h"
 
 namespace quillo::linux_host {
 namespace {
 
 constexpr uint screenCoordinates = 0;
+// Of a text in so many pieces, the first make the rectangle.
+constexpr std::size_t mostMeasuredParts = 64;
 
 // The part in the units of its own application.
 struct OwnRange {
@@ -23,20 +27,35 @@ bool isNothing(const PixelRect& rect) {
   return rect.width <= 0 && rect.height <= 0;
 }
 
+PixelRect around(const PixelRect& a, const PixelRect& b) {
+  const std::int64_t left = std::min(a.x, b.x);
+  const std::int64_t top = std::min(a.y, b.y);
+  const std::int64_t right = std::max(std::int64_t{a.x} + a.width, std::int64_t{b.x} + b.width);
+  const std::int64_t bottom = std::max(std::int64_t{a.y} + a.height, std::int64_t{b.y} + b.height);
+  const auto length = [](std::int64_t from, std::int64_t to) {
+    return static_cast<std::int32_t>(
+        std::min<std::int64_t>(to - from, std::numeric_limits<std::int32_t>::max()));
+  };
+  return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(top), length(left, right),
+          length(top, bottom)};
+}
+
 }  // namespace
 
-OffsetUnit AtspiText::usualUnit(const ObjectReference& object) {
+TextManner AtspiText::mannerOf(const ObjectReference& object) {
   switch (applications_.toolkitOf(object.bus)) {
     case Toolkit::qt:
     case Toolkit::libreOffice:
-      return OffsetUnit::utf16;
+      return {OffsetUnit::utf16};
+    case Toolkit::chromium:
+      return {OffsetUnit::codePoints, true};
     default:
-      return OffsetUnit::codePoints;
+      return {};
   }
 }
 
 std::optional<TextPiece> AtspiText::read(const ObjectReference& object) {
-  return readPieces(bus_, object, longestText, usualUnit(object));
+  return readPieces(bus_, object, longestText, mannerOf(object));
 }
 
 std::optional<std::int64_t> AtspiText::length(const ObjectReference& object) {
@@ -70,7 +89,9 @@ std::optional<std::string> AtspiText::selectedText(const ObjectReference& object
     const auto text = textIn(bus_.askOne(textCall(object, begin, end)));
     const bool isPlain = text && toUtf16(*text).find(embeddedObject) == std::u16string::npos;
     // Where half a character was asked for, a toolkit may answer with another one.
-    if (isPlain && usualUnit(object) == OffsetUnit::codePoints) return text;
+    const TextManner manner = mannerOf(object);
+    const bool isExact = manner.usual == OffsetUnit::codePoints && !manner.countsSelectionsTwice;
+    if (isPlain && isExact) return text;
   }
   const auto piece = read(object);
   if (!piece) return std::nullopt;
@@ -82,29 +103,56 @@ std::optional<std::string> AtspiText::selectedText(const ObjectReference& object
                                static_cast<std::size_t>(range->length)));
 }
 
-std::optional<PixelRect> AtspiText::extents(const ObjectReference& object, std::int32_t begin,
-                                            std::int32_t end) {
-  return rectangleIn(bus_.askOne({object,
-                                  atspi::text,
-                                  "GetRangeExtents",
-                                  {QVariant(begin), QVariant(end), QVariant(screenCoordinates)}}));
+// All parts' questions go out together when they are of one application, as the parts of a field
+// are.
+std::optional<PixelRect> AtspiText::extents(const std::vector<TextPlace>& parts) {
+  std::vector<AtspiCall> calls;
+  for (const TextPlace& part : parts) {
+    if (calls.size() >= mostMeasuredParts) break;
+    const auto [begin, end] = ownRange(part);
+    calls.push_back({part.piece->object,
+                     atspi::text,
+                     "GetRangeExtents",
+                     {QVariant(begin), QVariant(end), QVariant(screenCoordinates)}});
+  }
+  std::optional<PixelRect> whole;
+  for (const QDBusMessage& reply : bus_.ask(calls)) {
+    const auto rect = rectangleIn(reply);
+    if (rect && !isNothing(*rect)) whole = whole ? around(*whole, *rect) : *rect;
+  }
+  return whole;
 }
 
 // Toolkits often know no place of a caret; it is where the character beside it ends or begins.
+std::optional<PixelRect> AtspiText::caretBounds(const TextPlace& place) {
+  const std::u16string_view text = place.piece->text;
+  if (text.empty()) return std::nullopt;
+  const bool isBehind = place.begin > 0;
+  const std::size_t character = isBehind ? place.begin - 1 : 0;
+  const bool isPair = isBehind ? isTrailSurrogate(text[character]) : isLeadSurrogate(text[0]);
+  const TextPlace beside = isBehind
+                               ? TextPlace{place.piece, character - (isPair ? 1 : 0), place.begin}
+                               : TextPlace{place.piece, 0, isPair ? std::size_t{2} : 1};
+  const auto rect = extents({beside});
+  if (!rect) return std::nullopt;
+  return PixelRect{isBehind ? rect->x + rect->width : rect->x, rect->y, 0, rect->height};
+}
+
 std::optional<PixelRect> AtspiText::bounds(const ObjectReference& object, TextRange range) {
   const auto piece = read(object);
   if (!piece) return std::nullopt;
   const FlatText flat(*piece);
+  if (range.length > 0) return extents(flat.parts(range));
   const auto place = flat.find(range);
-  if (!place) return std::nullopt;
-  const ObjectReference& inner = place->piece->object;
-  const auto [begin, end] = ownRange(*place);
-  if (begin != end) return extents(inner, begin, end);
-  if (place->piece->text.empty()) return std::nullopt;
-  const bool isBehind = begin > 0;
-  const auto rect = isBehind ? extents(inner, begin - 1, begin) : extents(inner, 0, 1);
-  if (!rect || isNothing(*rect)) return std::nullopt;
-  return PixelRect{isBehind ? rect->x + rect->width : rect->x, rect->y, 0, rect->height};
+  return place ? caretBounds(*place) : std::nullopt;
+}
+
+void AtspiText::prepareBounds(const ObjectReference& object) {
+  if (applications_.toolkitOf(object.bus) != Toolkit::chromium) return;
+  bus_.tell({object,
+             atspi::text,
+             "GetRangeExtents",
+             {QVariant(0), QVariant(-1), QVariant(screenCoordinates)}});
 }
 
 bool AtspiText::select(const ObjectReference& object, TextRange range) {
@@ -134,7 +182,7 @@ bool AtspiText::select(const ObjectReference& object, TextRange range) {
 // afterwards is its answer.
 bool AtspiText::addSelectionUnanswered(const ObjectReference& object, std::int32_t begin,
                                        std::int32_t end) {
-  bus_.tell({object, atspi::text, "RemoveSelection", {QVariant(0)}});
+  bus_.askOne({object, atspi::text, "RemoveSelection", {QVariant(0)}});
   bus_.tell({object, atspi::text, "AddSelection", {QVariant(begin), QVariant(end)}});
   const auto outline = outlineIn(bus_.ask(outlineCalls(object)));
   return outline && outline->selection == std::pair<std::int64_t, std::int64_t>{begin, end};

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hosts/linux/atspi/atspi_applications.h"
 #include "hosts/linux/atspi/atspi_bus.h"
 #include "hosts/linux/atspi/dbus_values.h"
 #include "hosts/linux/atspi/flat_text.h"
+#include "hosts/linux/atspi/text_pieces.h"
 #include "platform/accessibility.h"
 
 namespace quillo::linux_host {
@@ -31,14 +33,18 @@ class AtspiText {
   std::optional<std::string> selectedText(const ObjectReference& object);
   // On the screen.
   std::optional<PixelRect> bounds(const ObjectReference& object, TextRange range);
+  // Browsers of the Chromium family first lay their text out for others when its place is asked
+  // for, and answer with nothing until that is done. Asks, and waits for nothing.
+  void prepareBounds(const ObjectReference& object);
   // True when the application accepted it.
   bool select(const ObjectReference& object, TextRange range);
 
  private:
   std::optional<TextPiece> read(const ObjectReference& object);
-  OffsetUnit usualUnit(const ObjectReference& object);
-  std::optional<PixelRect> extents(const ObjectReference& object, std::int32_t begin,
-                                   std::int32_t end);
+  TextManner mannerOf(const ObjectReference& object);
+  // The rectangle around all parts, where the application tells one.
+  std::optional<PixelRect> extents(const std::vector<TextPlace>& parts);
+  std::optional<PixelRect> caretBounds(const TextPlace& place);
   bool addSelectionUnanswered(const ObjectReference& object, std::int32_t begin, std::int32_t end);
 
   AtspiBus& bus_;

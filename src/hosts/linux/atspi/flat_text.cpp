@@ -5,14 +5,9 @@
 namespace quillo::linux_host {
 namespace {
 
-bool isLead(char16_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool isTrail(char16_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
-}
 bool isPairAt(std::u16string_view text, std::size_t offset) {
-  return offset + 1 < text.size() && isLead(text[offset]) && isTrail(text[offset + 1]);
+  return offset + 1 < text.size() && isLeadSurrogate(text[offset]) &&
+         isTrailSurrogate(text[offset + 1]);
 }
 
 std::int64_t codePointCount(std::u16string_view text) {
@@ -103,11 +98,8 @@ std::optional<FlatText::Extent> FlatText::selected(const Laid& laid) {
     result = Extent{std::min(result->begin, part.begin), std::max(result->end, part.end)};
   };
   if (const auto& own = laid.piece->selection) {
-    std::size_t piece = 0;
-    for (std::size_t i = 0; i < laid.units.size(); ++i) {
-      const bool isMark =
-          laid.piece->text[i] == embeddedObject && piece++ < laid.piece->pieces.size();
-      if (!isMark && i >= own->first && i < own->second) include(laid.units[i]);
+    for (std::size_t i = own->first; i < std::min(own->second, laid.units.size()); ++i) {
+      if (!isMark(laid, i)) include(laid.units[i]);
     }
   }
   for (const Laid& inner : laid.pieces) {
@@ -134,14 +126,42 @@ std::optional<TextRange> FlatText::selection() const {
   return TextRange{static_cast<std::int64_t>(*offset), 0};
 }
 
-std::optional<TextPlace> FlatText::find(TextRange range) const {
+std::optional<FlatText::Extent> FlatText::extentOf(TextRange range) const {
   const auto size = static_cast<std::int64_t>(text_.size());
   if (range.location < 0 || range.length < 0 || range.location > size ||
       range.length > size - range.location) {
     return std::nullopt;
   }
   const auto begin = static_cast<std::size_t>(range.location);
-  return find(root_, begin, begin + static_cast<std::size_t>(range.length));
+  return Extent{begin, begin + static_cast<std::size_t>(range.length)};
+}
+
+std::optional<TextPlace> FlatText::find(TextRange range) const {
+  const auto extent = extentOf(range);
+  return extent ? find(root_, extent->begin, extent->end) : std::nullopt;
+}
+
+std::vector<TextPlace> FlatText::parts(TextRange range) const {
+  std::vector<TextPlace> parts;
+  if (const auto extent = extentOf(range)) collect(root_, *extent, parts);
+  return parts;
+}
+
+// A mark stands for an object within; the character itself may also be what the user wrote.
+bool FlatText::isMark(const Laid& laid, std::size_t unit) {
+  return laid.piece->text[unit] == embeddedObject && !laid.pieces.empty();
+}
+
+void FlatText::collect(const Laid& laid, Extent range, std::vector<TextPlace>& parts) {
+  std::optional<TextPlace> own;
+  for (std::size_t i = 0; i < laid.units.size(); ++i) {
+    const Extent& unit = laid.units[i];
+    if (isMark(laid, i) || unit.begin < range.begin || unit.end > range.end) continue;
+    if (!own) own = TextPlace{laid.piece, i, i};
+    own->end = i + 1;
+  }
+  if (own) parts.push_back(*own);
+  for (const Laid& inner : laid.pieces) collect(inner, range, parts);
 }
 
 std::optional<TextPlace> FlatText::find(const Laid& laid, std::size_t begin, std::size_t end) {

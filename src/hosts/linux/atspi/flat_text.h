@@ -14,6 +14,13 @@
 
 namespace quillo::linux_host {
 
+constexpr bool isLeadSurrogate(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool isTrailSurrogate(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
 // What an application counts in.
 enum class OffsetUnit { codePoints, utf16 };
 
@@ -56,6 +63,8 @@ class FlatText {
   // The innermost object that holds all of the range. Nothing when the range cuts through an object
   // that stands in its text, or lies beyond the text.
   std::optional<TextPlace> find(TextRange range) const;
+  // Each object's own part of the range, without the marks of others.
+  std::vector<TextPlace> parts(TextRange range) const;
 
  private:
   // Where a unit of an object's own text begins and ends in the flat one.
@@ -77,6 +86,9 @@ class FlatText {
   static std::optional<Extent> selected(const Laid& laid);
   static std::optional<std::size_t> caret(const Laid& laid);
   static std::optional<TextPlace> find(const Laid& laid, std::size_t begin, std::size_t end);
+  static void collect(const Laid& laid, Extent range, std::vector<TextPlace>& parts);
+  static bool isMark(const Laid& laid, std::size_t unit);
+  std::optional<Extent> extentOf(TextRange range) const;
   static std::size_t flatOffset(const Laid& laid, std::size_t offset);
 
   std::u16string text_;

@@ -8,12 +8,14 @@
 
 namespace quillo::linux_host {
 
-// An application may cost 0.4 seconds within 5; one that does not answer at all is left alone for
-// 5 seconds. One thread.
+// An application that is slow to answer may cost 0.4 seconds within 5; one that does not answer at
+// all is left alone for 5 seconds. One thread.
 class ResponseBudget {
  public:
   static constexpr Duration window = std::chrono::seconds(5);
   static constexpr Duration allowance = std::chrono::milliseconds(400);
+  // An answer within this time is no slow one.
+  static constexpr Duration prompt = std::chrono::milliseconds(50);
   // An application that has answered within this time is taken to be alive.
   static constexpr Duration trust = std::chrono::seconds(1);
 
@@ -26,7 +28,7 @@ class ResponseBudget {
   bool isTrusted(MonotonicTime now) const { return now - lastAnswer_ < trust; }
 
   void answered(MonotonicTime asked, MonotonicTime now) {
-    spend(asked, now);
+    if (now - asked > prompt) spend(asked, now);
     lastAnswer_ = now;
   }
   void ranOut(MonotonicTime asked, MonotonicTime now) {

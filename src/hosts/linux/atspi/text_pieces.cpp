@@ -33,16 +33,24 @@ TextPiece::Flow flowOf(AtspiRole role, std::string_view tag) {
   return isInLine ? TextPiece::Flow::line : TextPiece::Flow::block;
 }
 
-void fill(TextPiece& piece, const std::string& text, const TextOutline& outline, OffsetUnit usual) {
+void fill(TextPiece& piece, const std::string& text, const TextOutline& outline,
+          TextManner manner) {
   piece.text = toUtf16(text);
-  piece.unit = offsetUnit(piece.text, outline.length, usual);
+  piece.unit = offsetUnit(piece.text, outline.length, manner.usual);
   const auto offset = [&piece](std::int64_t own) {
     return toUtf16Offset(piece.text, own, piece.unit);
   };
   if (outline.caret) piece.caret = offset(*outline.caret);
-  if (outline.selection) {
-    piece.selection = {offset(outline.selection->first), offset(outline.selection->second)};
+  if (!outline.selection) return;
+  std::pair<std::size_t, std::size_t> once = {offset(outline.selection->first),
+                                              offset(outline.selection->second)};
+  // The caret is at one end of a selection that was counted well.
+  const bool isWell = piece.caret == once.first || piece.caret == once.second;
+  if (manner.countsSelectionsTwice && !isWell) {
+    once = {offset(static_cast<std::int64_t>(once.first)),
+            offset(static_cast<std::int64_t>(once.second))};
   }
+  piece.selection = once;
 }
 
 // An empty paragraph holds a line feed of its own, beside the one that the block makes.
@@ -59,8 +67,13 @@ std::vector<AtspiCall> innerCalls(const ObjectReference& object) {
 }
 constexpr std::size_t innerCallCount = outlineCallCount + 3;
 
+// Such children are part of the text itself, and no mark stands for them.
+bool isInText(const QDBusMessage& role) {
+  return unsignedIn(role) == static_cast<std::uint32_t>(AtspiRole::staticText);
+}
+
 TextPiece innerPiece(ObjectReference object, std::span<const QDBusMessage> replies,
-                     OffsetUnit usual) {
+                     TextManner manner) {
   const auto role = static_cast<AtspiRole>(unsignedIn(replies[outlineCallCount]).value_or(0));
   const auto attributes = attributesIn(replies[outlineCallCount + 1]).value_or(AtspiAttributes());
   const std::string_view tag = attributeOf(attributes, "tag");
@@ -70,7 +83,7 @@ TextPiece innerPiece(ObjectReference object, std::span<const QDBusMessage> repli
   const auto outline = outlineIn(replies.first(outlineCallCount));
   const auto text = textIn(replies[outlineCallCount + 2]);
   if (outline && text && tag != bulletTag && !isSecret(role)) {
-    fill(piece, *text, *outline, usual);
+    fill(piece, *text, *outline, manner);
     dropLastLineFeed(piece);
   }
   return piece;
@@ -99,7 +112,7 @@ bool hasMarks(const TextPiece* piece) {
 
 // The next level of pieces, of which some may hold marks in turn.
 std::vector<TextPiece*> readLevel(AtspiBus& bus, const std::vector<TextPiece*>& level,
-                                  OffsetUnit usual) {
+                                  TextManner manner) {
   auto found = innerObjects(bus, level);
   std::vector<AtspiCall> calls;
   for (const auto& [outer, object] : found) {
@@ -109,7 +122,8 @@ std::vector<TextPiece*> readLevel(AtspiBus& bus, const std::vector<TextPiece*>& 
   if (replies.size() != found.size() * innerCallCount) return {};
   for (std::size_t i = 0; i < found.size(); ++i) {
     const auto answers = std::span(replies).subspan(i * innerCallCount, innerCallCount);
-    found[i].first->pieces.push_back(innerPiece(std::move(found[i].second), answers, usual));
+    if (isInText(answers[outlineCallCount])) continue;
+    found[i].first->pieces.push_back(innerPiece(std::move(found[i].second), answers, manner));
   }
   std::vector<TextPiece*> next;
   for (TextPiece* outer : level) {
@@ -153,19 +167,19 @@ AtspiCall textCall(const ObjectReference& object, std::int64_t begin, std::int64
 }
 
 std::optional<TextPiece> readPieces(AtspiBus& bus, const ObjectReference& object,
-                                    std::int64_t longest, OffsetUnit usual) {
+                                    std::int64_t longest, TextManner manner) {
   const auto outline = outlineIn(bus.ask(outlineCalls(object)));
   if (!outline || outline->length > longest) return std::nullopt;
   const auto text = textIn(bus.askOne(textCall(object, 0, outline->length)));
   if (!text || text->size() > static_cast<std::size_t>(longest) * 4) return std::nullopt;
   TextPiece root;
   root.object = object;
-  fill(root, *text, *outline, usual);
+  fill(root, *text, *outline, manner);
   std::vector<TextPiece*> level = {&root};
   for (int depth = 0; depth < deepestPiece; ++depth) {
     std::erase_if(level, [](const TextPiece* piece) { return !hasMarks(piece); });
     if (level.empty()) break;
-    level = readLevel(bus, level, usual);
+    level = readLevel(bus, level, manner);
   }
   return root;
 }

@@ -28,8 +28,16 @@ std::optional<TextOutline> outlineIn(std::span<const QDBusMessage> replies);
 
 AtspiCall textCall(const ObjectReference& object, std::int64_t begin, std::int64_t end);
 
+// What is peculiar to a toolkit's texts.
+struct TextManner {
+  OffsetUnit usual = OffsetUnit::codePoints;
+  // Counts the ends of a selection in code points and takes the result for UTF-16 units that it
+  // counts once more: behind an emoji they fall short by one. Its caret does not.
+  bool countsSelectionsTwice = false;
+};
+
 // Nothing when the object has no text, does not answer, or claims more than `longest` units.
 std::optional<TextPiece> readPieces(AtspiBus& bus, const ObjectReference& object,
-                                    std::int64_t longest, OffsetUnit usual);
+                                    std::int64_t longest, TextManner manner);
 
 }  // namespace quillo::linux_host
