@@ -89,10 +89,10 @@ class AccessibilityBusTest : public testing::Test {
     return static_cast<pid_t>(bus->servicePid(name).value());
   }
   bool seesText() {
-    const auto element = host_.accessibility()
-                             .attribute(host_.accessibility().systemWideElement(),
-                                        ax::focusedUIElement)
-                             .as<AccessibilityElement>();
+    const auto element =
+        host_.accessibility()
+            .attribute(host_.accessibility().systemWideElement(), ax::focusedUIElement)
+            .as<AccessibilityElement>();
     return element != nullptr;
   }
 
