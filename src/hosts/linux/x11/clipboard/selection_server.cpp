@@ -48,6 +48,13 @@ void SelectionServer::disown(xcb_atom_t selection, xcb_timestamp_t time) {
   xcb_set_selection_owner(connection_.get(), XCB_WINDOW_NONE, selection, time);
 }
 
+bool SelectionServer::ownAgain(xcb_atom_t selection,
+                               std::shared_ptr<const SelectionContent> content) {
+  if (!own(selection, held_.at(selection).since)) return false;
+  setContent(selection, std::move(content));
+  return true;
+}
+
 void SelectionServer::setContent(xcb_atom_t selection,
                                  std::shared_ptr<const SelectionContent> content) {
   held_.at(selection).content = std::move(content);

@@ -26,6 +26,8 @@ class SelectionServer {
   bool own(xcb_atom_t selection, xcb_timestamp_t time);
   void disown(xcb_atom_t selection, xcb_timestamp_t time);
   bool isOwned(xcb_atom_t selection) const { return held_.contains(selection); }
+  // What is owned already, for all who watch the owner; not when another took it meanwhile.
+  bool ownAgain(xcb_atom_t selection, std::shared_ptr<const SelectionContent> content);
   void setContent(xcb_atom_t selection, std::shared_ptr<const SelectionContent> content);
   // Null for a selection that this program does not own.
   std::shared_ptr<const SelectionContent> content(xcb_atom_t selection) const;

@@ -104,13 +104,18 @@ void X11Clipboard::takeOwnership() {
 
 bool X11Clipboard::setContent(SelectionContent content) {
   const auto shared = std::make_shared<const SelectionContent>(std::move(content));
-  return ask<bool>(
-      [this, shared] {
-        if (!ownsClipboard()) return false;
-        server_.setContent(clipboard_, shared);
-        return true;
-      },
-      false);
+  return ask<bool>([this, shared] { return ownsClipboard() && announce(shared); }, false);
+}
+
+// Programs ask for the types as soon as the owner changes, and some remember them: whoever asked
+// between the clearing and the writing would know of no text. So the owner changes once more, with
+// the time of the first change: a program that took the clipboard since then keeps it.
+bool X11Clipboard::announce(std::shared_ptr<const SelectionContent> content) {
+  if (!server_.ownAgain(clipboard_, std::move(content))) return false;
+  isAnnouncing_ = true;
+  handleEvents();
+  isAnnouncing_ = false;
+  return true;
 }
 
 void X11Clipboard::lendAsPrimary() {
@@ -317,6 +322,7 @@ void X11Clipboard::finishReading(ClipboardReading::Outcome outcome) {
 }
 
 void X11Clipboard::clipboardOwnerChanged(xcb_window_t owner) {
+  if (isAnnouncing_ && owner == window_) return;
   ++changeCount_;
   if (!reading_) return;
   // What came so far is not on the clipboard any more.

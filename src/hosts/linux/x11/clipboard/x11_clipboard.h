@@ -93,6 +93,7 @@ class X11Clipboard {
   std::optional<MonotonicTime> nextDeadline();
   xcb_timestamp_t serverTime();
   bool ownsClipboard();
+  bool announce(std::shared_ptr<const SelectionContent> content);
   void startReading(ReadJob job);
   void restartReading();
   void lookAtReading();
@@ -114,6 +115,7 @@ class X11Clipboard {
   std::unordered_set<xcb_window_t> abandonedWindows_;
   std::optional<xcb_timestamp_t> arrivedTime_;
   bool isHandedOver_ = false;
+  bool isAnnouncing_ = false;  // the clipboard that is ours already: that is no change
   std::atomic<std::int64_t> changeCount_ = 0;
 
   std::mutex mutex_;
