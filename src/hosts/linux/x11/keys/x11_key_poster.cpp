@@ -62,16 +62,16 @@ bool X11KeyPoster::press(const PostedKey& key) {
   letKeysGo(held.others);
   hotKeys_.lendKeyboard();
   pressModifiers(*chord, *command_, held.modifiers);
+  // Up at once: on a busy machine the caller's own release may come so late that the key repeats.
   keyboard_.fake(chord->key, KeyDirection::down, key);
+  keyboard_.fake(chord->key, KeyDirection::up, key);
   pressed_ = PressedChord{*chord, key.keyCode, *command_};
   return true;
 }
 
 bool X11KeyPoster::release(const PostedKey& key) {
   if (!command_) return postPlain(key, KeyDirection::up);
-  if (!pressed_ || pressed_->keyCode != key.keyCode) return false;
-  keyboard_.fake(pressed_->chord.key, KeyDirection::up, key);
-  return true;
+  return pressed_ && pressed_->keyCode == key.keyCode;
 }
 
 bool X11KeyPoster::postPlain(const PostedKey& key, KeyDirection direction) {
