@@ -436,10 +436,11 @@ void answerAlert(World& world, const Place& place, const PlaySteps& play) {
 void furnish(World& world, const std::optional<Place>& place, const PlaySteps& play) {
   static const Json nothing = Json::object();
   const Place described = place.value_or(Place(nothing, "world"));
-  described.allowOnly({"seed", "date", "settings", "account", "permissions", "files", "disk",
-                       "applications", "microphones", "builtInMicrophone", "clipboard", "service",
-                       "alerts", "keyRoutes", "layout", "takenChords", "languages", "keyRepeat",
-                       "voiceProcessing"});
+  described.allowOnly(
+      {"seed",        "date",      "settings",     "account",         "permissions",
+       "files",       "disk",      "applications", "microphones",     "builtInMicrophone",
+       "clipboard",   "service",   "alerts",       "keyRoutes",       "layout",
+       "takenChords", "languages", "keyRepeat",    "voiceProcessing", "limitation"});
   simulated::SimulatedDesktop& desktop = world.desktop();
   ifPresent(described, "date", [&](const Place& date) {
     const auto parsed = dateFromIso8601(date.text());
@@ -462,6 +463,8 @@ void furnish(World& world, const std::optional<Place>& place, const PlaySteps& p
   ifPresent(described, "languages",
             [&](const Place& tags) { desktop.machine().setPreferredLanguages(tags.texts()); });
   ifPresent(described, "takenChords", [&](const Place& chords) { takeChords(world, chords); });
+  ifPresent(described, "limitation",
+            [&](const Place& sentence) { desktop.session().setLimitation(sentence.text()); });
   ifPresent(described, "files", [&](const Place& files) { describeFiles(world, files); });
   ifPresent(described, "disk", [&](const Place& disk) { describeDisk(world, disk); });
   if (const auto applications = described.find("applications")) {

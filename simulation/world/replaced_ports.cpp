@@ -43,6 +43,7 @@ HostPorts replacedPorts(const HostPorts& ports, const Replacements& replacements
       .sounds = choose(replacements.sounds, ports.sounds),
       .opener = ports.opener,
       .loginItem = ports.loginItem,
+      .session = ports.session,
   };
 }
 

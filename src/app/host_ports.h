@@ -7,6 +7,7 @@
 #include "platform/application.h"
 #include "platform/audio.h"
 #include "platform/clock.h"
+#include "platform/desktop_session.h"
 #include "platform/file_manager.h"
 #include "platform/keyboard.h"
 #include "platform/keychain.h"
@@ -55,6 +56,7 @@ struct HostPorts {
   Sounds& sounds;
   Opener& opener;
   LoginItem& loginItem;
+  DesktopSession& session;
 };
 
 // Both desktops, the simulated and the real one, offer their parts under the same names.
@@ -70,7 +72,7 @@ HostPorts portsOf(Desktop& desktop) {
           desktop.pasteboard(),   desktop.accessibility(), desktop.screens(),
           desktop.panels(),       desktop.statusItem(),    desktop.application(),
           desktop.alerts(),       desktop.sounds(),        desktop.opener(),
-          desktop.loginItem()};
+          desktop.loginItem(),    desktop.session()};
 }
 
 }  // namespace quillo

@@ -54,7 +54,7 @@ Program::Program(HostPorts ports, Backend backend, std::function<void()> openDia
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
-      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_,
+      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_, ports.session,
                menuBarActions(std::move(openDiagnosticsLog))),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
                 globalHotKey_, ports.log) {
@@ -70,7 +70,8 @@ Program::~Program() {
 
 void Program::launch() {
   delegate_.applicationDidFinishLaunching();
-  ports_.systemLog.write("[Quillo] shortcut armed");
+  const auto limitation = ports_.session.limitation();
+  ports_.systemLog.write("[Quillo] " + limitation.value_or("shortcut armed"));
 }
 
 std::string Program::shortcutText() const {

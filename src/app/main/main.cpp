@@ -45,6 +45,8 @@ int run(int argumentCount, char** arguments) {
   linux_host::TerminationSignals termination;  // before any thread is made
   if (!hasDisplay())
     return refuse("there is no graphical desktop here (no X display answers under DISPLAY).");
+  // Keys and panels are X11's, also where the session has Qt make Wayland's windows.
+  qputenv("QT_QPA_PLATFORM", "xcb");
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication qt(argumentCount, arguments);
   QApplication::setApplicationName("quillo");

@@ -21,6 +21,7 @@
 #include "hosts/linux/session/autostart_login_item.h"
 #include "hosts/linux/session/linux_machine.h"
 #include "hosts/linux/session/linux_permissions.h"
+#include "hosts/linux/session/linux_session.h"
 #include "hosts/linux/session/secret_service_keychain.h"
 #include "hosts/linux/x11/x11_desktop.h"
 #include "hosts/linux/x11_desktop_windows.h"
@@ -67,6 +68,7 @@ class LinuxDesktop {
   StatusItem& statusItem() { return statusItem_; }
   Alerts& alerts() { return alerts_; }
   LoginItem& loginItem() { return loginItem_; }
+  DesktopSession& session() { return session_; }
 
  private:
   LinuxGround& ground_;
@@ -90,6 +92,7 @@ class LinuxDesktop {
   QtStatusItem statusItem_;
   QtAlerts alerts_{panels_, screens_};
   AutostartLoginItem loginItem_;
+  LinuxSession session_;
 };
 
 }  // namespace quillo::linux_host

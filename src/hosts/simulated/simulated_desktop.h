@@ -30,6 +30,7 @@
 #include "hosts/simulated/desktop/recorded_system_log.h"
 #include "hosts/simulated/desktop/scripted_login_item.h"
 #include "hosts/simulated/desktop/scripted_machine.h"
+#include "hosts/simulated/desktop/scripted_session.h"
 #include "hosts/simulated/desktop/shared_pasteboard.h"
 #include "hosts/simulated/desktop/simulated_workspace.h"
 #include "hosts/simulated/desktop/switched_permissions.h"
@@ -104,6 +105,7 @@ class SimulatedDesktop {
   RecordedSounds& sounds() { return sounds_; }
   RecordedOpener& opener() { return opener_; }
   ScriptedLoginItem& loginItem() { return loginItem_; }
+  ScriptedSession& session() { return session_; }
   ScriptedMachine& machine() { return machine_; }
   RecordedSystemLog& systemLog() { return systemLog_; }
   RecordedLog& log() { return log_; }
@@ -169,6 +171,7 @@ class SimulatedDesktop {
   RecordedSounds sounds_{timeline_};
   RecordedOpener opener_;
   ScriptedLoginItem loginItem_;
+  ScriptedSession session_;
   ScriptedMachine machine_;
   RecordedSystemLog systemLog_;
   RecordedLog log_{timeline_};

@@ -7,12 +7,14 @@
 namespace quillo {
 
 MenuBar::MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState& dictation,
-                 MacAppState& appState, MacAuthService& auth, MenuBarActions actions)
+                 MacAppState& appState, MacAuthService& auth, const DesktopSession& session,
+                 MenuBarActions actions)
     : mainThread_(mainThread),
       statusItem_(statusItem),
       dictation_(dictation),
       appState_(appState),
       auth_(auth),
+      session_(session),
       actions_(std::move(actions)) {
   const auto follow = [this](auto& published) {
     subscriptions_.push_back(published.observe([this](const auto&) { updateLater(); }));
@@ -52,6 +54,7 @@ void MenuBar::updateLater() {
 void MenuBar::update() {
   const std::vector<WritingProfile>& profiles = appState_.writingProfiles;
   const QuilloMenuBarContent content = {
+      .limitation = session_.limitation(),
       .isRecording = dictation_.isRecording,
       .isProcessing = dictation_.isProcessing,
       .canRetryLast = dictation_.canRetryLast,

@@ -7,6 +7,7 @@
 #include "account/auth_service.h"
 #include "base/main_thread.h"
 #include "core/dictation_state.h"
+#include "platform/desktop_session.h"
 #include "platform/status_item.h"
 #include "shell/menu/menu_bar_content.h"
 #include "state/app_state.h"
@@ -18,7 +19,8 @@ namespace quillo {
 class MenuBar {
  public:
   MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState& dictation,
-          MacAppState& appState, MacAuthService& auth, MenuBarActions actions);
+          MacAppState& appState, MacAuthService& auth, const DesktopSession& session,
+          MenuBarActions actions);
   MenuBar(const MenuBar&) = delete;
   MenuBar& operator=(const MenuBar&) = delete;
 
@@ -35,6 +37,7 @@ class MenuBar {
   DictationState& dictation_;
   MacAppState& appState_;
   MacAuthService& auth_;
+  const DesktopSession& session_;
   MenuBarActions actions_;
   bool hasUpdateBadge_ = false;
   bool isCheckingForUpdates_ = false;

@@ -20,6 +20,11 @@ void add(Items& items, std::string title, const std::function<void()>& action,
   if (action) items.push_back({std::move(title), action, {}, enabled == Enabled::yes});
 }
 
+Items limitationItems(const QuilloMenuBarContent& content) {
+  if (!content.limitation) return {};
+  return {{.title = *content.limitation, .isEnabled = false}};
+}
+
 Items dictationItems(const QuilloMenuBarContent& content, const MenuBarActions& actions) {
   const bool isIdle = !content.isRecording && !content.isProcessing;
   Items items;
@@ -89,9 +94,9 @@ Items lastItems(const MenuBarActions& actions) {
 
 std::vector<MenuItem> QuilloMenuBarContent::items(const MenuBarActions& actions) const {
   Items menu;
-  for (Items& group :
-       std::array{dictationItems(*this, actions), writingItems(*this, actions),
-                  accountItems(*this, actions), programItems(*this, actions), lastItems(actions)}) {
+  for (Items& group : std::array{limitationItems(*this), dictationItems(*this, actions),
+                                 writingItems(*this, actions), accountItems(*this, actions),
+                                 programItems(*this, actions), lastItems(actions)}) {
     if (!menu.empty() && !group.empty()) menu.push_back(MenuItem::separator());
     std::ranges::move(group, std::back_inserter(menu));
   }

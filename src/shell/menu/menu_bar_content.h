@@ -30,6 +30,7 @@ struct MenuBarActions {
 
 // What the menu depends on.
 struct QuilloMenuBarContent {
+  std::optional<std::string> limitation;  // of the desktop's session, as a sentence
   bool isRecording = false;
   bool isProcessing = false;
   bool canRetryLast = false;
