@@ -2,7 +2,6 @@
 // takes from the X server to the main thread by each route, and what a storm of keys costs the
 // program.
 #include <sys/resource.h>
-#include <xcb/xtest.h>
 
 #include <QApplication>
 #include <QTimer>
@@ -21,6 +20,7 @@
 #include "hosts/linux/linux_desktop.h"
 #include "hosts/linux/posix/monotonic_clock.h"
 #include "hosts/linux/session/bundle.h"
+#include "physical_keyboard.h"
 #include "shell/diagnostics/diagnostics_log.h"
 #include "unasking_desktop.h"
 #include "views/quick_views.h"
@@ -47,23 +47,16 @@ double cpuSeconds(clockid_t clock) {
   return seconds(time);
 }
 
-// Another program that types. Belongs to one thread.
+constexpr std::int64_t keyA = 0, keyShift = 56, keyOption = 58, keyControl = 59;
+
+// Belongs to one thread.
 class Typist {
  public:
-  // Evdev's codes, which is what X servers of today use.
-  static constexpr std::uint8_t controlKey = 37, altKey = 64, shiftKey = 50, eKey = 26, aKey = 38;
-
-  void send(std::uint8_t type, std::uint8_t key) {
-    xcb_test_fake_input(x11_->get(), type, key, XCB_CURRENT_TIME, x11_->root(), 0, 0, 0);
-    x11_->flush();
-  }
-  void sendAndWait(std::uint8_t type, std::uint8_t key) {
-    send(type, key);
-    x11_->waitForServer();
-  }
+  void send(KeyDirection direction, std::int64_t key) { keyboard_.change(key, direction); }
 
  private:
   std::unique_ptr<linux_host::X11Connection> x11_ = linux_host::X11Connection::open();
+  PhysicalKeyboard keyboard_{*x11_};
 };
 
 // --- Key to main thread ---
@@ -87,15 +80,15 @@ class Latency {
   void take() {
     Typist typist;
     for (int i = 0; i < presses; ++i) {
-      typist.sendAndWait(XCB_KEY_PRESS, Typist::controlKey);
-      typist.sendAndWait(XCB_KEY_PRESS, Typist::altKey);
+      typist.send(KeyDirection::down, keyControl);
+      typist.send(KeyDirection::down, keyOption);
       waiting_ = routes;
       pressed_ = monotonicNow();
-      typist.send(XCB_KEY_PRESS, Typist::eKey);
+      typist.send(KeyDirection::down, keyE);
       const MonotonicTime limit = pressed_ + 2s;
       while (waiting_ > 0 && monotonicNow() < limit) std::this_thread::sleep_for(1ms);
-      for (const std::uint8_t key : {Typist::eKey, Typist::altKey, Typist::controlKey})
-        typist.sendAndWait(XCB_KEY_RELEASE, key);
+      for (const std::int64_t key : {keyE, keyOption, keyControl})
+        typist.send(KeyDirection::up, key);
     }
   }
   void print() {
@@ -135,14 +128,14 @@ class Latency {
 // --- A storm ---
 
 // On a thread of its own, while the whole program listens by all of its routes.
-void storm(const char* of, const std::vector<std::uint8_t>& keys) {
+void storm(const char* of, const std::vector<std::int64_t>& keys) {
   Typist typist;
   const double program = cpuSeconds(CLOCK_PROCESS_CPUTIME_ID);
   const double own = cpuSeconds(CLOCK_THREAD_CPUTIME_ID);
   const auto begin = std::chrono::steady_clock::now();
   for (int i = 0; i < stormSeconds * stormEventsASecond; ++i) {
-    const std::uint8_t type = i % 2 == 0 ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
-    typist.send(type, keys[static_cast<std::size_t>(i / 2) % keys.size()]);
+    const KeyDirection direction = i % 2 == 0 ? KeyDirection::down : KeyDirection::up;
+    typist.send(direction, keys[static_cast<std::size_t>(i / 2) % keys.size()]);
     std::this_thread::sleep_until(
         begin + (i + 1) * std::chrono::microseconds(1'000'000 / stormEventsASecond));
   }
@@ -180,11 +173,9 @@ int run(int argumentCount, char** arguments) {
   program.launch();
   std::thread([&] {
     std::this_thread::sleep_for(2s);  // the launch's own tasks end
-    using T = Typist;
-    storm("as a text has them",
-          {T::aKey, T::eKey, T::aKey, T::eKey, T::aKey, T::shiftKey, T::eKey, T::aKey});
+    storm("as a text has them", {keyA, keyE, keyA, keyE, keyA, keyShift, keyE, keyA});
     // Each of these wakes Qt as well.
-    storm("every second one of a modifier", {T::aKey, T::shiftKey, T::eKey, T::controlKey});
+    storm("every second one of a modifier", {keyA, keyShift, keyE, keyControl});
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   }).detach();
   return QApplication::exec();

@@ -55,6 +55,7 @@ class PanelsOnScreen : public testing::Test {
 
   void press(std::int64_t key) {
     keyboard_.change(key, KeyDirection::down);
+    host_.runFor(contracts::KeyboardHost::shortPress);
     keyboard_.change(key, KeyDirection::up);
   }
   bool clickReachesBelow(QPoint place) {
@@ -103,7 +104,7 @@ class PanelsOnScreen : public testing::Test {
   struct Host final : contracts::LinuxContractHost<contracts::ContractHost> {};
   Host host_;
   contracts::WindowBelow below_;
-  contracts::PhysicalKeyboard keyboard_{below_.connection()};
+  PhysicalKeyboard keyboard_{below_.connection()};
   views::QuickViews views_;
   linux_host::QtScreens screens_;
   linux_host::QtPanels panels_{views_};

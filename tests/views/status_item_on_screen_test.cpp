@@ -27,7 +27,7 @@ TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
                        "28", "--SetDockType", "true"});
   ASSERT_TRUE(bar.waitForStarted());
   const auto connection = linux_host::X11Connection::open();
-  contracts::PhysicalKeyboard keyboard(*connection);
+  PhysicalKeyboard keyboard(*connection);
 
   views::QuickViews views;
   linux_host::QtStatusItem item(views);
@@ -61,6 +61,7 @@ TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
       20s));
   for (const std::int64_t key : {downKey, downKey, returnKey}) {
     keyboard.change(key, KeyDirection::down);
+    host.runFor(contracts::KeyboardHost::shortPress);
     keyboard.change(key, KeyDirection::up);
   }
   EXPECT_TRUE(host.runUntil([&] { return chosen == "quit"; }, 20s));

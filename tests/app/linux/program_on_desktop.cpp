@@ -54,6 +54,7 @@ void ProgramOnDesktop::release(const Keys& chord) {
 
 void ProgramOnDesktop::tap(const Keys& chord) {
   press(chord);
+  host_.runFor(contracts::KeyboardHost::shortPress);
   release(chord);
 }
 

@@ -61,7 +61,7 @@ class ProgramOnDesktop : public testing::Test {
   contracts::VirtualMicrophone microphone_{qgetenv("QUILLO_VIRTUAL_MICROPHONE").toStdString(),
                                            AudioFormat{48000, 1}};
   std::unique_ptr<linux_host::X11Connection> otherProgram_ = linux_host::X11Connection::open();
-  contracts::PhysicalKeyboard keyboard_{*otherProgram_};
+  PhysicalKeyboard keyboard_{*otherProgram_};
   contracts::OtherApplication editor_{*otherProgram_, "editor"};
   views::QuickViews views_;
   std::unique_ptr<linux_host::LinuxGround> ground_;

@@ -1,8 +1,5 @@
 #include "contracts/linux/linux_x11_host.h"
 
-#include <xcb/xinput.h>
-#include <xcb/xtest.h>
-
 #include <QCoreApplication>
 #include <thread>
 
@@ -99,53 +96,6 @@ void OtherApplication::command(std::string_view command) {
                       connection_.atom("EDITOR_COMMAND"), XCB_ATOM_STRING, 8,
                       static_cast<std::uint32_t>(command.size()), command.data());
   connection_.flush();
-}
-
-PhysicalKeyboard::PhysicalKeyboard(X11Connection& connection) : connection_(connection) {
-  firstEvent_ = connection.extension(&xcb_input_id)->first_event;
-  owned(xcb_input_xi_query_version_reply(
-      connection.get(), xcb_input_xi_query_version(connection.get(), 2, 2), nullptr));
-  const auto devices = owned(xcb_input_xi_query_device_reply(
-      connection.get(), xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL),
-      nullptr));
-  for (auto device = xcb_input_xi_query_device_infos_iterator(devices.get()); device.rem > 0;
-       xcb_input_xi_device_info_next(&device)) {
-    const std::string name(xcb_input_xi_device_info_name(device.data), device.data->name_len);
-    if (device.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD &&
-        name.find("XTEST") == std::string::npos) {
-      device_ = static_cast<std::uint8_t>(device.data->deviceid);
-    }
-  }
-  EXPECT_NE(device_, 0) << "the server has no keyboard";
-}
-
-PhysicalKeyboard::~PhysicalKeyboard() {
-  for (const auto& [keycode, isDown] : isDown_) {
-    if (isDown) send(keycode, KeyDirection::up);
-  }
-  const auto pointer = owned(xcb_query_pointer_reply(
-      connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
-  if (pointer && (pointer->mask & XCB_MOD_MASK_LOCK) != 0) {
-    change(keys::capsLock, KeyDirection::down);
-    change(keys::capsLock, KeyDirection::up);
-  }
-}
-
-void PhysicalKeyboard::change(std::int64_t keyCode, KeyDirection direction) {
-  // X keyboards pass Fn on, if at all, under this code.
-  constexpr xcb_keycode_t functionKeycode = 151;
-  const auto keycode =
-      keyCode == keys::function ? functionKeycode : linux_host::keycodeAtPosition(keyCode).value();
-  send(keycode, direction);
-}
-
-void PhysicalKeyboard::send(xcb_keycode_t keycode, KeyDirection direction) {
-  isDown_[keycode] = direction == KeyDirection::down;
-  const int type =
-      direction == KeyDirection::down ? XCB_INPUT_DEVICE_KEY_PRESS : XCB_INPUT_DEVICE_KEY_RELEASE;
-  EXPECT_TRUE(connection_.succeeded(
-      xcb_test_fake_input_checked(connection_.get(), static_cast<std::uint8_t>(firstEvent_ + type),
-                                  keycode, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, device_)));
 }
 
 std::shared_ptr<void> grabElsewhere(X11Connection& connection, std::uint32_t keyCode,

@@ -5,7 +5,6 @@
 #include <xcb/xcb.h>
 
 #include <QProcess>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,6 +13,7 @@
 #include "contracts/support/keyboard_host.h"
 #include "hosts/linux/x11/connection/x11_connection.h"
 #include "hosts/linux/x11/x11_desktop.h"
+#include "physical_keyboard.h"
 
 namespace quillo::contracts {
 
@@ -51,24 +51,6 @@ class OtherApplication {
   linux_host::X11Connection& connection_;
   QProcess process_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
-};
-
-// The keyboard that the user has: its keys do not come from XTest's own device.
-class PhysicalKeyboard {
- public:
-  explicit PhysicalKeyboard(linux_host::X11Connection& connection);
-  // Lets every key go that is still down, and the locks.
-  ~PhysicalKeyboard();
-
-  void change(std::int64_t keyCode, KeyDirection direction);
-
- private:
-  void send(xcb_keycode_t keycode, KeyDirection direction);
-
-  linux_host::X11Connection& connection_;
-  std::uint8_t device_ = 0;
-  std::uint8_t firstEvent_ = 0;
-  std::map<xcb_keycode_t, bool> isDown_;
 };
 
 // `Host` is the abstract host of a suite, with or without a keyboard.

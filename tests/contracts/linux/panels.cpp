@@ -24,6 +24,7 @@ class LinuxPanelsHost final : public LinuxContractHost<PanelsHost> {
   void press(KeyEquivalent key) override {
     const std::int64_t keyCode = key == KeyEquivalent::defaultAction ? 36 : 53;
     keyboard_.change(keyCode, KeyDirection::down);
+    runFor(KeyboardHost::shortPress);
     keyboard_.change(keyCode, KeyDirection::up);
   }
 

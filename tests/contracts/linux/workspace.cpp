@@ -62,6 +62,7 @@ class RealApplicationsTest : public testing::Test {
   void controlAnd(std::int64_t keyCode) {
     host_.keyboard.change(keys::control, KeyDirection::down);
     host_.keyboard.change(keyCode, KeyDirection::down);
+    host_.runFor(KeyboardHost::shortPress);
     host_.keyboard.change(keyCode, KeyDirection::up);
     host_.keyboard.change(keys::control, KeyDirection::up);
   }

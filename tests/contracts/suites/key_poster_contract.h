@@ -45,12 +45,11 @@ TEST_P(KeyPosterContract, ThePasteArrivesWhateverModifiersTheUserHolds) {
 }
 
 TEST_P(KeyPosterContract, ThePasteArrivesWhileAHotKeyIsStillDown) {
-  constexpr Duration shortPress = std::chrono::milliseconds(40);
   std::string expected;
   // The second one's key is the paste's own.
-  for (const auto& [last, second, modifiers, held] :
+  for (const auto& [last, second, modifiers, hold] :
        {std::tuple{keys::e, keys::option, hot_key_modifiers::option, KeyboardHost::longPress},
-        {keys::v, keys::command, hot_key_modifiers::command, shortPress}}) {
+        {keys::v, keys::command, hot_key_modifiers::command, std::chrono::milliseconds(40)}}) {
     int presses = 0;
     const auto hotKey = host().hotKeys().registerHotKey(static_cast<std::uint32_t>(last),
                                                         hot_key_modifiers::control | modifiers,
@@ -58,7 +57,7 @@ TEST_P(KeyPosterContract, ThePasteArrivesWhileAHotKeyIsStillDown) {
     ASSERT_EQ(hotKey.status, HotKeys::Status::success);
     copyToClipboard("pasted");
     host().pressAll({keys::control, second, last});
-    host().runFor(held);
+    host().runFor(hold);
     postChord(keys::v);
     expected += "pasted";
     EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();

@@ -83,12 +83,15 @@ class KeyboardHost : public ContractHost {
   }
   void tap(const std::vector<std::int64_t>& chord) {
     pressAll(chord);
+    runFor(shortPress);
     releaseAll(chord);
   }
   bool runUntilEditorHolds(std::string_view text) {
     return runUntil([&] { return editorText() == text; }, std::chrono::seconds(10));
   }
 
+  // As people press a key.
+  static constexpr Duration shortPress = std::chrono::milliseconds(120);
   // Keys that are held this long repeat many times.
   static constexpr Duration longPress = std::chrono::milliseconds(1100);
 };
