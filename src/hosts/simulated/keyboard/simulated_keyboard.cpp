@@ -101,6 +101,8 @@ bool SimulatedKeyboard::post(std::int64_t keyCode, KeyDirection direction, std::
     postedDown_.erase(keyCode);
   // A posted modifier changes what the system takes for held, the user's own keys included.
   if (isModifier(keyCode)) flags_ = flags;
+  // The latest key ends the repeats of the one before.
+  if (!isModifier(keyCode) && direction == KeyDirection::down) timeline_.cancel(nextRepeat_);
   KeyEvent event = eventFor(keyCode, direction);
   event.flags = flags;
   event.userData = userData;
