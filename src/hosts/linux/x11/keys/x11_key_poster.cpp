@@ -38,11 +38,9 @@ bool X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint6
   bool isPosted = true;
   if (keyCode == commandKeyCode) {
     // Which modifiers stand for Command is known only when the chord's key follows.
-    if (direction == KeyDirection::down) {
-      command_ = key;
-    } else {
-      releaseCommand(key);
-    }
+    command_.reset();
+    pressed_.reset();
+    if (direction == KeyDirection::down) command_ = key;
   } else if (direction == KeyDirection::down) {
     isPosted = press(key);
   } else {
@@ -62,16 +60,16 @@ bool X11KeyPoster::press(const PostedKey& key) {
   letKeysGo(held.others);
   hotKeys_.lendKeyboard();
   pressModifiers(*chord, *command_, held.modifiers);
-  // Up at once: on a busy machine the caller's own release may come so late that the key repeats.
   keyboard_.fake(chord->key, KeyDirection::down, key);
   keyboard_.fake(chord->key, KeyDirection::up, key);
-  pressed_ = PressedChord{*chord, key.keyCode, *command_};
+  releaseModifiers(*chord, {commandKeyCode, 0, command_->userData});
+  pressed_ = key.keyCode;
   return true;
 }
 
 bool X11KeyPoster::release(const PostedKey& key) {
   if (!command_) return postPlain(key, KeyDirection::up);
-  return pressed_ && pressed_->keyCode == key.keyCode;
+  return pressed_ == key.keyCode;
 }
 
 bool X11KeyPoster::postPlain(const PostedKey& key, KeyDirection direction) {
@@ -94,7 +92,10 @@ void X11KeyPoster::pressModifiers(const Chord& chord, const PostedKey& command,
   // An Alt that goes up alone opens the menu bar of some applications; with Control down it does
   // not, so Control goes down first.
   const bool isGuarded = !held.empty() && !contains(chord.modifiers, control);
-  if (isGuarded) keyboard_.fake(control, KeyDirection::down, std::nullopt);
+  if (isGuarded) {
+    keyboard_.fake(control, KeyDirection::down, std::nullopt);
+    std::erase(held, control);  // the user's own goes up last, with it
+  }
   bool isSeen = false;
   for (const xcb_keycode_t modifier : chord.modifiers) {
     keyboard_.fake(modifier, KeyDirection::down, isSeen ? std::nullopt : std::optional(command));
@@ -106,11 +107,8 @@ void X11KeyPoster::pressModifiers(const Chord& chord, const PostedKey& command,
   if (isGuarded) keyboard_.fake(control, KeyDirection::up, std::nullopt);
 }
 
-void X11KeyPoster::releaseCommand(const PostedKey& command) {
-  command_.reset();
-  if (!pressed_) return;
-  const std::vector<xcb_keycode_t> modifiers =
-      std::exchange(pressed_, std::nullopt)->chord.modifiers;
+void X11KeyPoster::releaseModifiers(const Chord& chord, const PostedKey& command) {
+  const std::vector<xcb_keycode_t>& modifiers = chord.modifiers;
   for (auto modifier = modifiers.rbegin(); modifier != modifiers.rend(); ++modifier) {
     const bool isLast = std::next(modifier) == modifiers.rend();
     keyboard_.fake(*modifier, KeyDirection::up, isLast ? std::optional(command) : std::nullopt);

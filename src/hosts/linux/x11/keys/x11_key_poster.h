@@ -17,11 +17,12 @@
 namespace quillo::linux_host {
 
 // Main thread. Command with V or C becomes the chord by which the focused application pastes or
-// copies; Command with another key becomes Control with the key at that position. The chord's
-// modifiers go down with its key and up with Command. The keys that the user holds are let go for
-// it, and the user's own release of them later does no harm: the server ignores the press of a key
-// that is down already, as that of Paste Last Result's own V, and a chord that repeats takes the
-// keyboard from the application.
+// copies; Command with another key becomes Control with the key at that position. The whole chord
+// is pressed and let go when its key goes down: on a busy machine the caller's release may come so
+// late that the key repeats, and it would let a modifier go that the user pressed meanwhile. The
+// keys that the user holds are let go for it, and the user's own release of them later does no
+// harm: the server ignores the press of a key that is down already, as that of Paste Last Result's
+// own V, and a chord that repeats takes the keyboard from the application.
 class X11KeyPoster final : public KeyPoster {
  public:
   struct Desktop {
@@ -44,11 +45,6 @@ class X11KeyPoster final : public KeyPoster {
     xcb_keycode_t key = 0;
     Selection selection = Selection::clipboard;
   };
-  struct PressedChord {
-    Chord chord;
-    std::int64_t keyCode = 0;
-    PostedKey command;
-  };
 
   // Nothing when the focused application has no such chord, or the keyboard no such key.
   std::optional<Chord> chordFor(std::int64_t keyCode) const;
@@ -60,15 +56,15 @@ class X11KeyPoster final : public KeyPoster {
   void letKeysGo(const std::vector<xcb_keycode_t>& keys);
   void pressModifiers(const Chord& chord, const PostedKey& command,
                       std::vector<xcb_keycode_t> held);
-  void releaseCommand(const PostedKey& command);
+  void releaseModifiers(const Chord& chord, const PostedKey& command);
   xcb_keycode_t keycodeOf(std::uint32_t keysym, xcb_keycode_t otherwise) const;
 
   X11Connection& connection_;
   X11Keyboard& keyboard_;
   X11HotKeys& hotKeys_;
   Desktop desktop_;
-  std::optional<PostedKey> command_;  // asked to go down
-  std::optional<PressedChord> pressed_;
+  std::optional<PostedKey> command_;     // asked to go down
+  std::optional<std::int64_t> pressed_;  // the key code of the chord that was posted
 };
 
 }  // namespace quillo::linux_host
