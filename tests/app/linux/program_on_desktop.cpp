@@ -10,7 +10,8 @@ namespace quillo {
 void ProgramOnDesktop::launch(const Json& settings) {
   const auto json = [](const Json& body) {
     return contracts::ServedReply{.headers = {{"Content-Type", "application/json"}},
-                                  .body = encodeJson(body)};
+                                  .body = encodeJson(body),
+                                  .delay = 200ms};  // longer than a tap
   };
   service_.serve("/functions/v1/transcribe", json({{"text", "hello there"}, {"duration", 1.0}}));
   service_.serve("/functions/v1/transform",
