@@ -5,6 +5,7 @@
 #include "contracts/linux/linux_x11_host.h"
 #include "contracts/suites/workspace_contract.h"
 #include "contracts/support/environment_variable.h"
+#include "hosts/linux/session/linux_session.h"
 
 namespace quillo::contracts {
 namespace {
@@ -129,11 +130,25 @@ TEST(X11DesktopTest, WithoutADisplayThereIsASentence) {
   EXPECT_EQ(opened.refusal, "Quillo cannot reach the X11 desktop at display :12345.");
 }
 
+TEST(LinuxSessionTest, OfWaylandSaysWhatWorks) {
+  const EnvironmentVariable noType("XDG_SESSION_TYPE", "x11");
+  EXPECT_FALSE(linux_host::LinuxSession().limitation());
+  const EnvironmentVariable display("WAYLAND_DISPLAY", "wayland-1");
+  EXPECT_TRUE(linux_host::LinuxSession().limitation());
+}
+
 TEST(X11DesktopTest, WorksWithoutAWindowManagerAndOutlivesItsServer) {
   QProcess server;
   server.start("Xvfb", {"-displayfd", "1", "-nolisten", "tcp"});
   ASSERT_TRUE(server.waitForReadyRead(20'000));
   const EnvironmentVariable bare("DISPLAY", (":" + server.readLine().trimmed()).constData());
+
+  // What a window manager that has ended leaves behind.
+  const auto other = linux_host::X11Connection::open();
+  const xcb_window_t dead = other->createHiddenWindow(XCB_EVENT_MASK_NO_EVENT);
+  xcb_change_property(other->get(), XCB_PROP_MODE_REPLACE, other->root(),
+                      other->atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 32, 1, &dead);
+  other->waitForServer();
 
   LinuxContractHost<ContractHost> host;
   LinesLog log;
