@@ -149,7 +149,7 @@ void X11HotKeys::ungrab(const Chord& chord) {
   for (const std::uint16_t mask : withLocks(chord.mask, masks_)) {
     xcb_ungrab_key(connection_.get(), chord.keycode, connection_.root(), mask);
   }
-  connection_.flush();
+  connection_.waitForServer();  // another program may take it from now on
 }
 
 void X11HotKeys::unregister(ChordId id) {
