@@ -36,6 +36,7 @@ class FormOnScreen : public testing::Test {
 
   void press(std::int64_t key) {
     keyboard_.change(key, KeyDirection::down);
+    host_.runFor(contracts::KeyboardHost::shortPress);
     keyboard_.change(key, KeyDirection::up);
   }
   // The name of what gets the keyboard next.
@@ -112,7 +113,7 @@ class FormOnScreen : public testing::Test {
   struct Host final : contracts::LinuxContractHost<contracts::ContractHost> {};
   Host host_;
   contracts::WindowBelow below_;
-  contracts::PhysicalKeyboard keyboard_{below_.connection()};
+  PhysicalKeyboard keyboard_{below_.connection()};
   views::QuickViews views_;
   linux_host::QtScreens screens_;
   simulated::SimulatedDesktop unseen_;
