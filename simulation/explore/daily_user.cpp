@@ -334,7 +334,8 @@ void DailyUser::lookAtText() {
   tree.focus(tree.find(fields[random_.below(std::size(fields))]));
   if (random_.chance(0.7)) program->editor().selectAll();
   for (std::uint64_t looks = 1 + random_.below(3); looks > 0; --looks) {
-    if (random_.chance(0.4))
+    // Without leave no field is known, and none has a badge.
+    if (random_.chance(0.4) && !faults_.lasts(FaultKind::accessibilityDenied))
       world_.clickBadge();
     else
       world_.look(static_cast<SelectionTrigger>(random_.below(3)));

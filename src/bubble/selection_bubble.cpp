@@ -68,9 +68,13 @@ std::string MacSelectionBubble::frontmostIdentifier() const {
   return frontmost ? frontmost->bundleIdentifier.value_or("?") : "?";
 }
 
-// A synthetic copy takes its text from whatever has the focus when it arrives.
 bool MacSelectionBubble::isFocusSensitive() const {
   return fields_.isSensitiveContext(focusedElement()).holds;
+}
+
+// The user may have gone to another field while the capture waited for the clipboard.
+ClipboardCapture::MayCopy MacSelectionBubble::mayCopy() const {
+  return [this] { return !isFocusSensitive(); };
 }
 
 void MacSelectionBubble::logCount(std::string_view category, std::string_view line,
@@ -113,7 +117,7 @@ void MacSelectionBubble::captureByClipboard(SelectionCheck check) {
   auto captured = [this, check = std::move(check)](const std::optional<std::string>& text) {
     finishClipboardRoute(check, text);
   };
-  quillo::start(mainThread_, clipboard_.captureViaClipboard(std::move(captured)));
+  quillo::start(mainThread_, clipboard_.captureViaClipboard(mayCopy(), std::move(captured)));
 }
 
 void MacSelectionBubble::finishClipboardRoute(const SelectionCheck& check,
@@ -142,7 +146,7 @@ void MacSelectionBubble::captureForBadge(std::optional<AccessibilityElement> ele
                    completion = std::move(completion)](const std::optional<std::string>& text) {
     if (isCurrent(generation)) completion(finishBadgeRoute(element, text));
   };
-  quillo::start(mainThread_, clipboard_.captureViaClipboard(std::move(captured)));
+  quillo::start(mainThread_, clipboard_.captureViaClipboard(mayCopy(), std::move(captured)));
 }
 
 bool MacSelectionBubble::finishBadgeRoute(const std::optional<AccessibilityElement>& element,

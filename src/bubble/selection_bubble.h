@@ -94,6 +94,7 @@ class MacSelectionBubble {
   bool finishBadgeRoute(const std::optional<AccessibilityElement>& element,
                         const std::optional<std::string>& text);
   bool isFocusSensitive() const;
+  ClipboardCapture::MayCopy mayCopy() const;
   bool isCurrent(std::int64_t generation) const {
     return isRunning_ && generation == selectionCheckGeneration_;
   }

@@ -25,7 +25,7 @@ ClipboardCapture::ClipboardCapture(MainThread& mainThread, Pasteboard& pasteboar
       gate_(gate),
       log_(log) {}
 
-Task<> ClipboardCapture::captureViaClipboard(Captured completion) {
+Task<> ClipboardCapture::captureViaClipboard(MayCopy mayCopy, Captured completion) {
   // Letting go of our Command would cancel the one that the user holds.
   if (isUserHoldingCommand()) {
     log_.log("bubble",
@@ -36,10 +36,10 @@ Task<> ClipboardCapture::captureViaClipboard(Captured completion) {
   }
   co_await gate_.enter();
   const ClipboardGateHold hold(gate_);
-  completion(co_await captureInGate());
+  completion(co_await captureInGate(std::move(mayCopy)));
 }
 
-Task<std::optional<std::string>> ClipboardCapture::captureInGate() {
+Task<std::optional<std::string>> ClipboardCapture::captureInGate(MayCopy mayCopy) {
   const auto snapshot = snapshotPasteboard(pasteboard_, mainThread_);
   if (!snapshot) {
     log_.log("bubble",
@@ -52,6 +52,7 @@ Task<std::optional<std::string>> ClipboardCapture::captureInGate() {
     log_.log("bubble", "⌘ went down during snapshot — skipping synthetic ⌘C");
     co_return std::nullopt;
   }
+  if (!mayCopy()) co_return std::nullopt;
   const std::int64_t changeCountBefore = pasteboard_.changeCount();
   co_await postCopyShortcut();
   auto text = co_await copiedText(changeCountBefore);

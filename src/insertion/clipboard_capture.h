@@ -19,6 +19,8 @@ class ClipboardCapture {
  public:
   // Called once, while the gate is still held. Nothing when no plain text was copied.
   using Captured = std::function<void(std::optional<std::string>)>;
+  // Asked right before the copy, which takes its text from whatever has the focus then.
+  using MayCopy = std::function<bool()>;
 
   ClipboardCapture(MainThread& mainThread, Pasteboard& pasteboard, KeyPoster& keyPoster,
                    const KeyboardState& keyboardState, MacClipboardGate& gate, Log& log);
@@ -26,10 +28,10 @@ class ClipboardCapture {
   // Gives up without a change where it could cost the user a clipboard or a keystroke. Cannot be
   // abandoned midway, and cancellation shortens nothing. At most 0.9 s once the gate is entered
   // and the clipboard copied.
-  Task<> captureViaClipboard(Captured completion);
+  Task<> captureViaClipboard(MayCopy mayCopy, Captured completion);
 
  private:
-  Task<std::optional<std::string>> captureInGate();
+  Task<std::optional<std::string>> captureInGate(MayCopy mayCopy);
   Task<std::optional<std::string>> copiedText(std::int64_t changeCountBefore);
   Task<> postCopyShortcut();
   bool isUserHoldingCommand() const;

@@ -25,10 +25,11 @@ class ClipboardCaptureTest : public InsertionTest {
 
   void startCapture() {
     start(desktop_.mainThread(),
-          capture_.captureViaClipboard([this](std::optional<std::string> text) {
-            EXPECT_EQ(gate_.isBusy(), expectGateHeld_);
-            captured_.push_back(text.value_or("nothing"));
-          }));
+          capture_.captureViaClipboard([] { return true; },
+                                       [this](std::optional<std::string> text) {
+                                         EXPECT_EQ(gate_.isBusy(), expectGateHeld_);
+                                         captured_.push_back(text.value_or("nothing"));
+                                       }));
   }
 
   bool expectGateHeld_ = true;
