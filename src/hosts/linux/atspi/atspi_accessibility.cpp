@@ -53,6 +53,7 @@ class AtspiAccessibility::Parts {
 
   bool isReady();
   void forgetEverything();
+  void forgetObjects() { objects_.forgetEverything(); }
   void setTimeout(std::int32_t processIdentifier, Duration timeout) {
     timeouts_[processIdentifier] = timeout;
   }
@@ -95,7 +96,7 @@ AtspiAccessibility::Parts::Parts(MainThread& mainThread, Log& log, DesktopWindow
       bus_(mainThread, log),
       events_(bus_, {.focusChanged = [this](const auto& object,
                                             bool isFocused) { focusChanged(object, isFocused); },
-                     .objectChanged = [this](const auto& object) { objects_.forget(object); },
+                     .objectChanged = [this](const auto& object) { objects_.changed(object); },
                      .applicationGone = [this](const std::string& bus) { applicationGone(bus); }}),
       objects_(
           mainThread, bus_, events_,
@@ -217,8 +218,8 @@ std::uint64_t AtspiAccessibility::waitedCallCount() const {
   return parts_->bus().waitedCallCount();
 }
 
-void AtspiAccessibility::forgetEverything() {
-  parts_->forgetEverything();
+void AtspiAccessibility::forgetObjects() {
+  parts_->forgetObjects();
 }
 
 AccessibilityElement AtspiAccessibility::systemWideElement() {

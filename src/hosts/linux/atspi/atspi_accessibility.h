@@ -43,8 +43,8 @@ class AtspiAccessibility final : public Accessibility {
   // How many calls went to other processes so far, waited for or not; and the waited for alone.
   std::uint64_t callCount() const;
   std::uint64_t waitedCallCount() const;
-  // What was learned is asked for again.
-  void forgetEverything();
+  // What was learned of objects is asked for again.
+  void forgetObjects();
 
  private:
   class Parts;

@@ -77,7 +77,6 @@ void AtspiEvents::unwatchAll() {
   for (const ObjectReference& object : watched_) {
     bus_.connection().disconnect(toQt(object.bus), toQt(object.path), objectEvents, QString(), this,
                                  SLOT(onChange(QDBusMessage)));
-    observer_.objectChanged(object);  // nobody will tell any more
   }
   watched_.clear();
 }

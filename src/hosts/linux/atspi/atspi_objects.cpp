@@ -195,11 +195,40 @@ void AtspiObjects::learnLater(const ObjectReference& object, unsigned facets, in
                                        });
 }
 
+unsigned AtspiObjects::facetsOf(const Entry& entry) {
+  unsigned facets = 0;
+  for (const Facet facet : std::array{kind, words, place, address}) {
+    if (learnedAt(entry, facet)) facets |= facet;
+  }
+  return facets;
+}
+
+void AtspiObjects::changed(const ObjectReference& object) {
+  const auto found = entries_.find(object);
+  if (found == entries_.end()) return;
+  if (found->second.isBeingLearned) {
+    found->second.changedMeanwhile = true;
+    return;
+  }
+  learnLater(object, facetsOf(found->second));
+  const auto now = entries_.find(object);
+  if (now != entries_.end() && !now->second.isBeingLearned) entries_.erase(now);
+}
+
+// What changes faster than it can be learned is learned again when somebody looks.
 void AtspiObjects::learnedLater(const ObjectReference& object, unsigned facets, int ancestors,
                                 const AtspiBus::Replies& replies) {
   const auto found = entries_.find(object);
-  if (found != entries_.end()) found->second.isBeingLearned = false;
-  if (replies.empty() || !take(object, facets, replies) || ancestors == 0) return;
+  if (found == entries_.end()) return;
+  const bool changedMeanwhile = std::exchange(found->second.changedMeanwhile, false);
+  found->second.isBeingLearned = false;
+  if (replies.empty() || !take(object, facets, replies)) return;
+  if (changedMeanwhile) {
+    Entry& entry = entries_[object];
+    entry.kindAt = entry.wordsAt = entry.addressAt = mainThread_.now() + (-watchedLife);
+    entry.placeAt = mainThread_.now() + (-stillPlaceLife);
+  }
+  if (ancestors == 0) return;
   const auto& learned = entries_[object].kind;
   if (learned && learned->role != AtspiRole::application)
     learnLater(learned->parent, kind, ancestors - 1);

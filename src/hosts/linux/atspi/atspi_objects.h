@@ -62,6 +62,8 @@ class AtspiObjects {
   // Never kept. Nothing when it cannot be asked.
   std::optional<std::vector<ObjectReference>> childrenOf(const ObjectReference& object);
 
+  // Something about it has changed: what was known is learned again, without waiting.
+  void changed(const ObjectReference& object);
   void forget(const ObjectReference& object) { entries_.erase(object); }
   void forgetApplication(const std::string& bus);
   void forgetEverything() { entries_.clear(); }
@@ -77,11 +79,13 @@ class AtspiObjects {
     MonotonicTime placeAt;
     MonotonicTime addressAt;
     bool isBeingLearned = false;
+    bool changedMeanwhile = false;
   };
   enum class Freshness { unknown, old, fresh };
 
   Freshness freshness(const ObjectReference& object, const Entry& entry, Facet facet) const;
   Freshness freshnessOfPlace(const Entry& entry) const;
+  static unsigned facetsOf(const Entry& entry);
   static std::optional<MonotonicTime> learnedAt(const Entry& entry, Facet facet);
   Entry* known(const ObjectReference& object, Facet facet);
   // False when the object has gone.

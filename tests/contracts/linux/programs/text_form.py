@@ -59,8 +59,9 @@ def run_gtk(version, text):
 
 
 def run_qt(text):
-    from PyQt5 import QtCore, QtWidgets
+    from PyQt5 import QtCore, QtDBus, QtWidgets
 
+    QtDBus.QDBusConnection.sessionBus()  # or the toolkit never comes to the accessibility bus
     application = QtWidgets.QApplication(["form"])
     window = QtWidgets.QWidget()
     window.setWindowTitle("letter")

@@ -43,8 +43,13 @@ std::optional<xcb_window_t> X11Windows::active() {
 
 bool X11Windows::hasWindowManager() {
   // The window that vouches for the window manager outlives it on the root, but not itself.
+  const auto vouches = [this](xcb_window_t window) {
+    return connection_.word(window, "_NET_SUPPORTING_WM_CHECK") == window;
+  };
+  if (voucher_ != XCB_WINDOW_NONE && vouches(voucher_)) return true;
   const auto check = connection_.word(connection_.root(), "_NET_SUPPORTING_WM_CHECK");
-  return check && connection_.word(*check, "_NET_SUPPORTING_WM_CHECK") == check;
+  voucher_ = check && vouches(*check) ? *check : XCB_WINDOW_NONE;
+  return voucher_ != XCB_WINDOW_NONE;
 }
 
 std::optional<xcb_window_t> X11Windows::focused() {

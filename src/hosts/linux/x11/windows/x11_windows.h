@@ -48,6 +48,7 @@ class X11Windows {
   X11Connection& connection_;
   DesktopEntries& entries_;
   bool canAskForProcesses_;
+  xcb_window_t voucher_ = XCB_WINDOW_NONE;  // of the window manager that was last seen
 };
 
 }  // namespace quillo::linux_host
