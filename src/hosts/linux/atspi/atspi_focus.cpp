@@ -76,12 +76,14 @@ bool AtspiFocus::hasFocus(const ObjectReference& object) {
 ObjectReference AtspiFocus::focused(const std::string& bus) {
   const auto candidates = known_[bus].candidates;
   for (const ObjectReference& candidate : candidates) {
-    if (hasFocus(candidate)) return withText(candidate);
+    if (!hasFocus(candidate)) continue;
+    if (auto object = withText(candidate); !object.isNull()) return object;
   }
   return search(bus);
 }
 
-// A view says that it has the focus as well as the pane within it that only scrolls.
+// A view says that it has the focus as well as the pane within it that only scrolls, which goes on
+// saying so when the view has lost it. Null when nothing above the pane has the focus.
 ObjectReference AtspiFocus::withText(const ObjectReference& object) {
   const ObjectKind* kind = objects_.kindOf(object);
   if (kind == nullptr || kind->role != AtspiRole::filler) return object;
@@ -92,7 +94,7 @@ ObjectReference AtspiFocus::withText(const ObjectReference& object) {
     if (kind->states.has(AtspiState::focused) && kind->role != AtspiRole::filler) return upper;
     upper = kind->parent;
   }
-  return object;
+  return {};
 }
 
 ObjectReference AtspiFocus::search(const std::string& bus) {
@@ -104,9 +106,9 @@ ObjectReference AtspiFocus::search(const std::string& bus) {
   if (words == nullptr) return {};
   const ObjectReference found =
       words->hasCollection ? askForFocused(window) : walkToFocused(window);
-  if (found.isNull()) return {};
-  known_[bus].candidates.push_front(found);
-  return withText(found);
+  const ObjectReference object = found.isNull() ? found : withText(found);
+  if (!object.isNull()) known_[bus].candidates.push_front(object);
+  return object;
 }
 
 ObjectReference AtspiFocus::askForFocused(const ObjectReference& window) {
