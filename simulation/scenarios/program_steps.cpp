@@ -25,9 +25,10 @@ constexpr std::pair<std::string_view, DictionaryList MacAppState::*> dictionarie
     {"snippet", &MacAppState::snippets},
 };
 
-void editEntry(DictionaryList& list, const Place& number, const Place& change) {
+void editEntry(DictionaryList& list, const Place& number, const Place& change,
+               std::initializer_list<const char*> keys) {
   const std::size_t index = indexIn(list.get(), number);
-  for (const char* key : {"from", "to", "lang", "cue", "text"})
+  for (const char* key : keys)
     if (const auto text = change.find(key)) list.updateEntry(index, key, text->text());
 }
 
@@ -204,10 +205,17 @@ void edit(World& world, const Place& place) {
     place.allowOnly({"instruction", "name", "text", "voice", "bubble"});
     state.promptInstructions.edit(indexIn(state.promptInstructions.get(), *instruction),
                                   [&](auto& edited) { changeInstruction(edited, place); });
+  } else if (const auto rule = place.find("rule")) {
+    place.allowOnly({"rule", "from", "to"});
+    editEntry(state.dictionaryReplacements, *rule, place, {"from", "to"});
+  } else if (const auto entry = place.find("glossary")) {
+    place.allowOnly({"glossary", "from", "to", "lang"});
+    editEntry(state.dictionaryGlossary, *entry, place, {"from", "to", "lang"});
+  } else if (const auto snippet = place.find("snippet")) {
+    place.allowOnly({"snippet", "cue", "text"});
+    editEntry(state.snippets, *snippet, place, {"cue", "text"});
   } else {
-    place.allowOnly({"rule", "glossary", "snippet", "from", "to", "lang", "cue", "text"});
-    for (const auto& [name, list] : dictionaries)
-      if (const auto entry = place.find(name)) editEntry(state.*list, *entry, place);
+    place.refuse("one of term, profile, instruction, rule, glossary, snippet is expected");
   }
   world.runFor({});
 }

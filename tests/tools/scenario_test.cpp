@@ -74,6 +74,7 @@ TEST(ScenarioRefusal, NamesThePlace) {
        "test: steps[0].remove.rule: there is no such element"},
       {"{}", R"([{"edit": {"profile": 1, "text": "x"}}])",
        "test: steps[0].edit.text: unknown key; known are: profile, name"},
+      {"{}", R"([{"edit": {"text": "x"}}])", "test: steps[0].edit: one of term, profile,"},
       {"{}", R"([{"expect": {"status": {"matches": "("}}}])",
        "test: steps[0].expect.status.matches: this is no regular expression"},
       {"{}", R"([{"expect": {"statuses": [{"test": "x"}]}}])",
