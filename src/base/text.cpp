@@ -2,6 +2,7 @@
 
 #include <unicode/brkiter.h>
 #include <unicode/coll.h>
+#include <unicode/locdspnm.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
 #include <unicode/regex.h>
@@ -454,6 +455,15 @@ std::optional<std::string> englishIdentifierName(std::string_view identifier) {
   if (!knownName(language, locale.getLanguage())) return std::nullopt;
   icu::UnicodeString name;
   locale.getDisplayName(icu::Locale::getEnglish(), name);
+  return knownName(name, identifier);
+}
+
+std::optional<std::string> identifierNameIn(std::string_view locale, std::string_view identifier) {
+  UDisplayContext form[] = {UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU};
+  const std::unique_ptr<icu::LocaleDisplayNames> names(
+      icu::LocaleDisplayNames::createInstance(icu::Locale(std::string(locale).c_str()), form, 1));
+  icu::UnicodeString name;
+  names->localeDisplayName(std::string(identifier).c_str(), name);
   return knownName(name, identifier);
 }
 

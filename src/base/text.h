@@ -104,11 +104,14 @@ class Regex {
   std::unique_ptr<Compiled> compiled_;
 };
 
-// --- Languages, in English (CLDR) ---
+// --- Languages (CLDR) ---
 // "de" gives "German"; nothing for a code that has no name.
 std::optional<std::string> englishLanguageName(std::string_view languageCode);
 // "pt-BR" gives "Portuguese (Brazil)"; nothing for an identifier that has no name.
 std::optional<std::string> englishIdentifierName(std::string_view identifier);
+// As an entry of a list in the language of `locale`: "pt-BR" in "de" gives "Portugiesisch
+// (Brasilien)".
+std::optional<std::string> identifierNameIn(std::string_view locale, std::string_view identifier);
 
 // --- UTF-8 and UTF-16 ---
 bool isValidUtf8(std::string_view bytes);
