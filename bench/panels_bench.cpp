@@ -24,7 +24,7 @@
 
 #include "app/program.h"
 #include "hosts/linux/linux_desktop.h"
-#include "hosts/linux/posix/code_pages.h"
+#include "hosts/linux/posix/process_memory.h"
 #include "hosts/linux/posix/monotonic_clock.h"
 #include "hosts/linux/session/bundle.h"
 #include "shell/diagnostics/diagnostics_log.h"
@@ -152,7 +152,7 @@ class Figures {
   // On a thread of its own, with the main thread running.
   void take() {
     std::this_thread::sleep_for(1s);
-    linux_host::releaseCodePages();  // as after every launch
+    linux_host::releaseLoadedPages();  // as after every launch
     std::printf("memory before a window: %s\n", memory().c_str());
     takeShows();
     takeToast();

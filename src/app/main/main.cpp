@@ -8,7 +8,7 @@
 
 #include "app/program.h"
 #include "hosts/linux/linux_desktop.h"
-#include "hosts/linux/posix/code_pages.h"
+#include "hosts/linux/posix/process_memory.h"
 #include "hosts/linux/session/bundle.h"
 #include "hosts/linux/session/single_instance.h"
 #include "hosts/linux/session/termination_signals.h"
@@ -42,6 +42,7 @@ bool hasDisplay() {
 }
 
 int run(int argumentCount, char** arguments) {
+  linux_host::boundHeap();
   linux_host::TerminationSignals termination;  // before any thread is made
   if (!hasDisplay())
     return refuse("there is no graphical desktop here (no X display answers under DISPLAY).");
@@ -82,7 +83,7 @@ int run(int argumentCount, char** arguments) {
   Program program(portsOf(desktop), Backend{QUILLO_PROJECT_ROOT, QUILLO_ANON_KEY},
                   [&log] { log.openLog(); });
   program.launch();
-  QTimer::singleShot(launchIsOver, &linux_host::releaseCodePages);
+  QTimer::singleShot(launchIsOver, &linux_host::releaseLoadedPages);
   return QApplication::exec();
 }
 

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <utility>
 
-#include "hosts/linux/posix/code_pages.h"
+#include "hosts/linux/posix/process_memory.h"
 #include "hosts/linux/qt/qt_panel.h"
 
 namespace quillo::linux_host {
@@ -23,7 +23,7 @@ QtPanels::~QtPanels() = default;
 std::unique_ptr<Panel> QtPanels::make(PanelDescription description, Content& content) {
   if (!compositor_) {
     compositor_ = std::make_unique<CompositorWatch>();
-    QTimer::singleShot(firstPanelIsLoaded, &releaseCodePages);
+    QTimer::singleShot(firstPanelIsLoaded, &releaseLoadedPages);
   }
   return std::make_unique<QtPanel>(views_.makePanelView(content), description, content,
                                    *compositor_);

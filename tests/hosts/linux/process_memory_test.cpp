@@ -1,5 +1,5 @@
-// Memory that holds code is given back, and the program goes on.
-#include "hosts/linux/posix/code_pages.h"
+// Code and constants are given back, and the program goes on.
+#include "hosts/linux/posix/process_memory.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ long residentKilobytesOfFiles() {
   return 0;
 }
 
-TEST(CodePages, AreGivenBackAndReadInAgain) {
+TEST(ProcessMemory, IsGivenBackAndReadInAgain) {
   const auto draw = [] {
     QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
@@ -27,7 +27,7 @@ TEST(CodePages, AreGivenBackAndReadInAgain) {
   };
   const QImage drawn = draw();
   const long before = residentKilobytesOfFiles();
-  releaseCodePages();
+  releaseLoadedPages();
   const long after = residentKilobytesOfFiles();
   EXPECT_LT(after, before * 9 / 10);
   EXPECT_EQ(draw(), drawn);
