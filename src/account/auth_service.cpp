@@ -93,7 +93,7 @@ Task<MacAuthResult> MacAuthService::performSignIn(std::string email, std::string
       "/auth/v1/token?grant_type=password", {{"email", email}, {"password", std::move(password)}}));
   if (reply.status != 200) co_return refusal(reply);
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
-  storeSession(session);
+  beginSession(session);
   co_return MacAuthResult::success(addressOf(session, std::move(email)));
 }
 
@@ -111,7 +111,7 @@ Task<MacAuthResult> MacAuthService::performSignUp(std::string email, std::string
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
   if (!session.hasAccessToken())
     co_return MacAuthResult::needsConfirmation("Check your email to confirm your account.");
-  storeSession(session);
+  beginSession(session);
   co_return MacAuthResult::success(addressOf(session, std::move(email)));
 }
 
@@ -125,7 +125,7 @@ Task<MacAuthResult> MacAuthService::performVerifySignup(std::string email, std::
   if (reply.status != 200) co_return refusal(reply);
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
   if (!session.hasTokens()) co_return MacAuthResult::error("Verification failed.");
-  storeSession(session);
+  beginSession(session);
   co_return MacAuthResult::success(addressOf(session, std::move(email)));
 }
 
@@ -187,12 +187,13 @@ Task<MacAuthResult> MacAuthService::updateFullName(std::string name) {
 Task<MacAuthResult> MacAuthService::performUpdateFullName(std::string name) {
   const auto accessToken = co_await ensureFreshToken();
   if (!accessToken) co_return MacAuthResult::error("Please sign in again.");
+  const auto user = userId();
   try {
     co_await updateUser(*accessToken, {{"data", {{"full_name", name}}}});
   } catch (const std::exception&) {
     // The name counts as saved whatever comes back: the next profile shows what the server has.
   }
-  fullName = std::move(name);
+  if (isStillSignedIn(user)) fullName = std::move(name);
   co_return MacAuthResult::success("Profile saved.");
 }
 
@@ -210,13 +211,14 @@ Task<MacAuthResult> MacAuthService::deleteAccount() {
 Task<MacAuthResult> MacAuthService::performDeleteAccount() {
   const auto accessToken = co_await ensureFreshToken();
   if (!accessToken) co_return MacAuthResult::error("Please sign in again to delete your account.");
+  const auto user = userId();
   const HTTPResponse reply = co_await client_.send(
       {.method = "POST", .path = "/functions/v1/delete-user", .accessToken = *accessToken});
   if (reply.status == 403)
     co_return MacAuthResult::error(
         "For your security, sign out and sign in again, then delete your account.");
   if (reply.status != 200) co_return refusal(reply);
-  signOut();
+  if (isStillSignedIn(user)) signOut();
   co_return MacAuthResult::success("Your account has been deleted.");
 }
 
@@ -225,18 +227,19 @@ Task<MacAuthResult> MacAuthService::performDeleteAccount() {
 Task<> MacAuthService::fetchProfile() {
   const auto accessToken = co_await ensureFreshToken();
   if (!accessToken) co_return;
+  const auto user = userId();
   try {
     const HTTPResponse reply = co_await client_.send(
         {.method = "GET", .path = "/auth/v1/user", .accessToken = *accessToken});
     // The status does not count: an error reads as a profile without a name.
-    takeProfile(decodeRecord<SupabaseUserProfile>(reply.body));
+    const auto profile = decodeRecord<SupabaseUserProfile>(reply.body);
+    if (isStillSignedIn(user)) takeProfile(profile);
   } catch (const std::exception&) {
     // The profile is only for show; what is shown stays.
   }
 }
 
 void MacAuthService::takeProfile(const SupabaseUserProfile& profile) {
-  if (!isLoggedIn_) return;  // signed out meanwhile
   const auto metadata = profile.userMetadata.value_or(SupabaseUserProfile::Metadata());
   if (profile.email) userEmail = profile.email;
   fullName = metadata.fullName;
@@ -244,6 +247,12 @@ void MacAuthService::takeProfile(const SupabaseUserProfile& profile) {
 }
 
 // --- Session ---
+
+// Whoever signs in may be another user: what a refresh brings belongs to the session before.
+void MacAuthService::beginSession(const SupabaseAuthResponse& response) {
+  inFlightRefresh_.cancelAndForget();
+  storeSession(response);
+}
 
 void MacAuthService::storeSession(const SupabaseAuthResponse& response) {
   tokens_.save(TokenKind::access, response.accessToken);
@@ -324,8 +333,8 @@ Task<bool> MacAuthService::performRefresh() {
   } catch (...) {
     failure = std::current_exception();
   }
-  // Signing out cancels the refresh: what came back belongs to a session that is over.
-  if (co_await isCancelled()) co_return false;
+  // Signing in or out cancels the refresh: what came back belongs to a session that is over.
+  if (co_await isCancelled()) co_return isLoggedIn_ && !isTokenExpired();
 
   if (reply) co_return takeRefreshReply(*reply);
   if (failure) {
@@ -360,6 +369,14 @@ bool MacAuthService::takeRefreshReply(const HTTPResponse& reply) {
 void MacAuthService::retryAfter(const std::exception_ptr& failure) {
   log_.log("auth", "refresh failed: " + describe(failure));
   refreshIn(retryDelay);
+}
+
+std::optional<std::string> MacAuthService::userId() const {
+  return defaults_.text(userIdKey);
+}
+
+bool MacAuthService::isStillSignedIn(const std::optional<std::string>& user) const {
+  return isLoggedIn_ && userId() == user;
 }
 
 double MacAuthService::secondsNow() const {

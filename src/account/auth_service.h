@@ -89,6 +89,7 @@ class MacAuthService final : public SessionAuthority {
   Task<HTTPResponse> updateUser(std::string accessToken, Json body);
 
   Task<> resumeSession();
+  void beginSession(const SupabaseAuthResponse& response);
   void storeSession(const SupabaseAuthResponse& response);
   void takeProfile(const SupabaseUserProfile& profile);
   void publishApiKey();
@@ -98,6 +99,9 @@ class MacAuthService final : public SessionAuthority {
   Task<bool> performRefresh();
   bool takeRefreshReply(const HTTPResponse& reply);
   void retryAfter(const std::exception_ptr& failure);
+
+  std::optional<std::string> userId() const;
+  bool isStillSignedIn(const std::optional<std::string>& user) const;
 
   double secondsNow() const;
   double tokenExpiresAt() const;  // seconds since 1970; 0 for never known

@@ -35,14 +35,16 @@ TEST_F(AuthServiceTest, ASessionNeedsNeitherALifetimeNorAUserAndTakesOldCopiesAw
   EXPECT_EQ(history_->currentKey(), "device-qd_1_a");  // not that of the user before
 }
 
-TEST_F(AuthServiceTest, AProfileThatComesAfterTheSignOutIsNobodys) {
+TEST_F(AuthServiceTest, WhatComesAfterTheSignOutIsNobodys) {
   launchSignedIn();
-  answer("/user", 200, R"({"email":"ada@example.org"})", 2s);
+  for (int i = 0; i < 2; ++i) answer("/user", 200, R"({"email":"ada@example.org"})", 2s);
   const auto late = start(desktop_.mainThread(), auth_->fetchProfile());
+  const auto name = start(desktop_.mainThread(), auth_->updateFullName("Ada"));
   desktop_.runFor(1s);
   auth_->signOut();
   desktop_.await(late.value());
-  EXPECT_FALSE(auth_->userEmail.get());
+  desktop_.await(name.value());
+  EXPECT_FALSE(auth_->userEmail.get() || auth_->fullName.get());
 }
 
 }  // namespace

@@ -148,5 +148,17 @@ TEST_F(SessionTest, ARefreshUnderWayCannotUndoASignOut) {
   EXPECT_THAT(desktop_.log().lines(), IsEmpty());
 }
 
+TEST_F(SessionTest, ARefreshUnderWayCannotUndoASignIn) {
+  launchSignedIn();
+  answer(tokenPath, 200, session("late", "late"), 2s);
+  answer(tokenPath, 200, session("access2", "refresh2"));
+  const auto running = start(desktop_.mainThread(), auth_->refreshSession());
+  desktop_.runFor(1s);
+  desktop_.await(auth_->signIn("grace@example.org", "pw"));
+  EXPECT_TRUE(desktop_.await(running.value()));
+  desktop_.runFor(2s);
+  EXPECT_EQ(tokenStore_.read("mac.refreshToken"), "refresh2");
+}
+
 }  // namespace
 }  // namespace quillo
