@@ -111,7 +111,9 @@ void AtspiBus::disconnect() {
   if (!isConnected_) return;
   isConnected_ = false;
   lossIsLogged_ = true;
-  pending_.release()->deleteLater();  // one of its watchers may be what noticed the loss
+  // One of the watchers may be what noticed the loss, so they are deleted in a later turn.
+  for (QObject* watcher : pending_->children()) watcher->disconnect();
+  pending_.release()->deleteLater();
   budgets_.clear();
   timeouts_.clear();
   connection_ = QDBusConnection(QString());
@@ -200,14 +202,13 @@ bool AtspiBus::askLater(const std::vector<AtspiCall>& calls,
   };
   auto round =
       std::make_shared<Round>(Round{Replies(calls.size()), calls.size(), std::move(answered)});
-  const std::uint64_t generation = generation_;
   for (std::size_t i = 0; i < calls.size(); ++i) {
     auto* watcher = new QDBusPendingCallWatcher(send(calls[i], lateTimeout), pending_.get());
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, pending_.get(),
-                     [this, round, i, bus, generation](QDBusPendingCallWatcher* finished) {
+                     [this, round, i, bus](QDBusPendingCallWatcher* finished) {
                        finished->deleteLater();
                        round->replies[i] = finished->reply();
-                       if (--round->open > 0 || generation != generation_) return;
+                       if (--round->open > 0) return;
                        if (std::ranges::any_of(round->replies, isMissingAnswer)) {
                          const MonotonicTime now = mainThread_.now();
                          budgets_[bus].ranOut(now, now);
