@@ -67,8 +67,6 @@ void runFor(Duration duration) {
 
 struct Desk {
   Desk() {
-    std::set<std::int32_t> none;
-    opened = linux_host::X11Desktop::open({ground.mainThread, log, "bench", {}});
     windows.emplace(accessibility, opened.desktop->workspace(), application, log);
     looker.emplace(look::Looker::Ports{accessibility, screens, opened.desktop->workspace(),
                                        *windows, ground.mainThread,
@@ -77,8 +75,9 @@ struct Desk {
 
   linux_host::LinuxGround ground;
   ErrorStreamLog log;
-  linux_host::X11Desktop::Opened opened;
-  linux_host::X11DesktopWindows desktopWindows{ground.mainThread};
+  linux_host::X11Desktop::Opened opened =
+      linux_host::X11Desktop::open({ground.mainThread, log, "bench", {}});
+  linux_host::X11DesktopWindows desktopWindows{*opened.desktop};
   linux_host::AtspiAccessibility accessibility{ground.mainThread, log, desktopWindows};
   const linux_host::QtScreens screens;
   linux_host::QtApplication application{linux_host::bundleOfThisProgram(), ground.mainThread};

@@ -104,7 +104,7 @@ int run(int count, char** arguments) {
     std::fprintf(stderr, "%s\n", opened.refusal.c_str());
     return 1;
   }
-  linux_host::X11DesktopWindows desktopWindows(ground.mainThread);
+  linux_host::X11DesktopWindows desktopWindows(*opened.desktop);
   linux_host::AtspiAccessibility accessibility(ground.mainThread, log, desktopWindows);
   const linux_host::QtScreens screens;
   linux_host::QtApplication application(linux_host::bundleOfThisProgram(), ground.mainThread);

@@ -24,7 +24,7 @@ LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bund
       // The display that this desktop stands on can post keys and see them.
       permissions_(audioDevices_,
                    {.canPostKeys = [] { return true; }, .canSeeKeys = [] { return true; }}),
-      desktopWindows_(ground.mainThread),
+      desktopWindows_(*x11_),
       accessibility_(ground.mainThread, log, desktopWindows_),
       windows_(views, userDefaults_, screens_),
       application_(bundle, ground.mainThread, &windows_),

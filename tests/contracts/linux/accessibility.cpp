@@ -62,7 +62,7 @@ class LinuxAccessibility : public LinuxX11Host<AccessibilityHost> {
   void signal(int number) { ::kill(static_cast<pid_t>(form_.processId()), number); }
 
   const Toolkit toolkit_;
-  linux_host::X11DesktopWindows windows_{mainThread()};
+  linux_host::X11DesktopWindows windows_{desktop()};
   linux_host::AtspiAccessibility accessibility_{mainThread(), log(), windows_};
   QProcess form_;
 };

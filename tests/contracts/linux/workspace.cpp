@@ -6,6 +6,7 @@
 #include "contracts/suites/workspace_contract.h"
 #include "contracts/support/environment_variable.h"
 #include "hosts/linux/session/linux_session.h"
+#include "hosts/linux/x11_desktop_windows.h"
 
 namespace quillo::contracts {
 namespace {
@@ -28,6 +29,62 @@ class LinuxWorkspace final : public LinuxX11Host<WorkspaceHost> {
   std::list<OtherApplication> applications_;
 };
 INSTANTIATE_TEST_SUITE_P(RealDesktop, WorkspaceContract, hostedBy<LinuxWorkspace>());
+
+class FrontWindowTest : public testing::Test {
+ protected:
+  class Host final : public LinuxX11Host<ContractHost> {
+   public:
+    PhysicalKeyboard keyboard{otherProgram()};
+  };
+  bool runUntil(const std::function<bool()>& holds) {
+    return host_.runUntil(holds, std::chrono::seconds(20));
+  }
+  linux_host::DesktopWindow front() {
+    EXPECT_TRUE(runUntil([this] { return windows_.front().has_value(); }));
+    return windows_.front().value_or(linux_host::DesktopWindow());
+  }
+  bool isStill() { return host_.mainThread().now() - windows_.lastInput() > shortly; }
+  static constexpr Duration shortly = std::chrono::milliseconds(100);
+
+  Host host_;
+  linux_host::X11DesktopWindows windows_{host_.desktop()};
+};
+
+TEST_F(FrontWindowTest, IsKnownWithoutAskingAndFollowedWhateverHappensToIt) {
+  OtherApplication program(host_.otherProgram(), "letter");
+  const auto before = front();
+  EXPECT_EQ(before.processIdentifier, program.process());
+  EXPECT_TRUE(runUntil([this] { return isStill(); })) << "nobody touches anything";
+  const auto written = xcb_total_written(host_.desktop().connection().get());
+  for (int look = 0; look < 10; ++look) {
+    EXPECT_EQ(windows_.front(), before);
+    EXPECT_TRUE(isStill());
+    EXPECT_EQ(host_.desktop().workspace().frontmostApplication()->localizedName, "letter");
+  }
+  EXPECT_EQ(xcb_total_written(host_.desktop().connection().get()), written);
+
+  xcb_connection_t* const other = host_.otherProgram().get();
+  const auto window = static_cast<xcb_window_t>(before.identifier);
+  const std::uint32_t place[] = {300, 200};
+  xcb_configure_window(other, window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+  xcb_flush(other);
+  EXPECT_TRUE(runUntil([&] { return front().x != before.x && front().y != before.y; }));
+  EXPECT_FALSE(isStill()) << "all that is in it has moved along";
+  xcb_change_property(other, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                      12, "table\0table");
+  xcb_flush(other);
+  EXPECT_TRUE(runUntil([this] {
+    return host_.desktop().workspace().frontmostApplication()->localizedName == "table";
+  }));
+
+  EXPECT_TRUE(runUntil([this] { return isStill(); }));
+  host_.keyboard.change(keys::a, KeyDirection::down);
+  host_.keyboard.change(keys::a, KeyDirection::up);
+  EXPECT_TRUE(runUntil([this] { return !isStill(); }));
+  EXPECT_TRUE(runUntil([this] { return isStill(); })) << "for a while";
+  program.quit();
+  EXPECT_TRUE(runUntil([this] { return !windows_.front(); }));
+}
 
 // --- Real applications ---
 

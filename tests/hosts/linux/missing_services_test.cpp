@@ -39,7 +39,8 @@ TEST_F(MissingServices, AKeyringThatIsNotThereIsNotAnEmptyOne) {
 }
 
 TEST_F(MissingServices, AnAccessibilityBusIsMissedInOneLine) {
-  X11DesktopWindows windows(host_.mainThread());
+  const auto opened = X11Desktop::open({host_.mainThread(), log_, "ours", {}});
+  X11DesktopWindows windows(*opened.desktop);
   AtspiAccessibility accessibility(host_.mainThread(), log_, windows);
   EXPECT_THAT(log_.lines(), testing::IsEmpty()) << "nothing is asked before the first question";
   const Duration taken = timeOf([&] {

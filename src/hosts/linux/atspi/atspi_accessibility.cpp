@@ -74,7 +74,6 @@ class AtspiAccessibility::Parts {
   void focusChanged(const ObjectReference& object, bool isFocused);
   void applicationGone(const std::string& bus);
 
-  MainThread& mainThread_;
   DesktopWindows& windows_;
   AtspiBus bus_;
   AtspiEvents events_;
@@ -91,16 +90,13 @@ class AtspiAccessibility::Parts {
 };
 
 AtspiAccessibility::Parts::Parts(MainThread& mainThread, Log& log, DesktopWindows& windows)
-    : mainThread_(mainThread),
-      windows_(windows),
+    : windows_(windows),
       bus_(mainThread, log),
       events_(bus_, {.focusChanged = [this](const auto& object,
                                             bool isFocused) { focusChanged(object, isFocused); },
                      .objectChanged = [this](const auto& object) { objects_.changed(object); },
                      .applicationGone = [this](const std::string& bus) { applicationGone(bus); }}),
-      objects_(
-          mainThread, bus_, events_,
-          [this] { return mainThread_.now() + (Duration::zero() - windows_.sinceLastInput()); }),
+      objects_(mainThread, bus_, events_, [this] { return windows_.lastInput(); }),
       applications_(mainThread, bus_),
       focus_(mainThread, bus_, objects_, applications_, windows),
       text_(bus_, applications_),

@@ -17,7 +17,8 @@ struct DesktopWindow {
   friend bool operator==(const DesktopWindow&, const DesktopWindow&) = default;
 };
 
-// Main thread; a round trip to the window system each.
+// Main thread. What was told of the window in front and of the user takes no time; a place and a
+// title are asked for.
 class DesktopWindows {
  public:
   virtual ~DesktopWindows() = default;
@@ -27,8 +28,8 @@ class DesktopWindows {
   // The topmost at a place of the screen.
   virtual std::optional<DesktopWindow> at(std::int32_t x, std::int32_t y) = 0;
   virtual std::string title(const DesktopWindow& window) = 0;
-  // How long ago the user last touched a key or the pointer.
-  virtual Duration sinceLastInput() = 0;
+  // When the user last did anything that may have moved what is shown; now, while that goes on.
+  virtual MonotonicTime lastInput() = 0;
 };
 
 }  // namespace quillo::linux_host

@@ -22,12 +22,15 @@ class ObserverList {
     return kept;
   }
 
-  void notify(Arguments... arguments) {
+  void notify(Arguments... arguments) { present()(arguments...); }
+  // Calls, at any later time, whoever observes now and still does then.
+  std::function<void(Arguments...)> present() {
     std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
-    const auto observers = observers_;
-    for (const auto& weak : observers) {
-      if (const auto observer = weak.lock()) (*observer)(arguments...);
-    }
+    return [observers = observers_](Arguments... arguments) {
+      for (const auto& weak : observers) {
+        if (const auto observer = weak.lock()) (*observer)(arguments...);
+      }
+    };
   }
 
  private:

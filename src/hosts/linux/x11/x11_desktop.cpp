@@ -16,6 +16,8 @@
 #include "hosts/linux/x11/keys/x11_key_poster.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
 #include "hosts/linux/x11/keys/x11_keyboard_state.h"
+#include "hosts/linux/x11/keys/x11_last_input.h"
+#include "hosts/linux/x11/windows/x11_front_window.h"
 #include "hosts/linux/x11/windows/x11_windows.h"
 #include "hosts/linux/x11/windows/x11_workspace.h"
 
@@ -28,9 +30,8 @@ std::string messageLocale() {
   return locale == nullptr ? "C" : locale;
 }
 
-PasteShortcut pasteShortcutOfActiveApplication(X11Windows& windows) {
-  const auto window = windows.active();
-  const auto application = window ? windows.application(*window) : std::nullopt;
+PasteShortcut pasteShortcutOfActiveApplication(X11FrontWindow& front) {
+  const WindowApplication* const application = front.application();
   return application ? application->pasteShortcut : PasteShortcut::control;
 }
 
@@ -49,13 +50,15 @@ struct X11Desktop::Parts {
         clipboard(std::move(openClipboard)),
         entries(DesktopEntries::folders(), messageLocale()),
         windows(*connection, entries),
-        workspace(arguments.mainThread, *connection, *events, windows,
+        frontWindow(arguments.mainThread, *connection, *events, windows),
+        lastInput(arguments.mainThread, *connection, *events),
+        workspace(arguments.mainThread, *connection, *events, windows, frontWindow,
                   std::move(arguments.ownBundleIdentifier)),
         hotKeys(arguments.mainThread, *grabConnection, grabEvents, *keyboard, arguments.log),
         eventMonitors(arguments.mainThread, *keyboard),
         hidKeyboards(arguments.mainThread, *keyboard),
         keyPoster(*connection, *keyboard, hotKeys,
-                  {[this] { return pasteShortcutOfActiveApplication(windows); },
+                  {[this] { return pasteShortcutOfActiveApplication(frontWindow); },
                    [this] { clipboard->lendAsPrimary(); }}),
         keyboardState(*keyboard, hotKeys),
         pasteboard(*clipboard) {}
@@ -68,6 +71,8 @@ struct X11Desktop::Parts {
   std::unique_ptr<X11Clipboard> clipboard;
   DesktopEntries entries;
   X11Windows windows;
+  X11FrontWindow frontWindow;
+  X11LastInput lastInput;
   X11Workspace workspace;
   X11HotKeys hotKeys;
   X11EventTaps eventTaps;
@@ -104,6 +109,18 @@ X11Desktop::Opened X11Desktop::open(Arguments arguments) {
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
 X11Desktop::~X11Desktop() = default;
 
+X11Connection& X11Desktop::connection() {
+  return *parts_->connection;
+}
+X11Windows& X11Desktop::windows() {
+  return parts_->windows;
+}
+X11FrontWindow& X11Desktop::frontWindow() {
+  return parts_->frontWindow;
+}
+X11LastInput& X11Desktop::lastInput() {
+  return parts_->lastInput;
+}
 Workspace& X11Desktop::workspace() {
   return parts_->workspace;
 }

@@ -14,6 +14,11 @@
 
 namespace quillo::linux_host {
 
+class X11Connection;
+class X11FrontWindow;
+class X11LastInput;
+class X11Windows;
+
 // Main thread, made after QCoreApplication. What the ports gave out (registrations, monitors,
 // managers) may outlive the desktop, but ends with it.
 class X11Desktop {
@@ -42,6 +47,12 @@ class X11Desktop {
   KeyPoster& keyPoster();
   KeyboardState& keyboardState();
   Pasteboard& pasteboard();
+
+  // For the other parts of this host.
+  X11Connection& connection();
+  X11Windows& windows();
+  X11FrontWindow& frontWindow();
+  X11LastInput& lastInput();
 
  private:
   struct Parts;

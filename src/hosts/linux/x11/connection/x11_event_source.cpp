@@ -27,8 +27,12 @@ void X11EventSource::catchUp() {
   drain(xcb_poll_for_event);
 }
 
-void X11EventSource::drain(NextEvent next) {
+void X11EventSource::deliver(NextEvent next) {
   while (const auto event = owned(next(connection_.get()))) handlers_.notify(*event);
+}
+
+void X11EventSource::drain(NextEvent next) {
+  deliver(next);
   connection_.flush();
   if (connection_.isBroken() && notifier_.isEnabled()) {
     notifier_.setEnabled(false);

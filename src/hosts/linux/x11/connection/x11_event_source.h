@@ -25,11 +25,14 @@ class X11EventSource {
     return handlers_.add(std::move(handler));
   }
 
+  // Delivers the events that have arrived, without a round trip.
+  void takeArrived() { deliver(xcb_poll_for_event); }
   // Delivers the events of everything that the server has done so far: one round trip.
   void catchUp();
 
  private:
   using NextEvent = xcb_generic_event_t* (*)(xcb_connection_t*);
+  void deliver(NextEvent next);
   void drain(NextEvent next);
 
   X11Connection& connection_;

@@ -35,21 +35,21 @@ X11Windows::X11Windows(X11Connection& connection, DesktopEntries& entries)
 }
 
 std::optional<xcb_window_t> X11Windows::active() {
-  if (!hasWindowManager()) return focused();
+  if (!windowManager()) return focused();
   const auto window = connection_.word(connection_.root(), "_NET_ACTIVE_WINDOW");
   if (!window || *window == XCB_WINDOW_NONE) return std::nullopt;
   return *window;
 }
 
-bool X11Windows::hasWindowManager() {
+std::optional<xcb_window_t> X11Windows::windowManager() {
   // The window that vouches for the window manager outlives it on the root, but not itself.
   const auto vouches = [this](xcb_window_t window) {
     return connection_.word(window, "_NET_SUPPORTING_WM_CHECK") == window;
   };
-  if (voucher_ != XCB_WINDOW_NONE && vouches(voucher_)) return true;
+  if (voucher_ != XCB_WINDOW_NONE && vouches(voucher_)) return voucher_;
   const auto check = connection_.word(connection_.root(), "_NET_SUPPORTING_WM_CHECK");
   voucher_ = check && vouches(*check) ? *check : XCB_WINDOW_NONE;
-  return voucher_ != XCB_WINDOW_NONE;
+  return voucher_ == XCB_WINDOW_NONE ? std::nullopt : std::optional(voucher_);
 }
 
 std::optional<xcb_window_t> X11Windows::focused() {
@@ -71,6 +71,7 @@ std::optional<xcb_window_t> X11Windows::focused() {
 std::optional<WindowApplication> X11Windows::application(xcb_window_t window) {
   const auto windowClassName = windowClass(window);
   WindowApplication result;
+  result.window = window;
   result.processIdentifier = processOf(window);
   // The server knows a process for the number of a window that has gone, too, and it may be that of
   // another program by now.
@@ -149,7 +150,7 @@ std::optional<xcb_window_t> X11Windows::windowOf(std::int32_t processIdentifier)
   auto windows =
       connection_.property(connection_.root(), connection_.atom("_NET_CLIENT_LIST_STACKING"));
   std::vector<std::uint32_t> candidates = windows ? windows->words() : std::vector<std::uint32_t>();
-  if (!hasWindowManager()) {
+  if (!windowManager()) {
     const auto tree = owned(xcb_query_tree_reply(
         connection_.get(), xcb_query_tree(connection_.get(), connection_.root()), nullptr));
     if (tree) {
@@ -166,7 +167,7 @@ std::optional<xcb_window_t> X11Windows::windowOf(std::int32_t processIdentifier)
 }
 
 void X11Windows::activate(xcb_window_t window) {
-  if (hasWindowManager()) {
+  if (windowManager()) {
     sendToRoot(window, connection_.atom("_NET_ACTIVE_WINDOW"),
                {sourcePager, XCB_CURRENT_TIME, active().value_or(XCB_WINDOW_NONE), 0, 0});
   } else {

@@ -15,6 +15,7 @@ namespace quillo::linux_host {
 
 // The application that a window belongs to, as the desktop knows it.
 struct WindowApplication {
+  xcb_window_t window = XCB_WINDOW_NONE;
   std::int32_t processIdentifier = 0;  // 0 when nobody tells
   std::string bundleIdentifier;        // an unlisted application keeps its desktop identifier
   std::string name;
@@ -30,6 +31,8 @@ class X11Windows {
   // The window that the window manager calls active; without a window manager, the one that has
   // the input focus. Nothing when no application is in front.
   std::optional<xcb_window_t> active();
+  // The window that vouches for the window manager; nothing when none runs.
+  std::optional<xcb_window_t> windowManager();
   // Nothing for a window that has gone.
   std::optional<WindowApplication> application(xcb_window_t window);
   bool exists(xcb_window_t window);
@@ -40,7 +43,6 @@ class X11Windows {
   void activate(xcb_window_t window);
 
  private:
-  bool hasWindowManager();
   std::optional<xcb_window_t> focused();
   std::optional<std::string> windowClass(xcb_window_t window);
   void sendToRoot(xcb_window_t window, xcb_atom_t message, const std::uint32_t (&data)[5]);

@@ -10,9 +10,6 @@
 namespace quillo::linux_host {
 namespace {
 
-// A window can go between the question which one is active and the questions about it.
-constexpr int attempts = 3;
-
 // A process that has ended and that its parent has not yet noticed.
 bool isZombie(std::int32_t processIdentifier) {
   std::ifstream file("/proc/" + std::to_string(processIdentifier) + "/stat");
@@ -26,35 +23,24 @@ bool isZombie(std::int32_t processIdentifier) {
 }  // namespace
 
 X11Workspace::X11Workspace(MainThread& mainThread, X11Connection& connection,
-                           X11EventSource& events, X11Windows& windows,
+                           X11EventSource& events, X11Windows& windows, X11FrontWindow& front,
                            std::optional<std::string> ownBundleIdentifier)
     : mainThread_(mainThread),
       connection_(connection),
       windows_(windows),
+      front_(front),
       ownBundleIdentifier_(std::move(ownBundleIdentifier)),
       activeWindowAtom_(connection.atom("_NET_ACTIVE_WINDOW")),
       subscription_(events.observe([this](const xcb_generic_event_t& event) { handle(event); })) {
-  const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-  xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);
-  connection.flush();
   lastActivated_ = frontmostApplication();
 }
 
 std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    const auto window = windows_.active();
-    if (!window) return std::nullopt;
-    if (auto application = applicationOf(*window)) return application;
-  }
-  return std::nullopt;
-}
-
-std::optional<RunningApplication> X11Workspace::applicationOf(xcb_window_t window) const {
-  const auto known = windows_.application(window);
-  if (!known) return std::nullopt;
+  const WindowApplication* const known = front_.application();
+  if (known == nullptr) return std::nullopt;
   RunningApplication application;
   application.processIdentifier = known->processIdentifier;
-  application.window = window;
+  application.window = known->window;
   if (!known->name.empty()) application.localizedName = known->name;
   if (known->processIdentifier == getpid()) {
     application.bundleIdentifier = ownBundleIdentifier_;
@@ -103,9 +89,10 @@ void X11Workspace::activeWindowChanged() {
   // changes between its own windows was in front already.
   if (!front || front == lastActivated_) return;
   lastActivated_ = front;
-  mainThread_.post([this, application = *front, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) observers_.notify(application);
-  });
+  mainThread_.post(
+      [tell = observers_.present(), application = *front, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired()) tell(application);
+      });
 }
 
 }  // namespace quillo::linux_host

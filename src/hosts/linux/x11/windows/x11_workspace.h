@@ -9,6 +9,7 @@
 #include "hosts/linux/posix/observer_list.h"
 #include "hosts/linux/x11/connection/x11_connection.h"
 #include "hosts/linux/x11/connection/x11_event_source.h"
+#include "hosts/linux/x11/windows/x11_front_window.h"
 #include "hosts/linux/x11/windows/x11_windows.h"
 #include "platform/workspace.h"
 
@@ -18,7 +19,8 @@ class X11Workspace final : public Workspace {
  public:
   // The references outlive this. `ownBundleIdentifier` is this program's own.
   X11Workspace(MainThread& mainThread, X11Connection& connection, X11EventSource& events,
-               X11Windows& windows, std::optional<std::string> ownBundleIdentifier);
+               X11Windows& windows, X11FrontWindow& front,
+               std::optional<std::string> ownBundleIdentifier);
 
   std::optional<RunningApplication> frontmostApplication() const override;
   bool activate(const RunningApplication& application) override;
@@ -27,13 +29,13 @@ class X11Workspace final : public Workspace {
       std::function<void(const RunningApplication&)> activated) override;
 
  private:
-  std::optional<RunningApplication> applicationOf(xcb_window_t window) const;
   void handle(const xcb_generic_event_t& event);
   void activeWindowChanged();
 
   MainThread& mainThread_;
   X11Connection& connection_;
   X11Windows& windows_;
+  X11FrontWindow& front_;
   std::optional<std::string> ownBundleIdentifier_;
   xcb_atom_t activeWindowAtom_;
   std::optional<RunningApplication> lastActivated_;
