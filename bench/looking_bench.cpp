@@ -32,7 +32,7 @@ BENCHMARK(BM_PhraseExpressions)->Unit(benchmark::kMicrosecond);
 // and for what. The field lies eight levels deep in a page.
 void BM_Decision(benchmark::State& state) {
   simulated::SimulatedDesktop desktop;
-  simulated::Program& browser =
+  simulated::SimulatedApplication& browser =
       desktop.workspace().launch({"com.google.Chrome", "Compose - Chrome"});
   TreeElement* element = browser.tree().mainWindow();
   for (int level = 0; level < 7; ++level)

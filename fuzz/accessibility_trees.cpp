@@ -161,7 +161,7 @@ class Forest {
     if (isMortal) die(desktop, calls);
   }
 
-  simulated::Program& program() { return program_; }
+  simulated::SimulatedApplication& program() { return program_; }
   TreeElement* any() { return all_[bytes_.below(all_.size())]; }
 
  private:
@@ -232,7 +232,7 @@ class Forest {
   }
 
   Instructions& bytes_;
-  simulated::Program& program_;
+  simulated::SimulatedApplication& program_;
   std::vector<TreeElement*> all_;
 };
 

@@ -22,7 +22,7 @@ constexpr const char* usage =
     "  plays scenarios (docs/scenarios.md) and prints their traces, one JSON object a line\n"
     "usage: quillo-sim explore --seeds A..B [--days N] [--hours N] [--bug NAME] [--trace]\n"
     "  lives random days of a user under random faults, one world a seed\n"
-    "exit codes: 0 fine, 1 an expectation is not met, 2 refused, 3 a promise is broken,\n"
+    "exit codes: 0 fine, 1 an expectation is not met, 2 refused, 3 an invariant is violated,\n"
     "  4 no rest, 5 crash, 6 not repeated\n";
 
 ExitCode refuse(const std::string& problem) {

@@ -250,13 +250,13 @@ void DailyUser::dismiss() {
 // --- The desktop ---
 
 void DailyUser::switchApplication() {
-  std::vector<simulated::Program*> running;
-  for (simulated::Program* program : world_.applications())
-    if (program->isRunning()) running.push_back(program);
+  std::vector<simulated::SimulatedApplication*> running;
+  for (simulated::SimulatedApplication* application : world_.applications())
+    if (application->isRunning()) running.push_back(application);
   if (running.empty()) return;
-  simulated::Program* program = running[random_.below(running.size())];
-  world_.act("switches", {{"application", *program->identity().localizedName}});
-  world_.desktop().workspace().focus(*program);
+  simulated::SimulatedApplication* application = running[random_.below(running.size())];
+  world_.act("switches", {{"application", *application->identity().localizedName}});
+  world_.desktop().workspace().focus(*application);
   world_.runFor(between(0ms, 500ms));
 }
 
@@ -271,7 +271,8 @@ void DailyUser::copySomething() {
 }
 
 void DailyUser::clearEditors() {
-  for (simulated::Program* program : world_.applications()) program->editor().setText("");
+  for (simulated::SimulatedApplication* application : world_.applications())
+    application->editor().setText("");
   world_.runFor({});
 }
 
@@ -325,14 +326,14 @@ void DailyUser::signInAgain() {
 
 // Into some field of the application in front, a look or two at the text there, and back.
 void DailyUser::lookAtText() {
-  simulated::Program* program = world_.application(world_.frontName());
-  if (!program) return;
-  simulated::ApplicationTree& tree = program->tree();
+  simulated::SimulatedApplication* application = world_.application(world_.frontName());
+  if (!application) return;
+  simulated::ApplicationTree& tree = application->tree();
   simulated::TreeElement* document = tree.find("document");
   if (!tree.find("search field")) addFields(tree);
   constexpr const char* fields[] = {"document", "silent text", "search field", "password field"};
   tree.focus(tree.find(fields[random_.below(std::size(fields))]));
-  if (random_.chance(0.7)) program->editor().selectAll();
+  if (random_.chance(0.7)) application->editor().selectAll();
   for (std::uint64_t looks = 1 + random_.below(3); looks > 0; --looks) {
     // Without leave no field is known, and none has a badge.
     if (random_.chance(0.4) && !faults_.lasts(FaultKind::accessibilityDenied))
@@ -345,7 +346,7 @@ void DailyUser::lookAtText() {
   }
   world_.runFor(between(0ms, 1s));
   world_.dismissBubble();
-  program->editor().moveCaretToEnd();
+  application->editor().moveCaretToEnd();
   tree.focus(document);
 }
 
@@ -398,7 +399,7 @@ void DailyUser::prepare() {
   state.activationMode = "toggle";
   state.microphoneUID = "";
   signInAgain();
-  simulated::Program* notes = world_.application("Notes");
+  simulated::SimulatedApplication* notes = world_.application("Notes");
   world_.desktop().workspace().focus(
       notes ? *notes : world_.launchApplication({"org.example.Notes", "Notes"}));
   clearEditors();

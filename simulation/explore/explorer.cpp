@@ -38,10 +38,10 @@ class Living {
         faults_(world, simulated::SeededRandom(seed, "faults"), life.chosen, life.budget),
         user_(world, faults_, simulated::SeededRandom(seed, "user")) {}
 
-  ExitCode live(Promises& promises) {
+  ExitCode live(Invariants& invariants) {
     furnish();
-    for (int i = 0; i < options_.days; ++i) liveOneDay(promises);
-    const ExitCode code = endQuietly(promises);
+    for (int i = 0; i < options_.days; ++i) liveOneDay(invariants);
+    const ExitCode code = endQuietly(invariants);
     life_.lived = world_.now().sinceStart;
     life_.spoken = user_.spoken();
     life_.fired = faults_.fired();
@@ -72,40 +72,40 @@ class Living {
     if (random_.chance(0.4)) defaults.setText("mac.microphoneUID", "desk");
   }
 
-  void liveOneDay(Promises& promises) {
+  void liveOneDay(Invariants& invariants) {
     const MonotonicTime morning = world_.now();
     const Duration work = std::chrono::hours(options_.hours);
-    while (world_.now() - morning < work && promises.broken().empty()) {
+    while (world_.now() - morning < work && invariants.violations().empty()) {
       if (random_.chance(0.4)) faults_.strike();
       user_.doSomething();
       if (random_.chance(0.3)) faults_.strike();
       world_.runFor(random_.between(100ms, random_.chance(0.5) ? 5s : longestPause));
       user_.attend();
-      lookAtRest(promises);
+      lookAtRest(invariants);
     }
-    // A day on which a promise was broken has told enough.
-    if (!promises.broken().empty()) return;
+    // A day on which an invariant was violated has told enough.
+    if (!invariants.violations().empty()) return;
     if (morning + day > world_.now()) world_.runFor(morning + day - world_.now());
-    lookAtRest(promises);
+    lookAtRest(invariants);
   }
 
-  void lookAtRest(Promises& promises) {
-    if (world_.isAtRest()) promises.rest(restFacts(world_));
+  void lookAtRest(Invariants& invariants) {
+    if (world_.isAtRest()) invariants.rest(restFacts(world_));
   }
 
-  ExitCode endQuietly(Promises& promises) {
+  ExitCode endQuietly(Invariants& invariants) {
     faults_.end();
     user_.stopEverything();
     world_.trace().tell("quietPhase");
     if (!comesToRest()) return ExitCode::noRest;
     world_.trace().tell("atRest");
-    promises.rest(restFacts(world_));
+    invariants.rest(restFacts(world_));
     user_.prepare();
     user_.dictateProperly();
     world_.runFor(timeForTheProbe);
     world_.runFor(settled);
     if (!world_.isAtRest()) return ExitCode::noRest;
-    promises.rest(restFacts(world_));
+    invariants.rest(restFacts(world_));
     return ExitCode::fine;
   }
 
@@ -152,8 +152,8 @@ void reportSeed(std::uint64_t seed, const Life& life, const ExploreOptions& opti
   report << '\n';
   if (life.code == ExitCode::noRest) report << "  it did not come to rest\n";
   if (!life.crash.empty()) report << "  it crashed: " << life.crash << '\n';
-  for (const BrokenPromise& each : life.broken)
-    report << "  at " << toSeconds(each.time.sinceStart) << " s (" << each.promise
+  for (const Violation& each : life.violations)
+    report << "  at " << toSeconds(each.time.sinceStart) << " s (" << each.invariant
            << "): " << each.how << '\n';
   report << "  replay: " << replayCommand(seed, options) << std::endl;
 }
@@ -170,23 +170,23 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   simulated::SeededRandom random(seed, "options");
   life.chosen = chooseFaults(random);
   life.budget = static_cast<int>(random.below(100)) * options.days;
-  Promises promises({.wordMarker = "zq"}, Words::known);
+  Invariants invariants({.wordMarker = "zq"}, Words::known);
   // Ends before those who watch it.
   auto world = std::make_unique<World>(seed, World::PanelTexts::untold, layerWith(options.bug));
-  promises.follow(world->trace());
+  invariants.follow(world->trace());
   world->trace().watch(
       [&life](const Event& event) { life.dictations += turns(event, "isRecording", true); });
   if (trace) world->trace().printTo(*trace);
   Living living(life, *world, seed, options);
   try {
-    life.code = living.live(promises);
+    life.code = living.live(invariants);
   } catch (const std::exception& error) {
     life.code = ExitCode::crash;
     life.crash = error.what();
   }
-  if (life.code == ExitCode::fine) promises.end();
-  life.broken = promises.broken();
-  if (life.code == ExitCode::fine && !life.broken.empty()) life.code = ExitCode::brokenPromise;
+  if (life.code == ExitCode::fine) invariants.end();
+  life.violations = invariants.violations();
+  if (life.code == ExitCode::fine && !life.violations.empty()) life.code = ExitCode::violation;
   life.digest = world->trace().digest();
   life.events = world->trace().count();
   world.reset();
@@ -211,7 +211,7 @@ Exploration explore(const ExploreOptions& options, std::ostream& report, std::os
     all.dictations += life.dictations;
     addAll(all.fired, life.fired);
     addAll(all.done, life.done);
-    for (const BrokenPromise& each : life.broken) all.brokenPromises.insert(each.promise);
+    for (const Violation& each : life.violations) all.violated.insert(each.invariant);
   }
   return all;
 }

@@ -10,7 +10,7 @@
 
 #include "simulation/explore/faults.h"
 #include "simulation/explore/planted_bugs.h"
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/scenarios/scenario.h"
 
 namespace quillo::sim {
@@ -35,7 +35,7 @@ struct Life {
   ExitCode code = ExitCode::fine;
   std::vector<FaultKind> chosen;
   int budget = 0;
-  std::vector<BrokenPromise> broken;
+  std::vector<Violation> violations;
   std::string crash;
   std::uint64_t digest = 0;
   std::uint64_t events = 0;
@@ -59,7 +59,7 @@ struct Exploration {
   int dictations = 0;
   std::map<FaultKind, int> fired;
   std::map<std::string, int> done;
-  std::set<std::string> brokenPromises;
+  std::set<std::string> violated;
 };
 
 // A line a seed that fails goes to `report`, with the command that repeats it. `trace` may be null.

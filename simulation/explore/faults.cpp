@@ -86,10 +86,10 @@ void Faults::end() {
   while (!active_.empty()) heal(active_.begin()->first);
 }
 
-simulated::Program* Faults::someApplication() {
-  std::vector<simulated::Program*> running;
-  for (simulated::Program* program : world_.applications())
-    if (program->isRunning()) running.push_back(program);
+simulated::SimulatedApplication* Faults::someApplication() {
+  std::vector<simulated::SimulatedApplication*> running;
+  for (simulated::SimulatedApplication* application : world_.applications())
+    if (application->isRunning()) running.push_back(application);
   return running.empty() ? nullptr : running[random_.below(running.size())];
 }
 
@@ -124,21 +124,24 @@ std::optional<Faults::Heal> Faults::make(FaultKind kind) {
       desktop.keyboard().setSecureInput(true);
       return noted([&desktop] { desktop.keyboard().setSecureInput(false); });
     case FaultKind::focusMoved: {
-      simulated::Program* program = someApplication();
-      if (!program) return std::nullopt;
-      desktop.after(random_.between(1ms, 3s), [this, program] {
-        if (!program->isRunning() || hasEnded_) return;
+      simulated::SimulatedApplication* application = someApplication();
+      if (!application) return std::nullopt;
+      desktop.after(random_.between(1ms, 3s), [this, application] {
+        if (!application->isRunning() || hasEnded_) return;
         note(FaultKind::focusMoved);
-        world_.desktop().workspace().focus(*program);
+        world_.desktop().workspace().focus(*application);
       });
       return Heal([] {});
     }
     case FaultKind::activationFails: {
-      simulated::Program* program = someApplication();
-      if (!program) return std::nullopt;
-      program->setActivation(random_.chance(0.5) ? simulated::Program::Activation::refused
-                                                 : simulated::Program::Activation::ignored);
-      return noted([program] { program->setActivation(simulated::Program::Activation::obeyed); });
+      simulated::SimulatedApplication* application = someApplication();
+      if (!application) return std::nullopt;
+      application->setActivation(random_.chance(0.5)
+                                     ? simulated::SimulatedApplication::Activation::refused
+                                     : simulated::SimulatedApplication::Activation::ignored);
+      return noted([application] {
+        application->setActivation(simulated::SimulatedApplication::Activation::obeyed);
+      });
     }
     case FaultKind::applicationQuits:
       return quitApplication();
@@ -245,13 +248,13 @@ Faults::Heal Faults::copyBadly(FaultKind kind) {
 }
 
 std::optional<Faults::Heal> Faults::quitApplication() {
-  simulated::Program* program = someApplication();
-  if (!program) return std::nullopt;
+  simulated::SimulatedApplication* application = someApplication();
+  if (!application) return std::nullopt;
   note(FaultKind::applicationQuits);
-  const RunningApplication identity = program->identity();
+  const RunningApplication identity = application->identity();
   world_.act("quits", {{"application", *identity.localizedName}});
-  world_.desktop().workspace().quit(*program);
-  world_.desktop().pasteboard().processEnded(program->process());
+  world_.desktop().workspace().quit(*application);
+  world_.desktop().pasteboard().processEnded(application->process());
   return [this, identity] {
     world_.launchApplication({identity.bundleIdentifier, identity.localizedName});
   };

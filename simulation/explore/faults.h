@@ -133,7 +133,7 @@ class Faults {
   std::optional<Heal> takeChord();
   // Every route, or one of them. A fault that no key met has not fired.
   Heal disturbKeys(FaultKind kind);
-  simulated::Program* someApplication();
+  simulated::SimulatedApplication* someApplication();
   simulated::Microphone& someMicrophone();
   void copyDuringPaste(const Event& event);
   std::optional<simulated::Answer> whim(Endpoint endpoint, const HostedService::Request& request);

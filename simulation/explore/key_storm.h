@@ -1,4 +1,4 @@
-// Hands that hit the shortcuts in every wrong way.
+// KeyboardModel that hit the shortcuts in every wrong way.
 #pragma once
 
 #include <vector>

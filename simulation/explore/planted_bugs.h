@@ -1,4 +1,4 @@
-// Bugs that the promises must find: something between the program and its ports that goes wrong.
+// Bugs that the invariants must find: something between the program and its ports that goes wrong.
 #pragma once
 
 #include <string_view>

@@ -3,7 +3,7 @@
 namespace quillo::sim {
 namespace {
 
-Compare comparisonOf(const std::string& key, const Place& place) {
+Compare comparisonOf(const std::string& key, const JsonCursor& cursor) {
   std::string known;
   for (const auto& subject : {expectationsOfProgram(), expectationsOfDesktop(),
                               expectationsOfText(), expectationsOfPast()}) {
@@ -12,14 +12,14 @@ Compare comparisonOf(const std::string& key, const Place& place) {
       known += (known.empty() ? "" : ", ") + std::string(name);
     }
   }
-  place.refuse("unknown key; known are: " + known);
+  cursor.refuse("unknown key; known are: " + known);
 }
 
 }  // namespace
 
-void expect(World& world, const Memory& memory, const Place& expected) {
+void expect(World& world, const Memory& memory, const JsonCursor& expected) {
   Findings findings{world, memory.past()};
-  for (const auto& [key, place] : expected.members()) comparisonOf(key, place)(findings, place);
+  for (const auto& [key, cursor] : expected.members()) comparisonOf(key, cursor)(findings, cursor);
   if (!findings.differences.empty()) throw UnmetExpectation(std::move(findings.differences));
 }
 

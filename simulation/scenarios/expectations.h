@@ -6,6 +6,6 @@
 namespace quillo::sim {
 
 // Throws UnmetExpectation with everything that differs, and ScenarioError for an unknown key.
-void expect(World& world, const Memory& memory, const Place& expected);
+void expect(World& world, const Memory& memory, const JsonCursor& expected);
 
 }  // namespace quillo::sim

@@ -25,14 +25,14 @@ std::string keysOf(const Json& object) {
 UnmetExpectation::UnmetExpectation(std::vector<Difference> differences)
     : what_(describe(differences)) {}
 
-void Findings::parts(const Place& place, const Json& found) {
-  const std::vector<Place> elements = place.elements();
-  if (elements.size() != found.size()) return differ(place, found);
+void Findings::parts(const JsonCursor& cursor, const Json& found) {
+  const std::vector<JsonCursor> elements = cursor.elements();
+  if (elements.size() != found.size()) return differ(cursor, found);
   for (std::size_t i = 0; i < elements.size(); ++i) part(elements[i], found[i]);
 }
 
-void Findings::linesOf(const Place& place, const std::vector<std::string>& lines) {
-  for (const Place& wanted : place.elements()) {
+void Findings::linesOf(const JsonCursor& cursor, const std::vector<std::string>& lines) {
+  for (const JsonCursor& wanted : cursor.elements()) {
     if (std::ranges::any_of(lines, [&](const auto& line) { return isInLine(wanted, line); }))
       continue;
     std::string all;
@@ -41,8 +41,8 @@ void Findings::linesOf(const Place& place, const std::vector<std::string>& lines
   }
 }
 
-void Findings::members(const Place& place, const Json& found) {
-  for (const auto& [key, value] : place.members()) {
+void Findings::members(const JsonCursor& cursor, const Json& found) {
+  for (const auto& [key, value] : cursor.members()) {
     if (!found.contains(key)) value.refuse("unknown key; known are: " + keysOf(found));
     same(value, found.at(key));
   }

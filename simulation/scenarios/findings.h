@@ -35,27 +35,27 @@ struct Findings {
   const Past& past;
   std::vector<Difference> differences{};
 
-  void differ(const Place& place, std::string expected, std::string found) {
-    differences.push_back({place.path(), std::move(expected), std::move(found)});
+  void differ(const JsonCursor& cursor, std::string expected, std::string found) {
+    differences.push_back({cursor.path(), std::move(expected), std::move(found)});
   }
-  void differ(const Place& place, const Json& found) {
-    differ(place, encodeJson(place.json()), encodeJson(found));
+  void differ(const JsonCursor& cursor, const Json& found) {
+    differ(cursor, encodeJson(cursor.json()), encodeJson(found));
   }
-  void same(const Place& place, const Json& found) {
-    if (!isSame(place, found)) differ(place, found);
+  void same(const JsonCursor& cursor, const Json& found) {
+    if (!isSame(cursor, found)) differ(cursor, found);
   }
-  void part(const Place& place, const Json& found) {
-    if (!isPart(place, found)) differ(place, found);
+  void part(const JsonCursor& cursor, const Json& found) {
+    if (!isPart(cursor, found)) differ(cursor, found);
   }
   // Arrays of the same length; tells each element that differs.
-  void parts(const Place& place, const Json& found);
+  void parts(const JsonCursor& cursor, const Json& found);
   // Each is in some line.
-  void linesOf(const Place& place, const std::vector<std::string>& lines);
+  void linesOf(const JsonCursor& cursor, const std::vector<std::string>& lines);
   // The members of an object, each compared to the one of `found`; others are refused.
-  void members(const Place& place, const Json& found);
+  void members(const JsonCursor& cursor, const Json& found);
 };
 
-using Compare = void (*)(Findings&, const Place&);
+using Compare = void (*)(Findings&, const JsonCursor&);
 using Expectation = std::pair<std::string_view, Compare>;
 
 // By subject.

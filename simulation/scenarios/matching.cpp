@@ -7,17 +7,17 @@
 namespace quillo::sim {
 namespace {
 
-bool fits(const Place& pattern, const Json& found) {
-  const Place source = pattern.at("matches");
+bool fits(const JsonCursor& pattern, const Json& found) {
+  const JsonCursor source = pattern.at("matches");
   const auto regex = Regex::compile("\\A(?:" + source.text() + ")\\z", Regex::Case::sensitive);
   if (!regex) source.refuse("this is no regular expression");
   return found.is_string() && !regex->matches(found.get<std::string>()).empty();
 }
 
-using Compare = bool (*)(const Place&, const Json&);
+using Compare = bool (*)(const JsonCursor&, const Json&);
 
-bool areAll(const Place& expected, const Json& found, Compare compare) {
-  const std::vector<Place> elements = expected.elements();
+bool areAll(const JsonCursor& expected, const Json& found, Compare compare) {
+  const std::vector<JsonCursor> elements = expected.elements();
   if (!found.is_array() || elements.size() != found.size()) return false;
   for (std::size_t i = 0; i < elements.size(); ++i)
     if (!compare(elements[i], found[i])) return false;
@@ -34,11 +34,11 @@ std::int64_t inMilliseconds(Duration duration) {
 
 }  // namespace
 
-bool isPattern(const Place& expected) {
+bool isPattern(const JsonCursor& expected) {
   return expected.json().is_object() && expected.json().size() == 1 && expected.find("matches");
 }
 
-bool isSame(const Place& expected, const Json& found) {
+bool isSame(const JsonCursor& expected, const Json& found) {
   if (isPattern(expected)) return fits(expected, found);
   if (expected.json().is_array()) return areAll(expected, found, isSame);
   if (!expected.json().is_object()) return expected.json() == found;
@@ -48,7 +48,7 @@ bool isSame(const Place& expected, const Json& found) {
   return true;
 }
 
-bool isPart(const Place& expected, const Json& found) {
+bool isPart(const JsonCursor& expected, const Json& found) {
   if (isPattern(expected)) return fits(expected, found);
   if (expected.json().is_array()) return areAll(expected, found, isPart);
   if (!expected.json().is_object()) return expected.json() == found;
@@ -58,15 +58,15 @@ bool isPart(const Place& expected, const Json& found) {
   return true;
 }
 
-bool isInLine(const Place& expected, const std::string& line) {
+bool isInLine(const JsonCursor& expected, const std::string& line) {
   if (isPattern(expected)) return fits(expected, line);
   return line.find(expected.text()) != std::string::npos;
 }
 
-bool isTime(const Place& expected, Duration found) {
+bool isTime(const JsonCursor& expected, Duration found) {
   const std::int64_t passed = inMilliseconds(found);
   if (!expected.json().is_array()) return passed == inMilliseconds(expected.duration());
-  const std::vector<Place> limits = expected.elements();
+  const std::vector<JsonCursor> limits = expected.elements();
   if (limits.size() != 2) expected.refuse("the earliest and the latest time are expected");
   return inMilliseconds(limits[0].duration()) <= passed &&
          passed <= inMilliseconds(limits[1].duration());

@@ -14,11 +14,12 @@ std::string inSeconds(Duration duration) {
 }
 
 // `at` counts from the launch or the last "forget", `after` from the moment before.
-void times(Findings& findings, const Place& place, const Moments& moments, std::size_t index) {
+void times(Findings& findings, const JsonCursor& cursor, const Moments& moments,
+           std::size_t index) {
   const MonotonicTime time = moments[index].time;
   const MonotonicTime before = index > 0 ? moments[index - 1].time : findings.past.began;
   const auto compare = [&](const char* key, Duration passed) {
-    const auto expected = place.find(key);
+    const auto expected = cursor.find(key);
     if (expected && !isTime(*expected, passed))
       findings.differ(*expected, encodeJson(expected->json()), inSeconds(passed));
   };
@@ -36,39 +37,40 @@ Moments requestsTo(const Moments& all, Endpoint endpoint) {
 }
 
 // A text or a pattern, or an object with that and its times.
-bool isTimed(const Place& status) {
+bool isTimed(const JsonCursor& status) {
   return status.json().is_object() && !isPattern(status);
 }
 
-Place textOfStatus(const Place& status) {
+JsonCursor textOfStatus(const JsonCursor& status) {
   if (!isTimed(status)) return status;
   status.allowOnly({"text", "at", "after"});
   return status.at("text");
 }
 
-void statuses(Findings& findings, const Place& place) {
+void statuses(Findings& findings, const JsonCursor& cursor) {
   const Moments& moments = findings.past.statuses;
   Json found = Json::array();
   for (const Past::Moment& each : moments) found.push_back(each.what);
-  const std::vector<Place> expected = place.elements();
-  std::vector<Place> texts;
+  const std::vector<JsonCursor> expected = cursor.elements();
+  std::vector<JsonCursor> texts;
   std::ranges::transform(expected, std::back_inserter(texts), textOfStatus);
-  if (!std::ranges::equal(texts, found, isSame)) return findings.differ(place, found);
+  if (!std::ranges::equal(texts, found, isSame)) return findings.differ(cursor, found);
   for (std::size_t i = 0; i < expected.size(); ++i)
     if (isTimed(expected[i])) times(findings, expected[i], moments, i);
 }
 
-void countRequests(Findings& findings, const Place& place, const Moments& all) {
-  for (const auto& [name, count] : place.members()) {
+void countRequests(Findings& findings, const JsonCursor& cursor, const Moments& all) {
+  for (const auto& [name, count] : cursor.members()) {
     const Json key = name;
-    findings.same(count, requestsTo(all, Place(key, count.path()).choice(endpointNames)).size());
+    findings.same(count,
+                  requestsTo(all, JsonCursor(key, count.path()).choice(endpointNames)).size());
   }
 }
-void requests(Findings& findings, const Place& place) {
-  countRequests(findings, place, findings.past.requests);
+void requests(Findings& findings, const JsonCursor& cursor) {
+  countRequests(findings, cursor, findings.past.requests);
 }
-void warmUps(Findings& findings, const Place& place) {
-  countRequests(findings, place, findings.past.warmUps);
+void warmUps(Findings& findings, const JsonCursor& cursor) {
+  countRequests(findings, cursor, findings.past.warmUps);
 }
 
 Json keysOf(const Json& object) {
@@ -78,49 +80,49 @@ Json keysOf(const Json& object) {
 }
 
 // One request, the last to its endpoint unless a number (from 1) says which.
-void request(Findings& findings, const Place& place) {
-  if (place.json().is_array()) {
-    for (const Place& each : place.elements()) request(findings, each);
+void request(Findings& findings, const JsonCursor& cursor) {
+  if (cursor.json().is_array()) {
+    for (const JsonCursor& each : cursor.elements()) request(findings, each);
     return;
   }
-  place.allowOnly(
+  cursor.allowOnly(
       {"to", "number", "method", "path", "parts", "without", "order", "headers", "at", "after"});
-  const Moments sent = requestsTo(findings.past.requests, place.at("to").choice(endpointNames));
-  const auto number = place.find("number");
+  const Moments sent = requestsTo(findings.past.requests, cursor.at("to").choice(endpointNames));
+  const auto number = cursor.find("number");
   const std::size_t index = number ? static_cast<std::size_t>(number->integer()) : sent.size();
   if (index < 1 || index > sent.size())
-    return findings.differ(place, "request " + std::to_string(index),
+    return findings.differ(cursor, "request " + std::to_string(index),
                            std::to_string(sent.size()) + " requests");
   const Json& found = sent[index - 1].what;
   for (const char* key : {"method", "path", "parts", "headers"})
-    if (const auto expected = place.find(key)) findings.part(*expected, found.at(key));
-  if (const auto order = place.find("order")) findings.same(*order, keysOf(found.at("parts")));
-  if (const auto without = place.find("without")) {
-    for (const Place& key : without->elements())
+    if (const auto expected = cursor.find(key)) findings.part(*expected, found.at(key));
+  if (const auto order = cursor.find("order")) findings.same(*order, keysOf(found.at("parts")));
+  if (const auto without = cursor.find("without")) {
+    for (const JsonCursor& key : without->elements())
       if (found.at("parts").contains(key.text()))
         findings.differ(key, "no such part", encodeJson(found.at("parts").at(key.text())));
   }
-  times(findings, place, sent, index - 1);
+  times(findings, cursor, sent, index - 1);
 }
 
-void sounds(Findings& findings, const Place& place) {
-  findings.same(place, findings.past.sounds);
+void sounds(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.past.sounds);
 }
-void alerts(Findings& findings, const Place& place) {
-  findings.parts(place, findings.past.alerts);
+void alerts(Findings& findings, const JsonCursor& cursor) {
+  findings.parts(cursor, findings.past.alerts);
 }
-void accountResults(Findings& findings, const Place& place) {
-  findings.parts(place, findings.past.accountResults);
+void accountResults(Findings& findings, const JsonCursor& cursor) {
+  findings.parts(cursor, findings.past.accountResults);
 }
-void standardOutput(Findings& findings, const Place& place) {
-  findings.same(place, findings.past.standardOutput);
+void standardOutput(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.past.standardOutput);
 }
 
-void log(Findings& findings, const Place& place) {
-  findings.linesOf(place, findings.past.log);
+void log(Findings& findings, const JsonCursor& cursor) {
+  findings.linesOf(cursor, findings.past.log);
 }
-void notInLog(Findings& findings, const Place& place) {
-  for (const Place& text : place.elements())
+void notInLog(Findings& findings, const JsonCursor& cursor) {
+  for (const JsonCursor& text : cursor.elements())
     for (const std::string& line : findings.past.log)
       if (isInLine(text, line)) findings.differ(text, "nothing of this in the log", line);
 }

@@ -9,40 +9,40 @@ Json orNull(const std::optional<std::string>& text) {
   return text ? Json(*text) : Json(nullptr);
 }
 
-void status(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.dictation().statusText.get());
+void status(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.dictation().statusText.get());
 }
-void error(Findings& findings, const Place& place) {
-  findings.same(place, orNull(findings.world.dictation().lastError.get()));
+void error(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, orNull(findings.world.dictation().lastError.get()));
 }
-void recording(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.dictation().isRecording.get());
+void recording(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.dictation().isRecording.get());
 }
-void processing(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.dictation().isProcessing.get());
+void processing(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.dictation().isProcessing.get());
 }
-void canRetry(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.dictation().canRetryLast.get());
+void canRetry(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.dictation().canRetryLast.get());
 }
 
-void signedIn(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.program().auth().isLoggedIn());
+void signedIn(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.program().auth().isLoggedIn());
 }
-void account(Findings& findings, const Place& place) {
+void account(Findings& findings, const JsonCursor& cursor) {
   const MacAuthService& auth = findings.world.program().auth();
-  findings.members(place, {{"email", orNull(auth.userEmail.get())},
-                           {"name", orNull(auth.fullName.get())},
-                           {"avatar", orNull(auth.avatarURL.get())},
-                           {"error", orNull(auth.error.get())},
-                           {"loading", auth.isLoading.get()}});
+  findings.members(cursor, {{"email", orNull(auth.userEmail.get())},
+                            {"name", orNull(auth.fullName.get())},
+                            {"avatar", orNull(auth.avatarURL.get())},
+                            {"error", orNull(auth.error.get())},
+                            {"loading", auth.isLoading.get()}});
 }
 
-void history(Findings& findings, const Place& place) {
+void history(Findings& findings, const JsonCursor& cursor) {
   const Bytes encoded = encodeHistory(findings.world.program().history().entries);
-  findings.parts(place, *parseJson(encoded));
+  findings.parts(cursor, *parseJson(encoded));
 }
-void settings(Findings& findings, const Place& place) {
-  for (const auto& [key, value] : place.members())
+void settings(Findings& findings, const JsonCursor& cursor) {
+  for (const auto& [key, value] : cursor.members())
     findings.same(value, storedSetting(findings.world.desktop().userDefaults(), key));
 }
 

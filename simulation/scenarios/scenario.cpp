@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/scenarios/scenario_steps.h"
 #include "simulation/scenarios/scenario_world.h"
 
@@ -15,11 +15,11 @@ using namespace std::chrono_literals;
 // After this the last panel has gone.
 constexpr Duration aftermath = 20s;
 
-void play(World& world, Memory& memory, const Place& scenario) {
-  const auto place = scenario.find("world");
-  furnish(world, place, playMeanwhile(world, memory));
+void play(World& world, Memory& memory, const JsonCursor& scenario) {
+  const auto cursor = scenario.find("world");
+  furnish(world, cursor, playMeanwhile(world, memory));
   memory.throwKept();
-  for (const Place& step : scenario.at("steps").elements()) playStep(world, memory, step);
+  for (const JsonCursor& step : scenario.at("steps").elements()) playStep(world, memory, step);
 }
 
 void requireQuestions(World& world, Memory& memory) {
@@ -30,22 +30,22 @@ void requireQuestions(World& world, Memory& memory) {
                              std::to_string(unasked) + " answers to questions that never came"}});
 }
 
-std::uint64_t seedOf(const Place& scenario) {
+std::uint64_t seedOf(const JsonCursor& scenario) {
   if (const auto world = scenario.find("world"))
     if (const auto seed = world->find("seed")) return static_cast<std::uint64_t>(seed->integer());
   return 1;
 }
 
-// A scenario may end in the middle of something: then rest promises nothing yet.
-ExitCode checkPromises(World& world, Promises& promises, const std::string& name,
-                       std::ostream& problems) {
+// A scenario may end in the middle of something: then rest means nothing yet.
+ExitCode checkInvariants(World& world, Invariants& invariants, const std::string& name,
+                         std::ostream& problems) {
   world.runFor(aftermath);
-  if (world.isAtRest()) promises.rest(restFacts(world));
-  promises.end();
-  for (const BrokenPromise& each : promises.broken())
-    problems << name << ": at " << toSeconds(each.time.sinceStart) << " s a promise is broken ("
-             << each.promise << "): " << each.how << '\n';
-  return promises.broken().empty() ? ExitCode::fine : ExitCode::brokenPromise;
+  if (world.isAtRest()) invariants.rest(restFacts(world));
+  invariants.end();
+  for (const Violation& each : invariants.violations())
+    problems << name << ": at " << toSeconds(each.time.sinceStart)
+             << " s an invariant is violated (" << each.invariant << "): " << each.how << '\n';
+  return invariants.violations().empty() ? ExitCode::fine : ExitCode::violation;
 }
 
 }  // namespace
@@ -57,17 +57,17 @@ ExitCode worse(ExitCode a, ExitCode b) {
 ExitCode playScenario(std::string_view json, const std::string& name, Streams streams) {
   try {
     const Json parsed = parseScenarioText(json, "scenario");
-    const Place scenario(parsed, "");
+    const JsonCursor scenario(parsed, "");
     scenario.allowOnly({"about", "world", "steps"});
     scenario.at("about").text();
     Memory memory;
-    Promises promises({}, Words::unknown);
+    Invariants invariants({}, Words::unknown);
     World world(seedOf(scenario));
     memory.follow(world.trace());
-    promises.follow(world.trace());
+    invariants.follow(world.trace());
     if (streams.trace) world.trace().printTo(*streams.trace);
     play(world, memory, scenario);
-    const ExitCode code = checkPromises(world, promises, name, streams.problems);
+    const ExitCode code = checkInvariants(world, invariants, name, streams.problems);
     requireQuestions(world, memory);
     return code;
   } catch (const ScenarioError& error) {

@@ -10,9 +10,9 @@ namespace quillo::sim {
 // What the program ends with.
 enum class ExitCode {
   fine = 0,
-  differs = 1,        // an expectation is not met
-  refused = 2,        // the scenario or the command line makes no sense
-  brokenPromise = 3,  // in scenarios and in explored days
+  differs = 1,    // an expectation is not met
+  refused = 2,    // the scenario or the command line makes no sense
+  violation = 3,  // in scenarios and in explored days
   noRest = 4,
   crash = 5,
   notRepeated = 6,  // the same seed gave another day

@@ -43,12 +43,12 @@ constexpr std::pair<std::string_view, Key> keyNames[] = {
     {"semicolon", Key::semicolon},
 };
 
-std::vector<Key> chordOf(const Place& place) {
+std::vector<Key> chordOf(const JsonCursor& cursor) {
   std::vector<Key> keys;
-  for (const std::string& part : split(place.text(), '+')) {
+  for (const std::string& part : split(cursor.text(), '+')) {
     const auto found =
         std::ranges::find(keyNames, part, [](const auto& named) { return named.first; });
-    if (found == std::end(keyNames)) place.refuse("there is no key \"" + part + "\"");
+    if (found == std::end(keyNames)) cursor.refuse("there is no key \"" + part + "\"");
     keys.push_back(found->second);
   }
   return keys;
@@ -66,96 +66,96 @@ bool isPasteLast(World& world, const std::vector<Key>& chord) {
 }
 
 // A chord, or an object with its keys and how long they are down.
-void press(World& world, const Place& step) {
+void press(World& world, const JsonCursor& step) {
   Duration held = 30ms;
-  Place place = step;
+  JsonCursor cursor = step;
   if (step.json().is_object()) {
     step.allowOnly({"keys", "for"});
-    place = step.at("keys");
+    cursor = step.at("keys");
     held = step.at("for").duration();
   }
-  const std::vector<Key> chord = chordOf(place);
+  const std::vector<Key> chord = chordOf(cursor);
   for (const Key key : chord) {
     if (world.desktop().keyboard().keysDown().contains(key))
-      place.refuse("a key of this chord is held down already");
+      cursor.refuse("a key of this chord is held down already");
   }
-  world.act("presses", {{"keys", place.text()}});
+  world.act("presses", {{"keys", cursor.text()}});
   if (isPasteLast(world, chord)) world.act("pastes last");
   world.tapKeys(chord, held);
   world.runFor(held + 20ms);
 }
 
-void hold(World& world, const Place& place) {
-  const std::vector<Key> chord = chordOf(place);
-  world.act("holds", {{"keys", place.text()}});
+void hold(World& world, const JsonCursor& cursor) {
+  const std::vector<Key> chord = chordOf(cursor);
+  world.act("holds", {{"keys", cursor.text()}});
   for (const Key key : chord) {
-    if (world.desktop().keyboard().keysDown().contains(key)) place.refuse("it is held already");
+    if (world.desktop().keyboard().keysDown().contains(key)) cursor.refuse("it is held already");
     world.pressKey(key);
   }
   world.runFor({});
 }
 
-void release(World& world, const Place& place) {
-  std::vector<Key> chord = chordOf(place);
+void release(World& world, const JsonCursor& cursor) {
+  std::vector<Key> chord = chordOf(cursor);
   std::ranges::reverse(chord);
-  world.act("releases", {{"keys", place.text()}});
+  world.act("releases", {{"keys", cursor.text()}});
   for (const Key key : chord) {
-    if (!world.desktop().keyboard().keysDown().contains(key)) place.refuse("it is not held");
+    if (!world.desktop().keyboard().keysDown().contains(key)) cursor.refuse("it is not held");
     world.releaseKey(key);
   }
   world.runFor({});
 }
 
-void interruptTap(World& world, const Place& place) {
+void interruptTap(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, TapInterruption> reasons[] = {
       {"timeout", TapInterruption::timeout}, {"userInput", TapInterruption::userInput}};
-  world.desktop().eventTaps().interrupt(place.choice(reasons));
+  world.desktop().eventTaps().interrupt(cursor.choice(reasons));
   world.runFor({});
 }
 
 // --- Voice and time ---
 
-void speak(World& world, const Place& place) {
-  place.allowOnly({"words", "for", "loudness"});
-  const Duration duration = place.at("for").duration();
-  const auto loudness = place.find("loudness");
-  world.speak(place.at("words").text(), duration, loudness ? loudness->number() : -20);
+void speak(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"words", "for", "loudness"});
+  const Duration duration = cursor.at("for").duration();
+  const auto loudness = cursor.find("loudness");
+  world.speak(cursor.at("words").text(), duration, loudness ? loudness->number() : -20);
   world.runFor(duration);
 }
 
-void beSilent(World& world, const Place& place) {
-  world.desktop().voice().pause(place.duration());
-  world.runFor(place.duration());
+void beSilent(World& world, const JsonCursor& cursor) {
+  world.desktop().voice().pause(cursor.duration());
+  world.runFor(cursor.duration());
 }
 
-void wait(World& world, const Place& place) {
-  world.runFor(place.duration());
+void wait(World& world, const JsonCursor& cursor) {
+  world.runFor(cursor.duration());
 }
 
 // "Status", or an object with a status or a panel's text, and the time within.
-void until(World& world, const Place& place) {
+void until(World& world, const JsonCursor& cursor) {
   Duration within = 5min;
   std::function<bool()> condition;
   std::string wanted;
-  const auto statusIs = [&](const Place& status) {
+  const auto statusIs = [&](const JsonCursor& status) {
     wanted = "status " + status.text();
     condition = [&world, text = status.text()] {
       return world.dictation().statusText.get() == text;
     };
   };
-  if (place.json().is_string()) {
-    statusIs(place);
+  if (cursor.json().is_string()) {
+    statusIs(cursor);
   } else {
-    place.allowOnly({"status", "panel", "request", "within"});
-    if (const auto limit = place.find("within")) within = limit->duration();
-    if (const auto status = place.find("status")) statusIs(*status);
-    if (const auto panel = place.find("panel")) {
+    cursor.allowOnly({"status", "panel", "request", "within"});
+    if (const auto limit = cursor.find("within")) within = limit->duration();
+    if (const auto status = cursor.find("status")) statusIs(*status);
+    if (const auto panel = cursor.find("panel")) {
       wanted = "panel " + panel->text();
       condition = [&world, text = panel->text()] {
         return world.desktop().panels().showing(text) != nullptr;
       };
     }
-    if (const auto request = place.find("request")) {
+    if (const auto request = cursor.find("request")) {
       wanted = "a further request to " + request->text();
       const std::string path(pathOf(request->choice(endpointNames)));
       const std::size_t before = world.desktop().network().requestsTo(path).size();
@@ -163,22 +163,23 @@ void until(World& world, const Place& place) {
         return world.desktop().network().requestsTo(path).size() > before;
       };
     }
-    if (!condition) place.refuse("\"status\", \"panel\" or \"request\" is missing");
+    if (!condition) cursor.refuse("\"status\", \"panel\" or \"request\" is missing");
   }
   if (!world.runUntil(condition, within))
     throw UnmetExpectation(
-        {{place.path(), wanted, "status " + world.dictation().statusText.get()}});
+        {{cursor.path(), wanted, "status " + world.dictation().statusText.get()}});
 }
 
 // --- Panels, menu, questions ---
 
-void click(World& world, const Place& place) {
-  if (!world.click(place.text())) place.refuse("no panel or window shows \"" + place.text() + "\"");
+void click(World& world, const JsonCursor& cursor) {
+  if (!world.click(cursor.text()))
+    cursor.refuse("no panel or window shows \"" + cursor.text() + "\"");
   world.runFor({});
 }
 
-void change(World& world, const Place& place) {
-  for (const auto& [control, value] : place.members()) {
+void change(World& world, const JsonCursor& cursor) {
+  for (const auto& [control, value] : cursor.members()) {
     const auto now =
         value.json().is_boolean() ? ControlValue(value.boolean()) : ControlValue(value.text());
     if (!world.change(control, now)) value.refuse("no window takes this there");
@@ -186,141 +187,141 @@ void change(World& world, const Place& place) {
   }
 }
 
-void window(World& world, const Place& place) {
+void window(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> acts[] = {{"open", true}, {"close", false}};
-  if (place.choice(acts)) {
+  if (cursor.choice(acts)) {
     world.openWindow();
   } else if (!world.closeWindow()) {
-    place.refuse("there is none to close");
+    cursor.refuse("there is none to close");
   }
   world.runFor({});
 }
 
-void pressInPanel(World& world, const Place& place) {
+void pressInPanel(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, KeyEquivalent> keys[] = {
       {"return", KeyEquivalent::defaultAction}, {"escape", KeyEquivalent::cancelAction}};
-  const KeyEquivalent key = place.choice(keys);
-  world.act("presses in the panel", {{"key", place.text()}});
-  if (!world.desktop().panels().press(key)) place.refuse("no panel has a use for this key now");
+  const KeyEquivalent key = cursor.choice(keys);
+  world.act("presses in the panel", {{"key", cursor.text()}});
+  if (!world.desktop().panels().press(key)) cursor.refuse("no panel has a use for this key now");
   world.runFor({});
 }
 
-void choose(World& world, const Place& place) {
-  if (!world.choose(place.text()))
-    place.refuse("the menu offers no \"" + place.text() + "\" that can be chosen");
+void choose(World& world, const JsonCursor& cursor) {
+  if (!world.choose(cursor.text()))
+    cursor.refuse("the menu offers no \"" + cursor.text() + "\" that can be chosen");
   world.runFor({});
 }
 
 // --- Applications and clipboard ---
 
-void focus(World& world, const Place& place) {
-  simulated::Program& program = requireApplication(world, place);
-  world.act("switches", {{"application", place.text()}});
-  world.desktop().workspace().focus(program);
+void focus(World& world, const JsonCursor& cursor) {
+  simulated::SimulatedApplication& application = requireApplication(world, cursor);
+  world.act("switches", {{"application", cursor.text()}});
+  world.desktop().workspace().focus(application);
   world.runFor({});
 }
 
-void quit(World& world, const Place& place) {
-  simulated::Program& program = requireApplication(world, place);
-  world.act("quits", {{"application", place.text()}});
-  world.desktop().workspace().quit(program);
-  world.desktop().pasteboard().processEnded(program.process());
+void quit(World& world, const JsonCursor& cursor) {
+  simulated::SimulatedApplication& application = requireApplication(world, cursor);
+  world.act("quits", {{"application", cursor.text()}});
+  world.desktop().workspace().quit(application);
+  world.desktop().pasteboard().processEnded(application.process());
   world.runFor({});
 }
 
-void launch(World& world, const Place& place) {
-  launchDescribed(world, place);
+void launch(World& world, const JsonCursor& cursor) {
+  launchDescribed(world, cursor);
   world.runFor({});
 }
 
-void changeApplication(World& world, const Place& place) {
-  describeApplication(requireApplication(world, place.at("name")), place);
+void changeApplication(World& world, const JsonCursor& cursor) {
+  describeApplication(requireApplication(world, cursor.at("name")), cursor);
   world.runFor({});
 }
 
 // --- What breaks, and heals ---
 
-void plug(World& world, const Place& place) {
-  plugMicrophone(world, place);
+void plug(World& world, const JsonCursor& cursor) {
+  plugMicrophone(world, cursor);
   world.runFor({});
 }
 
-void unplug(World& world, const Place& place) {
-  simulated::Microphone& microphone = requireMicrophone(world, place);
-  if (!microphone.isConnected()) place.refuse("it is unplugged already");
-  world.act("unplugs", {{"microphone", place.text()}});
+void unplug(World& world, const JsonCursor& cursor) {
+  simulated::Microphone& microphone = requireMicrophone(world, cursor);
+  if (!microphone.isConnected()) cursor.refuse("it is unplugged already");
+  world.act("unplugs", {{"microphone", cursor.text()}});
   world.desktop().audioDevices().unplug(microphone);
   world.runFor({});
 }
 
-void network(World& world, const Place& place) {
+void network(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> states[] = {{"on", true}, {"off", false}};
-  const bool online = place.choice(states);
+  const bool online = cursor.choice(states);
   world.act("network", {{"online", online}});
   world.desktop().network().setOnline(online);
   world.runFor({});
 }
 
-void disk(World& world, const Place& place) {
+void disk(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> states[] = {{"full", true}, {"roomy", false}};
-  const bool full = place.choice(states);
+  const bool full = cursor.choice(states);
   world.act("disk", {{"full", full}});
   world.desktop().files().setFull(full);
 }
 
-void keychain(World& world, const Place& place) {
+void keychain(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> states[] = {{"locked", true}, {"open", false}};
-  if (place.choice(states)) {
+  if (cursor.choice(states)) {
     world.desktop().keychain().refuse(simulated::MemoryKeychain::interactionNotAllowed);
   } else {
     world.desktop().keychain().allow();
   }
 }
 
-void secureInput(World& world, const Place& place) {
-  world.trace().tell(place.boolean() ? "fault" : "healed", {{"kind", "secureInput"}});
-  world.desktop().keyboard().setSecureInput(place.boolean());
+void secureInput(World& world, const JsonCursor& cursor) {
+  world.trace().tell(cursor.boolean() ? "fault" : "healed", {{"kind", "secureInput"}});
+  world.desktop().keyboard().setSecureInput(cursor.boolean());
 }
 
-void removeFile(World& world, const Place& place) {
-  world.act("removes", {{"file", place.text()}});
-  if (place.text() == "the recordings") {
+void removeFile(World& world, const JsonCursor& cursor) {
+  world.act("removes", {{"file", cursor.text()}});
+  if (cursor.text() == "the recordings") {
     for (const FilePath& path : world.desktop().files().allFiles())
       if (path.extension() == ".m4a") world.desktop().files().remove(path);
     return;
   }
-  if (!world.desktop().files().remove(requirePath(world, place, place.text())))
-    place.refuse("there is no such file");
+  if (!world.desktop().files().remove(requirePath(world, cursor, cursor.text())))
+    cursor.refuse("there is no such file");
 }
 
 // --- The program as a whole ---
 
-void relaunch(World& world, const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void relaunch(World& world, const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
   world.quitAndLaunchAgain();
 }
 
-void forward(World& world, const Place& place) {
-  world.desktop().clock().set(world.desktop().clock().now() + place.duration());
+void forward(World& world, const JsonCursor& cursor) {
+  world.desktop().clock().set(world.desktop().clock().now() + cursor.duration());
 }
 
 // The user clicks the program's icon.
-void reopen(World& world, const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void reopen(World& world, const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
   world.act("clicks the program's icon");
   world.desktop().application().reopen();
   world.runFor({});
 }
 
 // The program comes to the front.
-void activate(World& world, const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void activate(World& world, const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
   world.act("activates Quillo");
   world.desktop().application().becomeActive();
   world.runFor({});
 }
 
-using Play = void (*)(World&, const Place&);
+using Play = void (*)(World&, const JsonCursor&);
 constexpr std::pair<std::string_view, Play> verbs[] = {
     {"press", press},
     {"hold", hold},
@@ -371,36 +372,36 @@ constexpr std::pair<std::string_view, Play> verbs[] = {
     {"clockForward", forward},
 };
 
-void playVerb(World& world, Memory& memory, const Place& step) {
+void playVerb(World& world, Memory& memory, const JsonCursor& step) {
   const auto members = step.members();
   if (members.size() != 1) step.refuse("a step is an object with one key, its verb");
-  const auto& [verb, place] = members.front();
-  if (verb == "expect") return expect(world, memory, place);
+  const auto& [verb, cursor] = members.front();
+  if (verb == "expect") return expect(world, memory, cursor);
   if (verb == "forget") {
-    if (!place.boolean()) place.refuse("only true makes sense here");
+    if (!cursor.boolean()) cursor.refuse("only true makes sense here");
     return memory.forget(world.now());
   }
-  if (verb == "answerAlert") return answerAlert(world, place, playMeanwhile(world, memory));
+  if (verb == "answerAlert") return answerAlert(world, cursor, playMeanwhile(world, memory));
   const auto found = std::ranges::find(verbs, verb, [](const auto& named) { return named.first; });
   if (found == std::end(verbs)) {
     std::string known = "expect, forget, answerAlert";
     for (const auto& [name, play] : verbs) known += ", " + std::string(name);
     step.refuse("unknown verb \"" + verb + "\"; known are: " + known);
   }
-  found->second(world, place);
+  found->second(world, cursor);
 }
 
 }  // namespace
 
-void playStep(World& world, Memory& memory, const Place& step) {
+void playStep(World& world, Memory& memory, const JsonCursor& step) {
   playVerb(world, memory, step);
   memory.throwKept();
 }
 
 PlaySteps playMeanwhile(World& world, Memory& memory) {
-  return [&world, &memory](const std::vector<Place>& steps) {
+  return [&world, &memory](const std::vector<JsonCursor>& steps) {
     try {
-      for (const Place& step : steps) playStep(world, memory, step);
+      for (const JsonCursor& step : steps) playStep(world, memory, step);
     } catch (...) {
       memory.keep(std::current_exception());
     }

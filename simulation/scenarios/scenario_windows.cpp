@@ -24,15 +24,15 @@ constexpr std::pair<std::string_view, SelectionTrigger> triggers[] = {
     {"keyboard", SelectionTrigger::keyboard},
     {"summon", SelectionTrigger::summon}};
 
-std::vector<double> numbers(const Place& place, std::size_t count) {
+std::vector<double> numbers(const JsonCursor& cursor, std::size_t count) {
   std::vector<double> all;
-  for (const Place& each : place.elements()) all.push_back(each.number());
-  if (all.size() != count) place.refuse(std::to_string(count) + " numbers are expected");
+  for (const JsonCursor& each : cursor.elements()) all.push_back(each.number());
+  if (all.size() != count) cursor.refuse(std::to_string(count) + " numbers are expected");
   return all;
 }
 
-TextRange rangeOf(const Place& place) {
-  const std::vector<double> both = numbers(place, 2);
+TextRange rangeOf(const JsonCursor& cursor) {
+  const std::vector<double> both = numbers(cursor, 2);
   return {static_cast<std::int64_t>(both[0]), static_cast<std::int64_t>(both[1])};
 }
 
@@ -40,24 +40,24 @@ TextRange rangeOf(const Place& place) {
 
 class TreeMaker {
  public:
-  explicit TreeMaker(simulated::Program& program) : tree_(program.tree()) {}
+  explicit TreeMaker(simulated::SimulatedApplication& application) : tree_(application.tree()) {}
 
-  void makeWindow(const Place& place) {
-    place.allowOnly({"name", "title", "kind", "frame", "elements"});
-    const auto kind = place.find("kind");
-    const auto frame = place.find("frame");
+  void makeWindow(const JsonCursor& cursor) {
+    cursor.allowOnly({"name", "title", "kind", "frame", "elements"});
+    const auto kind = cursor.find("kind");
+    const auto frame = cursor.find("frame");
     TreeElement& window =
-        tree_.addWindow(place.at("title").text(),
+        tree_.addWindow(cursor.at("title").text(),
                         frame ? frameOf(*frame) : AccessibilityRect{{100, 60}, {960, 720}},
                         kind ? kind->text() : "AXStandardWindow");
-    makeAll(place, window);
+    makeAll(cursor, window);
   }
 
   // References between elements, once all are there.
   void finish() {
-    for (const auto& [element, attribute, place] : references_) {
-      TreeElement* target = tree_.find(place.text());
-      if (!target) place.refuse("there is no element \"" + place.text() + "\"");
+    for (const auto& [element, attribute, cursor] : references_) {
+      TreeElement* target = tree_.find(cursor.text());
+      if (!target) cursor.refuse("there is no element \"" + cursor.text() + "\"");
       element->set(attribute, target->handle());
     }
   }
@@ -66,65 +66,66 @@ class TreeMaker {
   struct Reference {
     TreeElement* element;
     std::string attribute;
-    Place target;
+    JsonCursor target;
   };
 
-  static AccessibilityRect frameOf(const Place& place) {
-    const std::vector<double> four = numbers(place, 4);
+  static AccessibilityRect frameOf(const JsonCursor& cursor) {
+    const std::vector<double> four = numbers(cursor, 4);
     return {{four[0], four[1]}, {four[2], four[3]}};
   }
 
-  void makeAll(const Place& place, TreeElement& parent) {
-    if (const auto elements = place.find("elements"))
-      for (const Place& each : elements->elements()) make(each, parent);
+  void makeAll(const JsonCursor& cursor, TreeElement& parent) {
+    if (const auto elements = cursor.find("elements"))
+      for (const JsonCursor& each : elements->elements()) make(each, parent);
   }
 
-  void make(const Place& place, TreeElement& parent) {
-    place.allowOnly({"name", "kind", "frame", "text", "select", "caretBefore", "attributes",
-                     "protected", "readOnly", "focused", "scrolled", "elements", "deep"});
-    auto described = simulated::elementOfKind(place.at("kind").text());
-    if (!described) place.at("kind").refuse("known are: " + simulated::knownElementKinds());
+  void make(const JsonCursor& cursor, TreeElement& parent) {
+    cursor.allowOnly({"name", "kind", "frame", "text", "select", "caretBefore", "attributes",
+                      "protected", "readOnly", "focused", "scrolled", "elements", "deep"});
+    auto described = simulated::elementOfKind(cursor.at("kind").text());
+    if (!described) cursor.at("kind").refuse("known are: " + simulated::knownElementKinds());
     described->frame = parent.frame();
-    if (const auto name = place.find("name")) described->name = name->text();
-    if (const auto frame = place.find("frame")) described->frame = frameOf(*frame);
-    if (const auto secret = place.find("protected")) described->isProtected = secret->boolean();
-    if (const auto readOnly = place.find("readOnly")) described->isEditable = !readOnly->boolean();
+    if (const auto name = cursor.find("name")) described->name = name->text();
+    if (const auto frame = cursor.find("frame")) described->frame = frameOf(*frame);
+    if (const auto secret = cursor.find("protected")) described->isProtected = secret->boolean();
+    if (const auto readOnly = cursor.find("readOnly")) described->isEditable = !readOnly->boolean();
     TreeElement& element = parent.add(*std::move(described));
-    describeText(place, element);
-    if (const auto attributes = place.find("attributes"))
+    describeText(cursor, element);
+    if (const auto attributes = cursor.find("attributes"))
       for (const auto& [name, value] : attributes->members()) setAttribute(element, name, value);
-    if (const auto focused = place.find("focused"); focused && focused->boolean())
+    if (const auto focused = cursor.find("focused"); focused && focused->boolean())
       tree_.focus(&element);
-    makeAll(place, element);
+    makeAll(cursor, element);
   }
 
-  static void describeText(const Place& place, TreeElement& element) {
-    const auto text = place.find("text");
+  static void describeText(const JsonCursor& cursor, TreeElement& element) {
+    const auto text = cursor.find("text");
     if (!text) return;
     if (!element.editor()) text->refuse("things of this kind hold no text");
     element.editor()->setText(text->text());
-    if (const auto part = place.find("select")) element.editor()->select(part->text());
-    if (const auto part = place.find("caretBefore"))
+    if (const auto part = cursor.find("select")) element.editor()->select(part->text());
+    if (const auto part = cursor.find("caretBefore"))
       element.editor()->moveCaretBefore(part->text());
   }
 
-  void setAttribute(TreeElement& element, const std::string& name, const Place& place) {
-    if (!place.json().is_object()) return element.set(name, valueOf(place));
-    place.allowOnly({"url", "element", "range", "size"});
-    if (const auto url = place.find("url")) element.set(name, AccessibilityURL{url->text()});
-    if (const auto range = place.find("range")) element.set(name, rangeOf(*range));
-    if (const auto target = place.find("element")) references_.push_back({&element, name, *target});
+  void setAttribute(TreeElement& element, const std::string& name, const JsonCursor& cursor) {
+    if (!cursor.json().is_object()) return element.set(name, valueOf(cursor));
+    cursor.allowOnly({"url", "element", "range", "size"});
+    if (const auto url = cursor.find("url")) element.set(name, AccessibilityURL{url->text()});
+    if (const auto range = cursor.find("range")) element.set(name, rangeOf(*range));
+    if (const auto target = cursor.find("element"))
+      references_.push_back({&element, name, *target});
   }
 
   // Null is no attribute.
-  static std::optional<AccessibilityValue> valueOf(const Place& place) {
-    const Json& json = place.json();
+  static std::optional<AccessibilityValue> valueOf(const JsonCursor& cursor) {
+    const Json& json = cursor.json();
     if (json.is_null()) return std::nullopt;
-    if (json.is_boolean()) return AccessibilityValue(place.boolean());
-    if (json.is_number()) return AccessibilityValue(place.number());
-    if (json.is_string()) return AccessibilityValue(place.text());
+    if (json.is_boolean()) return AccessibilityValue(cursor.boolean());
+    if (json.is_number()) return AccessibilityValue(cursor.number());
+    if (json.is_string()) return AccessibilityValue(cursor.text());
     AccessibilityList list;
-    for (const Place& each : place.elements()) list.push_back(valueOf(each).value_or(false));
+    for (const JsonCursor& each : cursor.elements()) list.push_back(valueOf(each).value_or(false));
     return AccessibilityValue(std::move(list));
   }
 
@@ -132,22 +133,23 @@ class TreeMaker {
   std::vector<Reference> references_;
 };
 
-simulated::Program& frontProgram(World& world, const Place& place) {
-  if (simulated::Program* program = world.application(world.frontName())) return *program;
-  place.refuse("no application is in front");
+simulated::SimulatedApplication& frontApplication(World& world, const JsonCursor& cursor) {
+  if (simulated::SimulatedApplication* application = world.application(world.frontName()))
+    return *application;
+  cursor.refuse("no application is in front");
 }
 
 // Of the application in front: the named element, which gets the focus, or the one that has it.
-simulated::Editor& editorIn(World& world, const Place& place) {
-  ApplicationTree& tree = frontProgram(world, place).tree();
-  if (const auto name = place.find("in"))
-    tree.focus(&requireElement(frontProgram(world, place), *name));
+simulated::Editor& editorIn(World& world, const JsonCursor& cursor) {
+  ApplicationTree& tree = frontApplication(world, cursor).tree();
+  if (const auto name = cursor.find("in"))
+    tree.focus(&requireElement(frontApplication(world, cursor), *name));
   if (simulated::Editor* editor = tree.focusedEditor()) return *editor;
-  place.refuse("what has the focus holds no text");
+  cursor.refuse("what has the focus holds no text");
 }
 
 template <class Change>
-void changeText(const Place& part, Change change) {
+void changeText(const JsonCursor& part, Change change) {
   try {
     change(part.text());
   } catch (const std::invalid_argument& problem) {
@@ -157,74 +159,72 @@ void changeText(const Place& part, Change change) {
 
 }  // namespace
 
-TreeElement& requireElement(simulated::Program& program, const Place& name) {
-  if (TreeElement* element = program.tree().find(name.text())) return *element;
+TreeElement& requireElement(simulated::SimulatedApplication& application, const JsonCursor& name) {
+  if (TreeElement* element = application.tree().find(name.text())) return *element;
   name.refuse("there is no element \"" + name.text() + "\"");
 }
 
-void describeWindows(simulated::Program& program, const Place& application) {
-  ApplicationTree& tree = program.tree();
-  if (const auto windows = application.find("windows")) {
+void describeWindows(simulated::SimulatedApplication& application, const JsonCursor& cursor) {
+  ApplicationTree& tree = application.tree();
+  if (const auto windows = cursor.find("windows")) {
     tree.closeWindows();
-    TreeMaker maker(program);
-    for (const Place& window : windows->elements()) maker.makeWindow(window);
+    TreeMaker maker(application);
+    for (const JsonCursor& window : windows->elements()) maker.makeWindow(window);
     maker.finish();
   }
-  if (const auto latency = application.find("answersAfter")) tree.latency = latency->duration();
-  if (const auto hung = application.find("hung")) tree.isHung = hung->boolean();
-  if (const auto how = application.find("selection"))
-    tree.selection = how->choice(selectionManners);
-  if (const auto how = application.find("frames")) tree.frames = how->choice(frameManners);
-  if (const auto calls = application.find("rebuildsAfterCalls"))
+  if (const auto latency = cursor.find("answersAfter")) tree.latency = latency->duration();
+  if (const auto hung = cursor.find("hung")) tree.isHung = hung->boolean();
+  if (const auto how = cursor.find("selection")) tree.selection = how->choice(selectionManners);
+  if (const auto how = cursor.find("frames")) tree.frames = how->choice(frameManners);
+  if (const auto calls = cursor.find("rebuildsAfterCalls"))
     tree.callsUntilRebuilt = static_cast<int>(calls->integer());
-  if (const auto builds = application.find("buildsOnRequest"))
-    tree.buildsOnRequest = builds->boolean();
+  if (const auto builds = cursor.find("buildsOnRequest")) tree.buildsOnRequest = builds->boolean();
 }
 
-void selectText(World& world, const Place& place) {
-  place.allowOnly({"in", "text", "range", "all"});
-  simulated::Editor& editor = editorIn(world, place);
+void selectText(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"in", "text", "range", "all"});
+  simulated::Editor& editor = editorIn(world, cursor);
   world.act("selects");
-  if (const auto part = place.find("text"))
+  if (const auto part = cursor.find("text"))
     changeText(*part, [&](const std::string& text) { editor.select(text); });
-  if (const auto range = place.find("range")) editor.select(rangeOf(*range));
-  if (const auto all = place.find("all"); all && all->boolean()) editor.selectAll();
+  if (const auto range = cursor.find("range")) editor.select(rangeOf(*range));
+  if (const auto all = cursor.find("all"); all && all->boolean()) editor.selectAll();
 }
 
-void placeCaret(World& world, const Place& place) {
-  place.allowOnly({"in", "before", "atEnd"});
-  simulated::Editor& editor = editorIn(world, place);
+void placeCaret(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"in", "before", "atEnd"});
+  simulated::Editor& editor = editorIn(world, cursor);
   world.act("places the caret");
-  if (const auto part = place.find("before"))
+  if (const auto part = cursor.find("before"))
     changeText(*part, [&](const std::string& text) { editor.moveCaretBefore(text); });
-  if (const auto end = place.find("atEnd"); end && end->boolean()) editor.moveCaretToEnd();
+  if (const auto end = cursor.find("atEnd"); end && end->boolean()) editor.moveCaretToEnd();
 }
 
-void scrollElement(World& world, const Place& place) {
-  place.allowOnly({"in", "to"});
-  const std::vector<double> offset = numbers(place.at("to"), 2);
+void scrollElement(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"in", "to"});
+  const std::vector<double> offset = numbers(cursor.at("to"), 2);
   world.act("scrolls");
-  requireElement(frontProgram(world, place), place.at("in")).scrollTo({offset[0], offset[1]});
+  requireElement(frontApplication(world, cursor), cursor.at("in")).scrollTo({offset[0], offset[1]});
 }
 
-void removeElement(World& world, const Place& name) {
-  simulated::Program& program = frontProgram(world, name);
-  program.tree().remove(requireElement(program, name));
+void removeElement(World& world, const JsonCursor& name) {
+  simulated::SimulatedApplication& application = frontApplication(world, name);
+  application.tree().remove(requireElement(application, name));
 }
 
-void look(World& world, const Place& place) {
-  world.look(place.choice(triggers));
+void look(World& world, const JsonCursor& cursor) {
+  world.look(cursor.choice(triggers));
   world.runFor({});
 }
 
-void clickBadge(World& world, const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void clickBadge(World& world, const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
   world.clickBadge();
   world.runFor({});
 }
 
-void dismissBubble(World& world, const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void dismissBubble(World& world, const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
   world.dismissBubble();
   world.runFor({});
 }

@@ -18,10 +18,10 @@ constexpr std::pair<std::string_view, SwitchedPermissions::Decision> decisions[]
     {"denied", SwitchedPermissions::Decision::denied},
     {"undecided", SwitchedPermissions::Decision::undecided},
 };
-constexpr std::pair<std::string_view, simulated::Program::Activation> activations[] = {
-    {"obeyed", simulated::Program::Activation::obeyed},
-    {"refused", simulated::Program::Activation::refused},
-    {"ignored", simulated::Program::Activation::ignored},
+constexpr std::pair<std::string_view, simulated::SimulatedApplication::Activation> activations[] = {
+    {"obeyed", simulated::SimulatedApplication::Activation::obeyed},
+    {"refused", simulated::SimulatedApplication::Activation::refused},
+    {"ignored", simulated::SimulatedApplication::Activation::ignored},
 };
 constexpr std::pair<std::string_view, AudioTransport> transports[] = {
     {"builtIn", AudioTransport::builtIn},       {"usb", AudioTransport::usb},
@@ -45,28 +45,28 @@ constexpr std::pair<std::string_view, UserDirectory> directories[] = {
 };
 
 template <class Use>
-void ifPresent(const Place& place, std::string_view key, Use use) {
-  if (const auto found = place.find(key)) use(*found);
+void ifPresent(const JsonCursor& cursor, std::string_view key, Use use) {
+  if (const auto found = cursor.find(key)) use(*found);
 }
 
 // Each character as the one byte of its number, so that any bytes can be told.
-Bytes latin1(const Place& place) {
+Bytes latin1(const JsonCursor& cursor) {
   Bytes bytes;
-  const std::string text = place.text();
+  const std::string text = cursor.text();
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto lead = static_cast<unsigned char>(text[i]);
-    if (lead > 0xC3) place.refuse("a character above U+00FF is no byte");
+    if (lead > 0xC3) cursor.refuse("a character above U+00FF is no byte");
     bytes += lead < 0x80 ? text[i] : static_cast<char>((lead << 6) | (text[++i] & 0x3F));
   }
   return bytes;
 }
 
 // A text, {"latin1": text}, or any other JSON.
-Bytes bodyOf(const Place& place) {
-  if (place.json().is_string()) return place.text();
-  if (place.json().is_object() && place.json().size() == 1)
-    if (const auto bytes = place.find("latin1")) return latin1(*bytes);
-  return encodeJson(place.json());
+Bytes bodyOf(const JsonCursor& cursor) {
+  if (cursor.json().is_string()) return cursor.text();
+  if (cursor.json().is_object() && cursor.json().size() == 1)
+    if (const auto bytes = cursor.find("latin1")) return latin1(*bytes);
+  return encodeJson(cursor.json());
 }
 
 // --- Answers of the service ---
@@ -78,14 +78,14 @@ constexpr std::pair<std::string_view, AnswerKind> answerKinds[] = {
     {"fails", AnswerKind::fails}, {"stalls", AnswerKind::stalls}, {"notHTTP", AnswerKind::notHTTP},
 };
 
-AnswerKind kindOf(const Place& place) {
+AnswerKind kindOf(const JsonCursor& cursor) {
   std::optional<AnswerKind> found;
   for (const auto& [key, kind] : answerKinds) {
-    if (!place.find(key)) continue;
-    if (found) place.refuse("an answer is of one kind, and this is of two");
+    if (!cursor.find(key)) continue;
+    if (found) cursor.refuse("an answer is of one kind, and this is of two");
     found = kind;
   }
-  if (!found) place.refuse("an answer needs one of: text, usual, status, fails, stalls, notHTTP");
+  if (!found) cursor.refuse("an answer needs one of: text, usual, status, fails, stalls, notHTTP");
   return *found;
 }
 
@@ -102,79 +102,82 @@ simulated::Answer inManner(simulated::Reply reply, const Manner& manner) {
   return reply;
 }
 
-simulated::Reply replyWithText(Endpoint endpoint, const std::string& text, const Place& place) {
+simulated::Reply replyWithText(Endpoint endpoint, const std::string& text,
+                               const JsonCursor& cursor) {
   if (endpoint == Endpoint::transcribe) return HostedService::transcription(text);
   if (endpoint == Endpoint::transform) return HostedService::transformation(text);
-  place.refuse("only transcribe and transform answer with a text");
+  cursor.refuse("only transcribe and transform answer with a text");
 }
 
-void requireTrue(const Place& place) {
-  if (!place.boolean()) place.refuse("only true makes sense here");
+void requireTrue(const JsonCursor& cursor) {
+  if (!cursor.boolean()) cursor.refuse("only true makes sense here");
 }
 
-HostedService::MakeAnswer answerOf(World& world, Endpoint endpoint, const Place& place) {
+HostedService::MakeAnswer answerOf(World& world, Endpoint endpoint, const JsonCursor& cursor) {
   Manner manner;
-  ifPresent(place, "after", [&](const Place& after) { manner.delay = after.duration(); });
-  ifPresent(place, "transfer", [&](const Place& time) { manner.transfer = time.duration(); });
-  ifPresent(place, "truncated", [&](const Place& cut) { manner.isTruncated = cut.boolean(); });
+  ifPresent(cursor, "after", [&](const JsonCursor& after) { manner.delay = after.duration(); });
+  ifPresent(cursor, "transfer", [&](const JsonCursor& time) { manner.transfer = time.duration(); });
+  ifPresent(cursor, "truncated",
+            [&](const JsonCursor& cut) { manner.isTruncated = cut.boolean(); });
 
   const auto always = [](simulated::Answer answer) {
     return [answer = std::move(answer)](const HostedService::Request&) { return answer; };
   };
-  switch (kindOf(place)) {
+  switch (kindOf(cursor)) {
     case AnswerKind::text:
-      place.allowOnly({"text", "after", "transfer", "truncated", "times"});
-      return always(inManner(replyWithText(endpoint, place.at("text").text(), place), manner));
+      cursor.allowOnly({"text", "after", "transfer", "truncated", "times"});
+      return always(inManner(replyWithText(endpoint, cursor.at("text").text(), cursor), manner));
     case AnswerKind::usual:
-      place.allowOnly({"usual", "after", "transfer", "truncated", "times"});
-      requireTrue(place.at("usual"));
+      cursor.allowOnly({"usual", "after", "transfer", "truncated", "times"});
+      requireTrue(cursor.at("usual"));
       return [&world, endpoint, manner](const HostedService::Request& request) {
         return inManner(world.service().usualAnswer(endpoint, request), manner);
       };
     case AnswerKind::status: {
-      place.allowOnly({"status", "body", "after", "transfer", "truncated", "times"});
-      simulated::Reply reply{.status = static_cast<int>(place.at("status").integer())};
-      ifPresent(place, "body", [&](const Place& body) { reply.body = bodyOf(body); });
+      cursor.allowOnly({"status", "body", "after", "transfer", "truncated", "times"});
+      simulated::Reply reply{.status = static_cast<int>(cursor.at("status").integer())};
+      ifPresent(cursor, "body", [&](const JsonCursor& body) { reply.body = bodyOf(body); });
       return always(inManner(std::move(reply), manner));
     }
     case AnswerKind::fails:
-      place.allowOnly({"fails", "after", "times"});
-      return always(simulated::Failure{place.at("fails").choice(failures), manner.delay});
+      cursor.allowOnly({"fails", "after", "times"});
+      return always(simulated::Failure{cursor.at("fails").choice(failures), manner.delay});
     case AnswerKind::stalls:
-      place.allowOnly({"stalls", "times"});
-      requireTrue(place.at("stalls"));
+      cursor.allowOnly({"stalls", "times"});
+      requireTrue(cursor.at("stalls"));
       return always(simulated::Stall{});
     case AnswerKind::notHTTP:
-      place.allowOnly({"notHTTP", "after", "times"});
-      requireTrue(place.at("notHTTP"));
+      cursor.allowOnly({"notHTTP", "after", "times"});
+      requireTrue(cursor.at("notHTTP"));
       return always(simulated::NotHTTP{manner.delay});
   }
 }
 
 // --- The rest of the world ---
 
-void describeAccount(World& world, const Place& place) {
-  if (place.json().is_object()) {
-    place.allowOnly({"expiresIn"});
-    return world.signIn(place.at("expiresIn").duration());
+void describeAccount(World& world, const JsonCursor& cursor) {
+  if (cursor.json().is_object()) {
+    cursor.allowOnly({"expiresIn"});
+    return world.signIn(cursor.at("expiresIn").duration());
   }
   constexpr std::pair<std::string_view, std::optional<Duration>> sessions[] = {
       {"signedIn", 1h}, {"expired", -1h}, {"signedOut", std::nullopt}};
-  if (const auto expiresIn = place.choice(sessions)) world.signIn(*expiresIn);
+  if (const auto expiresIn = cursor.choice(sessions)) world.signIn(*expiresIn);
 }
 
-void describeMicrophone(Microphone& microphone, const Place& place) {
-  ifPresent(place, "dead", [&](const Place& dead) { microphone.setDead(dead.boolean()); });
-  ifPresent(place, "muted", [&](const Place& muted) { microphone.setMuted(muted.boolean()); });
-  ifPresent(place, "firstSoundAfter",
-            [&](const Place& delay) { microphone.setFirstBufferDelay(delay.duration()); });
-  ifPresent(place, "refusesStarts", [&](const Place& times) {
+void describeMicrophone(Microphone& microphone, const JsonCursor& cursor) {
+  ifPresent(cursor, "dead", [&](const JsonCursor& dead) { microphone.setDead(dead.boolean()); });
+  ifPresent(cursor, "muted",
+            [&](const JsonCursor& muted) { microphone.setMuted(muted.boolean()); });
+  ifPresent(cursor, "firstSoundAfter",
+            [&](const JsonCursor& delay) { microphone.setFirstBufferDelay(delay.duration()); });
+  ifPresent(cursor, "refusesStarts", [&](const JsonCursor& times) {
     microphone.refuseStart("the device is busy", static_cast<int>(times.integer()));
   });
 }
 
-void describeFiles(World& world, const Place& place) {
-  for (const auto& [path, contents] : place.members()) {
+void describeFiles(World& world, const JsonCursor& cursor) {
+  for (const auto& [path, contents] : cursor.members()) {
     const FilePath file = requirePath(world, contents, path);
     simulated::MemoryFileManager& files = world.desktop().files();
     files.createDirectory(file.parent_path());
@@ -182,30 +185,31 @@ void describeFiles(World& world, const Place& place) {
   }
 }
 
-void describeDisk(World& world, const Place& place) {
-  place.allowOnly({"free"});
-  world.desktop().files().setFreeBytes(place.at("free").integer());
+void describeDisk(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"free"});
+  world.desktop().files().setFreeBytes(cursor.at("free").integer());
 }
 
-simulated::OfferedData offeredData(const Place& place) {
-  place.allowOnly({"type", "text", "size", "makingTime", "promised"});
-  simulated::OfferedData data{.type = place.at("type").text()};
-  if (place.find("text").has_value() == place.find("size").has_value())
-    place.refuse("either \"text\" or \"size\" says what the data are");
-  ifPresent(place, "text", [&](const Place& text) { data.bytes = text.text(); });
-  ifPresent(place, "size", [&](const Place& size) {
+simulated::OfferedData offeredData(const JsonCursor& cursor) {
+  cursor.allowOnly({"type", "text", "size", "makingTime", "promised"});
+  simulated::OfferedData data{.type = cursor.at("type").text()};
+  if (cursor.find("text").has_value() == cursor.find("size").has_value())
+    cursor.refuse("either \"text\" or \"size\" says what the data are");
+  ifPresent(cursor, "text", [&](const JsonCursor& text) { data.bytes = text.text(); });
+  ifPresent(cursor, "size", [&](const JsonCursor& size) {
     data.bytes = Bytes(static_cast<std::size_t>(size.integer()), 'x');
   });
-  ifPresent(place, "makingTime", [&](const Place& time) { data.makingTime = time.duration(); });
-  ifPresent(place, "promised", [&](const Place& is) { data.isPromised = is.boolean(); });
+  ifPresent(cursor, "makingTime",
+            [&](const JsonCursor& time) { data.makingTime = time.duration(); });
+  ifPresent(cursor, "promised", [&](const JsonCursor& is) { data.isPromised = is.boolean(); });
   return data;
 }
 
-std::vector<simulated::OfferedItem> offeredItems(const Place& place) {
+std::vector<simulated::OfferedItem> offeredItems(const JsonCursor& cursor) {
   std::vector<simulated::OfferedItem> items;
-  for (const Place& element : place.elements()) {
+  for (const JsonCursor& element : cursor.elements()) {
     simulated::OfferedItem item;
-    for (const Place& data : element.elements()) item.push_back(offeredData(data));
+    for (const JsonCursor& data : element.elements()) item.push_back(offeredData(data));
     items.push_back(std::move(item));
   }
   return items;
@@ -217,66 +221,68 @@ constexpr std::pair<std::string_view, OwnerManner> ownerManners[] = {
 
 }  // namespace
 
-FilePath requirePath(World& world, const Place& place, const std::string& path) {
+FilePath requirePath(World& world, const JsonCursor& cursor, const std::string& path) {
   for (const auto& [name, directory] : directories) {
     if (path.starts_with(std::string(name) + "/"))
       return *world.desktop().files().directory(directory) / path.substr(name.size() + 1);
   }
-  place.refuse("a path begins with caches/, applicationSupport/ or library/");
+  cursor.refuse("a path begins with caches/, applicationSupport/ or library/");
 }
 
-void describeApplication(simulated::Program& program, const Place& place) {
-  place.allowOnly({"name", "bundleIdentifier", "text", "activation", "activationTime",
-                   "ignoresPaste", "ignoresCopy", "reactionTime", "windows", "answersAfter", "hung",
-                   "selection", "frames", "rebuildsAfterCalls", "buildsOnRequest"});
-  describeWindows(program, place);
-  ifPresent(place, "text", [&](const Place& text) { program.editor().setText(text.text()); });
-  ifPresent(place, "activation",
-            [&](const Place& how) { program.setActivation(how.choice(activations)); });
-  ifPresent(place, "activationTime",
-            [&](const Place& time) { program.setActivationTime(time.duration()); });
-  ifPresent(place, "ignoresPaste",
-            [&](const Place& ignores) { program.setIgnoresPaste(ignores.boolean()); });
-  ifPresent(place, "ignoresCopy",
-            [&](const Place& ignores) { program.setIgnoresCopy(ignores.boolean()); });
-  ifPresent(place, "reactionTime",
-            [&](const Place& time) { program.setReactionTime(time.duration()); });
+void describeApplication(simulated::SimulatedApplication& application, const JsonCursor& cursor) {
+  cursor.allowOnly({"name", "bundleIdentifier", "text", "activation", "activationTime",
+                    "ignoresPaste", "ignoresCopy", "reactionTime", "windows", "answersAfter",
+                    "hung", "selection", "frames", "rebuildsAfterCalls", "buildsOnRequest"});
+  describeWindows(application, cursor);
+  ifPresent(cursor, "text",
+            [&](const JsonCursor& text) { application.editor().setText(text.text()); });
+  ifPresent(cursor, "activation",
+            [&](const JsonCursor& how) { application.setActivation(how.choice(activations)); });
+  ifPresent(cursor, "activationTime",
+            [&](const JsonCursor& time) { application.setActivationTime(time.duration()); });
+  ifPresent(cursor, "ignoresPaste",
+            [&](const JsonCursor& ignores) { application.setIgnoresPaste(ignores.boolean()); });
+  ifPresent(cursor, "ignoresCopy",
+            [&](const JsonCursor& ignores) { application.setIgnoresCopy(ignores.boolean()); });
+  ifPresent(cursor, "reactionTime",
+            [&](const JsonCursor& time) { application.setReactionTime(time.duration()); });
 }
 
-void launchDescribed(World& world, const Place& place) {
-  const std::string name = place.at("name").text();
-  if (world.application(name)) place.refuse("\"" + name + "\" runs already");
+void launchDescribed(World& world, const JsonCursor& cursor) {
+  const std::string name = cursor.at("name").text();
+  if (world.application(name)) cursor.refuse("\"" + name + "\" runs already");
   std::optional<std::string> bundleIdentifier = "org.example." + name;
-  ifPresent(place, "bundleIdentifier", [&](const Place& identifier) {
+  ifPresent(cursor, "bundleIdentifier", [&](const JsonCursor& identifier) {
     bundleIdentifier =
         identifier.json().is_null() ? std::nullopt : std::optional(identifier.text());
   });
-  describeApplication(world.launchApplication({bundleIdentifier, name}), place);
+  describeApplication(world.launchApplication({bundleIdentifier, name}), cursor);
 }
 
-simulated::Program& requireApplication(World& world, const Place& name) {
-  if (simulated::Program* program = world.application(name.text())) return *program;
+simulated::SimulatedApplication& requireApplication(World& world, const JsonCursor& name) {
+  if (simulated::SimulatedApplication* application = world.application(name.text()))
+    return *application;
   name.refuse("no application \"" + name.text() + "\" runs");
 }
 
-void setPermissions(World& world, const Place& place) {
-  place.allowOnly({"microphone", "microphoneAnswer", "accessibility", "listenEvents"});
+void setPermissions(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"microphone", "microphoneAnswer", "accessibility", "listenEvents"});
   SwitchedPermissions& permissions = world.desktop().permissions();
-  ifPresent(place, "microphone",
-            [&](const Place& to) { permissions.setMicrophone(to.choice(decisions)); });
-  ifPresent(place, "microphoneAnswer", [&](const Place& to) {
+  ifPresent(cursor, "microphone",
+            [&](const JsonCursor& to) { permissions.setMicrophone(to.choice(decisions)); });
+  ifPresent(cursor, "microphoneAnswer", [&](const JsonCursor& to) {
     permissions.answerMicrophoneQuestion(to.choice(decisions), 1s);
   });
-  if (place.find("accessibility") || place.find("listenEvents"))
+  if (cursor.find("accessibility") || cursor.find("listenEvents"))
     world.trace().tell("fault", {{"kind", "keyPermissions"}});
-  ifPresent(place, "accessibility",
-            [&](const Place& to) { permissions.setAccessibilityTrusted(to.boolean()); });
-  ifPresent(place, "listenEvents",
-            [&](const Place& to) { permissions.setListenEventAccess(to.boolean()); });
+  ifPresent(cursor, "accessibility",
+            [&](const JsonCursor& to) { permissions.setAccessibilityTrusted(to.boolean()); });
+  ifPresent(cursor, "listenEvents",
+            [&](const JsonCursor& to) { permissions.setListenEventAccess(to.boolean()); });
 }
 
-void disturbKeyRoutes(World& world, const Place& place) {
-  place.allowOnly({"tap", "hotKeys", "globalMonitors", "localMonitors", "keyboards"});
+void disturbKeyRoutes(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"tap", "hotKeys", "globalMonitors", "localMonitors", "keyboards"});
   simulated::SimulatedDesktop& desktop = world.desktop();
   const std::pair<std::string_view, simulated::KeyRoute*> routes[] = {
       {"tap", &desktop.eventTaps().route()},
@@ -285,32 +291,33 @@ void disturbKeyRoutes(World& world, const Place& place) {
       {"localMonitors", &desktop.eventMonitors().localRoute()},
       {"keyboards", &desktop.hidKeyboards().route()}};
   for (const auto& [name, route] : routes) {
-    const auto described = place.find(name);
+    const auto described = cursor.find(name);
     if (!described) continue;
     described->allowOnly({"refused", "latency", "loses", "doubles"});
     world.trace().tell("fault", {{"kind", "keyPermissions"}});
     simulated::KeyRoute& changed = *route;
-    ifPresent(*described, "refused", [&](const Place& is) { changed.setRefused(is.boolean()); });
+    ifPresent(*described, "refused",
+              [&](const JsonCursor& is) { changed.setRefused(is.boolean()); });
     ifPresent(*described, "latency",
-              [&](const Place& time) { changed.setLatency(time.duration()); });
+              [&](const JsonCursor& time) { changed.setLatency(time.duration()); });
     ifPresent(*described, "loses",
-              [&](const Place& all) { changed.setLoss(all.boolean() ? 1 : 0); });
+              [&](const JsonCursor& all) { changed.setLoss(all.boolean() ? 1 : 0); });
     ifPresent(*described, "doubles",
-              [&](const Place& all) { changed.setDuplication(all.boolean() ? 1 : 0); });
+              [&](const JsonCursor& all) { changed.setDuplication(all.boolean() ? 1 : 0); });
   }
 }
 
-void chooseLayout(World& world, const Place& place) {
+void chooseLayout(World& world, const JsonCursor& cursor) {
   using simulated::KeyboardLayout;
   constexpr std::pair<std::string_view, KeyboardLayout> layouts[] = {
       {"us", KeyboardLayout::us},
       {"dvorak", KeyboardLayout::dvorak},
       {"russian", KeyboardLayout::russian}};
-  world.desktop().keyboard().setLayout(place.choice(layouts));
+  world.desktop().keyboard().setLayout(cursor.choice(layouts));
 }
 
 // Chords that another program has registered.
-void takeChords(World& world, const Place& place) {
+void takeChords(World& world, const JsonCursor& cursor) {
   using namespace hot_key_modifiers;
   using Chord = std::pair<std::uint32_t, std::uint32_t>;
   constexpr std::pair<std::string_view, Chord> chords[] = {
@@ -319,7 +326,7 @@ void takeChords(World& world, const Place& place) {
       {"control+g", {5, control}},
       {"control+j", {38, control}},
       {"control+semicolon", {41, control}}};
-  for (const Place& each : place.elements()) {
+  for (const JsonCursor& each : cursor.elements()) {
     const Chord chord = each.choice(chords);
     auto taken = world.desktop().hotKeys().takeByAnotherProgram(chord.first, chord.second);
     if (!taken) each.refuse("this chord is taken already");
@@ -327,16 +334,16 @@ void takeChords(World& world, const Place& place) {
   }
 }
 
-void scriptService(World& world, const Place& place) {
-  for (const auto& [key, answers] : place.members()) {
+void scriptService(World& world, const JsonCursor& cursor) {
+  for (const auto& [key, answers] : cursor.members()) {
     std::optional<Endpoint> endpoint;
     for (const auto& [known, value] : endpointNames)
       if (known == key) endpoint = value;
     if (!endpoint)
       answers.refuse("the service has: transcribe, transform, usage, session, profile, config");
-    for (const Place& answer : answers.elements()) {
+    for (const JsonCursor& answer : answers.elements()) {
       int times = 1;
-      ifPresent(answer, "times", [&](const Place& count) {
+      ifPresent(answer, "times", [&](const JsonCursor& count) {
         times = static_cast<int>(count.integer());
         if (times < 1) count.refuse("at least 1 is expected");
       });
@@ -345,31 +352,31 @@ void scriptService(World& world, const Place& place) {
   }
 }
 
-void plugMicrophone(World& world, const Place& place) {
-  place.allowOnly({"uid", "name", "transport", "hidden", "channels", "default", "dead", "muted",
-                   "firstSoundAfter", "refusesStarts"});
+void plugMicrophone(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"uid", "name", "transport", "hidden", "channels", "default", "dead", "muted",
+                    "firstSoundAfter", "refusesStarts"});
   simulated::SimulatedAudioDevices& devices = world.desktop().audioDevices();
-  Microphone::Description description{.uid = place.at("uid").text(),
-                                      .name = place.at("uid").text()};
-  ifPresent(place, "name", [&](const Place& name) { description.name = name.text(); });
-  ifPresent(place, "transport",
-            [&](const Place& how) { description.transport = how.choice(transports); });
-  ifPresent(place, "hidden", [&](const Place& is) { description.isHidden = is.boolean(); });
-  ifPresent(place, "channels", [&](const Place& count) {
+  Microphone::Description description{.uid = cursor.at("uid").text(),
+                                      .name = cursor.at("uid").text()};
+  ifPresent(cursor, "name", [&](const JsonCursor& name) { description.name = name.text(); });
+  ifPresent(cursor, "transport",
+            [&](const JsonCursor& how) { description.transport = how.choice(transports); });
+  ifPresent(cursor, "hidden", [&](const JsonCursor& is) { description.isHidden = is.boolean(); });
+  ifPresent(cursor, "channels", [&](const JsonCursor& count) {
     description.inputStreamChannels = std::vector{static_cast<int>(count.integer())};
   });
   const auto plugged = devices.devices().value();
   for (const AudioDeviceID id : plugged) {
-    if (devices.uid(id) == description.uid) place.refuse("this device is plugged in already");
+    if (devices.uid(id) == description.uid) cursor.refuse("this device is plugged in already");
   }
   Microphone& microphone = devices.plug(std::move(description));
-  describeMicrophone(microphone, place);
-  ifPresent(place, "default", [&](const Place& isDefault) {
+  describeMicrophone(microphone, cursor);
+  ifPresent(cursor, "default", [&](const JsonCursor& isDefault) {
     if (isDefault.boolean()) devices.setDefault(microphone);
   });
 }
 
-Microphone& requireMicrophone(World& world, const Place& uid) {
+Microphone& requireMicrophone(World& world, const JsonCursor& uid) {
   simulated::SimulatedAudioDevices& devices = world.desktop().audioDevices();
   if (uid.text() == "built-in") return devices.builtInMicrophone();
   const auto plugged = devices.devices().value();
@@ -379,75 +386,75 @@ Microphone& requireMicrophone(World& world, const Place& uid) {
   uid.refuse("no microphone \"" + uid.text() + "\" is plugged in");
 }
 
-void copyDescribed(World& world, const Place& place) {
-  if (place.json().is_string()) {
-    return world.copy({{{.type = pasteboardTypeString, .bytes = place.text()}}}, "");
+void copyDescribed(World& world, const JsonCursor& cursor) {
+  if (cursor.json().is_string()) {
+    return world.copy({{{.type = pasteboardTypeString, .bytes = cursor.text()}}}, "");
   }
-  place.allowOnly({"text", "items", "by", "owner", "slowness"});
-  if (place.find("text").has_value() == place.find("items").has_value())
-    place.refuse("either \"text\" or \"items\" says what is copied");
+  cursor.allowOnly({"text", "items", "by", "owner", "slowness"});
+  if (cursor.find("text").has_value() == cursor.find("items").has_value())
+    cursor.refuse("either \"text\" or \"items\" says what is copied");
   std::string by;
-  ifPresent(place, "by", [&](const Place& name) {
+  ifPresent(cursor, "by", [&](const JsonCursor& name) {
     requireApplication(world, name);
     by = name.text();
   });
-  ifPresent(place, "text", [&](const Place& text) {
+  ifPresent(cursor, "text", [&](const JsonCursor& text) {
     world.copy({{{.type = pasteboardTypeString, .bytes = text.text()}}}, by);
   });
-  ifPresent(place, "items", [&](const Place& items) { world.copy(offeredItems(items), by); });
+  ifPresent(cursor, "items", [&](const JsonCursor& items) { world.copy(offeredItems(items), by); });
   simulated::SharedPasteboard& pasteboard = world.desktop().pasteboard();
-  ifPresent(place, "slowness",
-            [&](const Place& perAnswer) { pasteboard.slowOwner(perAnswer.duration()); });
+  ifPresent(cursor, "slowness",
+            [&](const JsonCursor& perAnswer) { pasteboard.slowOwner(perAnswer.duration()); });
   OwnerManner manner = OwnerManner::willing;
-  ifPresent(place, "owner", [&](const Place& how) { manner = how.choice(ownerManners); });
+  ifPresent(cursor, "owner", [&](const JsonCursor& how) { manner = how.choice(ownerManners); });
   if (manner == OwnerManner::hung) pasteboard.hangOwner();
   if (manner == OwnerManner::gone) pasteboard.loseOwner();
-  if (manner != OwnerManner::willing || place.find("slowness"))
+  if (manner != OwnerManner::willing || cursor.find("slowness"))
     world.trace().tell("fault", {{"kind", "clipboardOwner"}});
 }
 
-void repeatKeys(World& world, const Place& place) {
-  if (place.json().is_object()) {
-    place.allowOnly({"after", "every"});
-    return world.desktop().keyboard().setAutorepeat(place.at("after").duration(),
-                                                    place.at("every").duration());
+void repeatKeys(World& world, const JsonCursor& cursor) {
+  if (cursor.json().is_object()) {
+    cursor.allowOnly({"after", "every"});
+    return world.desktop().keyboard().setAutorepeat(cursor.at("after").duration(),
+                                                    cursor.at("every").duration());
   }
   constexpr std::pair<std::string_view, Duration> never[] = {{"off", Duration::zero()}};
-  world.desktop().keyboard().setAutorepeat(place.choice(never), Duration::zero());
+  world.desktop().keyboard().setAutorepeat(cursor.choice(never), Duration::zero());
 }
 
-void breakVoiceProcessing(World& world, const Place& place) {
-  const auto reason = place.json().is_null() ? std::nullopt : std::optional(place.text());
+void breakVoiceProcessing(World& world, const JsonCursor& cursor) {
+  const auto reason = cursor.json().is_null() ? std::nullopt : std::optional(cursor.text());
   world.desktop().audioSystem().refuseVoiceProcessing(reason);
 }
 
-void answerAlert(World& world, const Place& place, const PlaySteps& play) {
-  place.allowOnly({"button", "after", "meanwhile"});
+void answerAlert(World& world, const JsonCursor& cursor, const PlaySteps& play) {
+  cursor.allowOnly({"button", "after", "meanwhile"});
   Duration after = 1s;
-  ifPresent(place, "after", [&](const Place& time) { after = time.duration(); });
+  ifPresent(cursor, "after", [&](const JsonCursor& time) { after = time.duration(); });
   std::function<void()> meanwhile;
-  ifPresent(place, "meanwhile", [&](const Place& steps) {
+  ifPresent(cursor, "meanwhile", [&](const JsonCursor& steps) {
     meanwhile = [play, steps = steps.elements()] { play(steps); };
   });
-  world.desktop().alerts().answer(static_cast<std::size_t>(place.at("button").integer()), after,
+  world.desktop().alerts().answer(static_cast<std::size_t>(cursor.at("button").integer()), after,
                                   std::move(meanwhile));
 }
 
-void furnish(World& world, const std::optional<Place>& place, const PlaySteps& play) {
+void furnish(World& world, const std::optional<JsonCursor>& cursor, const PlaySteps& play) {
   static const Json nothing = Json::object();
-  const Place described = place.value_or(Place(nothing, "world"));
+  const JsonCursor described = cursor.value_or(JsonCursor(nothing, "world"));
   described.allowOnly(
       {"seed",        "date",      "settings",     "account",         "permissions",
        "files",       "disk",      "applications", "microphones",     "builtInMicrophone",
        "clipboard",   "service",   "alerts",       "keyRoutes",       "layout",
        "takenChords", "languages", "keyRepeat",    "voiceProcessing", "limitation"});
   simulated::SimulatedDesktop& desktop = world.desktop();
-  ifPresent(described, "date", [&](const Place& date) {
+  ifPresent(described, "date", [&](const JsonCursor& date) {
     const auto parsed = dateFromIso8601(date.text());
     if (!parsed) date.refuse("a date such as \"2026-03-04T09:00:00Z\" is expected");
     desktop.clock().set(*parsed);
   });
-  ifPresent(described, "settings", [&](const Place& settings) {
+  ifPresent(described, "settings", [&](const JsonCursor& settings) {
     for (const auto& [key, value] : settings.members())
       storeSetting(desktop.userDefaults(), key, value);
   });
@@ -456,35 +463,38 @@ void furnish(World& world, const std::optional<Place>& place, const PlaySteps& p
   } else {
     world.signIn();
   }
-  ifPresent(described, "permissions", [&](const Place& to) { setPermissions(world, to); });
-  ifPresent(described, "keyRoutes", [&](const Place& to) { disturbKeyRoutes(world, to); });
-  ifPresent(described, "layout", [&](const Place& to) { chooseLayout(world, to); });
-  ifPresent(described, "keyRepeat", [&](const Place& how) { repeatKeys(world, how); });
+  ifPresent(described, "permissions", [&](const JsonCursor& to) { setPermissions(world, to); });
+  ifPresent(described, "keyRoutes", [&](const JsonCursor& to) { disturbKeyRoutes(world, to); });
+  ifPresent(described, "layout", [&](const JsonCursor& to) { chooseLayout(world, to); });
+  ifPresent(described, "keyRepeat", [&](const JsonCursor& how) { repeatKeys(world, how); });
   ifPresent(described, "languages",
-            [&](const Place& tags) { desktop.machine().setPreferredLanguages(tags.texts()); });
-  ifPresent(described, "takenChords", [&](const Place& chords) { takeChords(world, chords); });
+            [&](const JsonCursor& tags) { desktop.machine().setPreferredLanguages(tags.texts()); });
+  ifPresent(described, "takenChords", [&](const JsonCursor& chords) { takeChords(world, chords); });
   ifPresent(described, "limitation",
-            [&](const Place& sentence) { desktop.session().setLimitation(sentence.text()); });
-  ifPresent(described, "files", [&](const Place& files) { describeFiles(world, files); });
-  ifPresent(described, "disk", [&](const Place& disk) { describeDisk(world, disk); });
+            [&](const JsonCursor& sentence) { desktop.session().setLimitation(sentence.text()); });
+  ifPresent(described, "files", [&](const JsonCursor& files) { describeFiles(world, files); });
+  ifPresent(described, "disk", [&](const JsonCursor& disk) { describeDisk(world, disk); });
   if (const auto applications = described.find("applications")) {
-    for (const Place& application : applications->elements()) launchDescribed(world, application);
+    for (const JsonCursor& application : applications->elements())
+      launchDescribed(world, application);
   } else {
     world.launchApplication({"org.example.Notes", "Notes"});
   }
-  ifPresent(described, "builtInMicrophone", [&](const Place& microphone) {
+  ifPresent(described, "builtInMicrophone", [&](const JsonCursor& microphone) {
     microphone.allowOnly({"dead", "muted", "firstSoundAfter", "refusesStarts"});
     describeMicrophone(desktop.audioDevices().builtInMicrophone(), microphone);
   });
-  ifPresent(described, "microphones", [&](const Place& microphones) {
-    for (const Place& microphone : microphones.elements()) plugMicrophone(world, microphone);
+  ifPresent(described, "microphones", [&](const JsonCursor& microphones) {
+    for (const JsonCursor& microphone : microphones.elements()) plugMicrophone(world, microphone);
   });
   ifPresent(described, "voiceProcessing",
-            [&](const Place& reason) { breakVoiceProcessing(world, reason); });
-  ifPresent(described, "clipboard", [&](const Place& copied) { copyDescribed(world, copied); });
-  ifPresent(described, "service", [&](const Place& answers) { scriptService(world, answers); });
-  ifPresent(described, "alerts", [&](const Place& answers) {
-    for (const Place& answer : answers.elements()) answerAlert(world, answer, play);
+            [&](const JsonCursor& reason) { breakVoiceProcessing(world, reason); });
+  ifPresent(described, "clipboard",
+            [&](const JsonCursor& copied) { copyDescribed(world, copied); });
+  ifPresent(described, "service",
+            [&](const JsonCursor& answers) { scriptService(world, answers); });
+  ifPresent(described, "alerts", [&](const JsonCursor& answers) {
+    for (const JsonCursor& answer : answers.elements()) answerAlert(world, answer, play);
   });
   world.launch();
 }

@@ -10,9 +10,9 @@ bool isArrayOf(const Json& value, bool (Json::*isElement)() const noexcept) {
          std::ranges::all_of(value, [&](const Json& element) { return (element.*isElement)(); });
 }
 
-std::vector<TextDictionary> dictionariesOf(const Place& value) {
+std::vector<TextDictionary> dictionariesOf(const JsonCursor& value) {
   std::vector<TextDictionary> dictionaries;
-  for (const Place& element : value.elements()) {
+  for (const JsonCursor& element : value.elements()) {
     TextDictionary dictionary;
     for (const auto& [key, member] : element.members()) dictionary[key] = member.text();
     dictionaries.push_back(std::move(dictionary));
@@ -26,7 +26,7 @@ bool isKeptAsData(const std::string& key) {
 }
 
 void storeDamaged(simulated::MemoryUserDefaults& defaults, const std::string& key,
-                  const Place& value) {
+                  const JsonCursor& value) {
   value.allowOnly({"data", "foreign"});
   if (value.json().size() != 1) value.refuse("either \"data\" or \"foreign\" is expected");
   if (const auto data = value.find("data")) return defaults.setData(key, data->text());
@@ -81,7 +81,7 @@ bool assignFrom(const Table& table, const std::string& key, const Assign& assign
 }  // namespace
 
 void storeSetting(simulated::MemoryUserDefaults& defaults, const std::string& key,
-                  const Place& value) {
+                  const JsonCursor& value) {
   const Json& json = value.json();
   if (json.is_object()) {
     storeDamaged(defaults, key, value);
@@ -118,7 +118,7 @@ Json storedSetting(const UserDefaults& defaults, const std::string& key) {
   return nullptr;
 }
 
-void changeSetting(MacAppState& state, const std::string& key, const Place& value) {
+void changeSetting(MacAppState& state, const std::string& key, const JsonCursor& value) {
   if (key == "dictionaryVocabulary") {
     state.dictionaryVocabulary = value.texts();
     return;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosts/simulated/storage/memory_user_defaults.h"
-#include "simulation/scenarios/place.h"
+#include "simulation/scenarios/json_cursor.h"
 #include "state/app_state.h"
 
 namespace quillo::sim {
@@ -11,11 +11,11 @@ namespace quillo::sim {
 // text. Some keys are kept as data. {"data": text} is stored as these bytes, {"foreign": true} as a
 // value of a type that no reading fits, and null takes the value away.
 void storeSetting(simulated::MemoryUserDefaults& defaults, const std::string& key,
-                  const Place& value);
+                  const JsonCursor& value);
 // As storeSetting would have taken it; null when absent.
 Json storedSetting(const UserDefaults& defaults, const std::string& key);
 
 // The user changes a setting in the program. Refuses one that has no such panel.
-void changeSetting(MacAppState& state, const std::string& key, const Place& value);
+void changeSetting(MacAppState& state, const std::string& key, const JsonCursor& value);
 
 }  // namespace quillo::sim

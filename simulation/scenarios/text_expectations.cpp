@@ -7,43 +7,45 @@ namespace quillo::sim {
 namespace {
 
 // Application → element → what may be offered there when it has the focus, and why.
-void fields(Findings& findings, const Place& place) {
+void fields(Findings& findings, const JsonCursor& cursor) {
   World& world = findings.world;
-  for (const auto& [application, elements] : place.members()) {
-    const Json applicationName = application;
-    simulated::Program& program =
-        requireApplication(world, Place(applicationName, elements.path()));
-    world.desktop().workspace().focus(program);
+  for (const auto& [applicationName, elements] : cursor.members()) {
+    const Json named = applicationName;
+    simulated::SimulatedApplication& application =
+        requireApplication(world, JsonCursor(named, elements.path()));
+    world.desktop().workspace().focus(application);
     for (const auto& [name, verdict] : elements.members()) {
       const Json elementName = name;
-      simulated::TreeElement& element = requireElement(program, Place(elementName, verdict.path()));
-      program.tree().focus(&element);
+      simulated::TreeElement& element =
+          requireElement(application, JsonCursor(elementName, verdict.path()));
+      application.tree().focus(&element);
       findings.same(verdict, world.textInPlace().verdictOn(element.handle()));
     }
   }
 }
 
 // Application → what is selected in the text that has the focus there.
-void selected(Findings& findings, const Place& place) {
-  for (const auto& [application, text] : place.members()) {
+void selected(Findings& findings, const JsonCursor& cursor) {
+  for (const auto& [application, text] : cursor.members()) {
     const Json name = application;
     findings.same(
-        text, requireApplication(findings.world, Place(name, text.path())).editor().selectedText());
+        text,
+        requireApplication(findings.world, JsonCursor(name, text.path())).editor().selectedText());
   }
 }
 
 // Null for nothing, the text, or some of its fields.
-void captured(Findings& findings, const Place& place) {
+void captured(Findings& findings, const JsonCursor& cursor) {
   const CapturedSelection& captured = findings.world.textInPlace().bubble().captured();
-  if (!place.json().is_object())
-    return findings.same(place, captured.text.empty() ? Json(nullptr) : Json(captured.text));
-  findings.members(place, {{"text", captured.text},
-                           {"app", captured.app.value_or("")},
-                           {"viaClipboard", captured.viaClipboard}});
+  if (!cursor.json().is_object())
+    return findings.same(cursor, captured.text.empty() ? Json(nullptr) : Json(captured.text));
+  findings.members(cursor, {{"text", captured.text},
+                            {"app", captured.app.value_or("")},
+                            {"viaClipboard", captured.viaClipboard}});
 }
 
-void bubbleShown(Findings& findings, const Place& place) {
-  findings.same(place, findings.world.textInPlace().isShown());
+void bubbleShown(Findings& findings, const JsonCursor& cursor) {
+  findings.same(cursor, findings.world.textInPlace().isShown());
 }
 
 constexpr Expectation expectations[] = {

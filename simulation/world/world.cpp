@@ -152,18 +152,20 @@ void World::tellShortcuts(bool rebinds) {
 
 // --- Applications ---
 
-simulated::Program& World::launchApplication(const simulated::Program::Description& description) {
-  simulated::Program& program = desktop_.workspace().launch(description);
-  applications_.push_back(&program);
+simulated::SimulatedApplication& World::launchApplication(
+    const simulated::SimulatedApplication::Description& description) {
+  simulated::SimulatedApplication& application = desktop_.workspace().launch(description);
+  applications_.push_back(&application);
   editorTexts_.emplace_back();
   look();
-  return program;
+  return application;
 }
 
-simulated::Program* World::application(std::string_view name) const {
-  const auto found = std::ranges::find_if(applications_, [&](const simulated::Program* program) {
-    return program->isRunning() && program->identity().localizedName == name;
-  });
+simulated::SimulatedApplication* World::application(std::string_view name) const {
+  const auto found =
+      std::ranges::find_if(applications_, [&](const simulated::SimulatedApplication* application) {
+        return application->isRunning() && application->identity().localizedName == name;
+      });
   return found == applications_.end() ? nullptr : *found;
 }
 
@@ -198,8 +200,8 @@ void World::speak(const std::string& text, Duration duration, double loudness) {
 }
 
 void World::copy(std::vector<simulated::OfferedItem> items, const std::string& by) {
-  simulated::Program* program = application(by);
-  desktop_.pasteboard().copyItems(std::move(items), program ? program->process() : 0);
+  const simulated::SimulatedApplication* owner = application(by);
+  desktop_.pasteboard().copyItems(std::move(items), owner ? owner->process() : 0);
   Json fields = {{"by", by}};
   fields.update(clipboard());
   trace_.tell("clipboard", std::move(fields));

@@ -71,10 +71,13 @@ class World {
 
   // --- Applications. Names are unique. ---
 
-  simulated::Program& launchApplication(const simulated::Program::Description& description);
+  simulated::SimulatedApplication& launchApplication(
+      const simulated::SimulatedApplication::Description& description);
   // Null when there is none that runs.
-  simulated::Program* application(std::string_view name) const;
-  const std::vector<simulated::Program*>& applications() const { return applications_; }
+  simulated::SimulatedApplication* application(std::string_view name) const;
+  const std::vector<simulated::SimulatedApplication*>& applications() const {
+    return applications_;
+  }
   std::string frontName();
   // What lies on the clipboard, as describeItems() tells it.
   const Json& clipboard();
@@ -151,7 +154,7 @@ class World {
   std::shared_ptr<void> layer_;
   std::vector<std::shared_ptr<void>> kept_;
 
-  std::vector<simulated::Program*> applications_;
+  std::vector<simulated::SimulatedApplication*> applications_;
   std::vector<std::string> editorTexts_;  // as they were last seen
   std::vector<simulated::VirtualPanel*> panelsSeen_;
   bool isStatusPanelSeen_ = false;

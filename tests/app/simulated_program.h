@@ -42,7 +42,8 @@ class SimulatedProgram {
 
   std::string transcript = "hello world";
   simulated::SimulatedDesktop desktop;
-  simulated::Program& editor = desktop.workspace().launch({"org.example.editor", "Editor"});
+  simulated::SimulatedApplication& editor =
+      desktop.workspace().launch({"org.example.editor", "Editor"});
   DiagnosticsLog diagnosticsLog{desktop.mainThread(), desktop.clock(), desktop.files(),
                                 desktop.queues(), desktop.opener()};
   std::unique_ptr<Program> program;  // goes before the desktop

@@ -56,7 +56,8 @@ class SelectionBubbleTest : public testing::Test {
   }
 
   simulated::SimulatedDesktop desktop_;
-  simulated::Program& program_ = desktop_.workspace().launch({"ru.keepcoder.Telegram", "Chat"});
+  simulated::SimulatedApplication& program_ =
+      desktop_.workspace().launch({"ru.keepcoder.Telegram", "Chat"});
   FieldClassification fields_{desktop_.accessibility(), desktop_.screens()};
   WindowClassification windows_{desktop_.accessibility(), desktop_.workspace(),
                                 desktop_.application(), desktop_.log()};

@@ -67,7 +67,8 @@ class DictationWorld {
   std::string errorLine() const { return dictation.lastError.get().value_or(""); }
 
   SignedInDesktop desktop;
-  simulated::Program& editor = desktop.workspace().launch({"com.example.notes", "Notes"});
+  simulated::SimulatedApplication& editor =
+      desktop.workspace().launch({"com.example.notes", "Notes"});
   RecordedStatusPanel panel;
   ScriptedReviewPanel review;
   RecordedNavigator navigator;

@@ -128,7 +128,7 @@ TEST_F(CycleHotKeyTest, TheMonitorsServeWhenEverythingElseFailsAndCountAHeldChor
   desktop_.hidKeyboards().route().setRefused(true);
   desktop_.hotKeys().route().setRefused(true);
   EXPECT_TRUE(bind(5, "G"));
-  for (simulated::Program* front : {&editor_, &desktop_.workspace().self()}) {
+  for (simulated::SimulatedApplication* front : {&editor_, &desktop_.workspace().self()}) {
     desktop_.workspace().focus(*front);
     steps_ = 0;
     hold({Key::control, Key::g}, 2s);

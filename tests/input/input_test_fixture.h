@@ -50,7 +50,8 @@ class InputTest : public testing::Test, protected DictationControls {
   std::vector<std::string> asked() { return std::exchange(asked_, {}); }
 
   simulated::SimulatedDesktop desktop_;
-  simulated::Program& editor_ = desktop_.workspace().launch({"com.example.notes", "Notes"});
+  simulated::SimulatedApplication& editor_ =
+      desktop_.workspace().launch({"com.example.notes", "Notes"});
   MacAppState state_{desktop_.mainThread(),  desktop_.userDefaults(), desktop_.clock(),
                      desktop_.random(),      desktop_.machine(),      desktop_.loginItem(),
                      desktop_.application(), desktop_.log()};

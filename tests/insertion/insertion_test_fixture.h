@@ -32,7 +32,8 @@ class InsertionTest : public testing::Test {
   simulated::SimulatedDesktop desktop_;
   simulated::SimulatedKeyboard& keyboard_ = desktop_.keyboard();
   simulated::SharedPasteboard& pasteboard_ = desktop_.pasteboard();
-  simulated::Program& editor_ = desktop_.workspace().launch({"com.example.notes", "Notes"});
+  simulated::SimulatedApplication& editor_ =
+      desktop_.workspace().launch({"com.example.notes", "Notes"});
   MacClipboardGate gate_;
   MacTextInsertion insertion_{desktop_.mainThread(),
                               desktop_.permissions(),

@@ -9,7 +9,7 @@ namespace {
 using namespace std::chrono_literals;
 using simulated::Key;
 using simulated::OfferedItem;
-using simulated::Program;
+using simulated::SimulatedApplication;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -37,10 +37,11 @@ TEST_F(InsertionTest, PastesIntoTheEditorInFrontAndGivesTheClipboardBack) {
 }
 
 TEST_F(InsertionTest, PastesIntoWhateverIsInFrontAfterTheWaitForTheTarget) {
-  Program& browser = desktop_.workspace().launch({std::nullopt, std::nullopt});
+  SimulatedApplication& browser = desktop_.workspace().launch({std::nullopt, std::nullopt});
   constexpr Duration rest = 160ms + 335ms;
-  const auto expectPaste = [&](Program::Activation activation, Duration activationTime,
-                               Duration expectedWait, Program& receiver, const char* logged) {
+  const auto expectPaste = [&](SimulatedApplication::Activation activation, Duration activationTime,
+                               Duration expectedWait, SimulatedApplication& receiver,
+                               const char* logged) {
     SCOPED_TRACE(activationTime.count());
     desktop_.workspace().focus(browser);
     editor_.setActivation(activation);
@@ -53,7 +54,7 @@ TEST_F(InsertionTest, PastesIntoWhateverIsInFrontAfterTheWaitForTheTarget) {
     EXPECT_EQ(receiver.editor().text(), "hello");
     EXPECT_THAT(desktop_.log().lines()[logLines + 1], testing::EndsWith(logged));
   };
-  using enum Program::Activation;
+  using enum SimulatedApplication::Activation;
   expectPaste(obeyed, 8ms, 50ms, editor_, ") result=true");
   expectPaste(obeyed, 1120ms, 1150ms, editor_, ") result=true");
   expectPaste(obeyed, 1300ms, 1200ms, editor_, ") result=true");
@@ -78,7 +79,8 @@ TEST_F(InsertionTest, RefusesInTheOrderOfTheChecksAndLeavesTheTextToTheUser) {
   desktop_.permissions().setAccessibilityTrusted(false);
   expectRefusal(InsertFailureReason::accessibility);
   desktop_.permissions().setAccessibilityTrusted(true);
-  Program& shortLived = desktop_.workspace().launchInBackground({"com.example.gone", "Gone"});
+  SimulatedApplication& shortLived =
+      desktop_.workspace().launchInBackground({"com.example.gone", "Gone"});
   desktop_.workspace().quit(shortLived);
   EXPECT_EQ(expectRefusal(InsertFailureReason::invalidTarget, shortLived.identity()),
             "[insert] no valid target app; copied length=4");

@@ -9,7 +9,7 @@ namespace quillo::contracts {
 namespace {
 
 using simulated::Key;
-using simulated::Program;
+using simulated::SimulatedApplication;
 
 class SimulatedKeyboardHost final : public SimulatedHost<KeyboardHost> {
  public:
@@ -40,7 +40,7 @@ class SimulatedKeyboardHost final : public SimulatedHost<KeyboardHost> {
   }
 
  private:
-  Program& program_ = desktop_.workspace().launch({"com.example.editor", "Editor"});
+  SimulatedApplication& program_ = desktop_.workspace().launch({"com.example.editor", "Editor"});
 };
 INSTANTIATE_TEST_SUITE_P(Simulated, EventMonitorsContract, hostedBy<SimulatedKeyboardHost>());
 INSTANTIATE_TEST_SUITE_P(Simulated, HIDKeyboardsContract, hostedBy<SimulatedKeyboardHost>());

@@ -25,7 +25,8 @@ class SimulatedPanelsHost final : public SimulatedHost<PanelsHost> {
   }
 
  private:
-  simulated::Program& program_ = desktop_.workspace().launch({"org.example.below", "Below"});
+  simulated::SimulatedApplication& program_ =
+      desktop_.workspace().launch({"org.example.below", "Below"});
   int clicks_ = 0;
   int keys_ = 0;
 };

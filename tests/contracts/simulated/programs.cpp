@@ -8,22 +8,26 @@ namespace quillo::contracts {
 namespace {
 
 using simulated::OfferedItem;
-using simulated::Program;
+using simulated::SimulatedApplication;
 
 class SimulatedWorkspaceHost final : public SimulatedHost<WorkspaceHost> {
  public:
   Workspace& workspace() override { return desktop_.workspace(); }
   std::int32_t launch(std::string_view name) override {
-    Program& program =
+    SimulatedApplication& program =
         desktop_.workspace().launch({"com.example." + std::string(name), std::string(name)});
-    programs_[program.process()] = &program;
+    applications_[program.process()] = &program;
     return program.process();
   }
-  void focus(std::int32_t process) override { desktop_.workspace().focus(*programs_.at(process)); }
-  void quit(std::int32_t process) override { desktop_.workspace().quit(*programs_.at(process)); }
+  void focus(std::int32_t process) override {
+    desktop_.workspace().focus(*applications_.at(process));
+  }
+  void quit(std::int32_t process) override {
+    desktop_.workspace().quit(*applications_.at(process));
+  }
 
  private:
-  std::map<std::int32_t, Program*> programs_;
+  std::map<std::int32_t, SimulatedApplication*> applications_;
 };
 INSTANTIATE_TEST_SUITE_P(Simulated, WorkspaceContract, hostedBy<SimulatedWorkspaceHost>());
 
@@ -54,7 +58,7 @@ class SimulatedPasteboard final : public SimulatedHost<PasteboardHost> {
   }
 
  private:
-  Program& other_ = desktop_.workspace().launch({"com.example.other", "Other"});
+  SimulatedApplication& other_ = desktop_.workspace().launch({"com.example.other", "Other"});
 };
 INSTANTIATE_TEST_SUITE_P(Simulated, PasteboardContract, hostedBy<SimulatedPasteboard>());
 
@@ -80,7 +84,7 @@ class SimulatedAccessibilityHost final : public SimulatedHost<AccessibilityHost>
   void quit() override { desktop_.workspace().quit(*program_); }
 
  private:
-  Program* program_ = nullptr;
+  SimulatedApplication* program_ = nullptr;
 };
 INSTANTIATE_TEST_SUITE_P(Simulated, AccessibilityContract, hostedBy<SimulatedAccessibilityHost>());
 

@@ -16,7 +16,8 @@ class SimulatedWindowsHost final : public SimulatedHost<WindowsHost> {
   void switchToProgram() override { desktop_.workspace().focus(program_); }
 
  private:
-  simulated::Program& program_ = desktop_.workspace().launch({"org.example.below", "Below"});
+  simulated::SimulatedApplication& program_ =
+      desktop_.workspace().launch({"org.example.below", "Below"});
 };
 
 INSTANTIATE_TEST_SUITE_P(Simulated, WindowsContract, hostedBy<SimulatedWindowsHost>());

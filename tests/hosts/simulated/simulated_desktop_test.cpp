@@ -140,7 +140,7 @@ class KeyboardTest : public ::testing::Test {
 
   SimulatedDesktop desktop;
   SimulatedKeyboard& keyboard = desktop.keyboard();
-  Program& mail = desktop.workspace().launch({"com.example.mail", "Mail"});
+  SimulatedApplication& mail = desktop.workspace().launch({"com.example.mail", "Mail"});
   std::vector<std::string> seen;
   TapVerdict verdict = TapVerdict::pass;
   std::unique_ptr<EventTaps::Tap> tap;

@@ -53,8 +53,8 @@ SimulatedAccessibility::SimulatedAccessibility(Timeline& timeline, SimulatedWork
       systemWide_(std::make_shared<Named>()) {}
 
 AccessibilityElement SimulatedAccessibility::applicationElement(std::int32_t processIdentifier) {
-  if (Program* program = workspace_.programOf(processIdentifier))
-    return program->tree().application().handle();
+  if (SimulatedApplication* application = workspace_.applicationOf(processIdentifier))
+    return application->tree().application().handle();
   return unknownApplications_
       .try_emplace(processIdentifier, AccessibilityElement(std::make_shared<Named>()))
       .first->second;
@@ -97,17 +97,17 @@ bool SimulatedAccessibility::waitForAnswer(std::int32_t process, ApplicationTree
 
 SimulatedAccessibility::Reached SimulatedAccessibility::reach(const AccessibilityElement& element) {
   const auto process = TreeElement::processOf(element);
-  Program* program = process ? workspace_.programOf(*process) : nullptr;
-  if (!permissions_.isAccessibilityTrusted() || !program || !program->isRunning() ||
-      !waitForAnswer(*process, program->tree()))
+  SimulatedApplication* application = process ? workspace_.applicationOf(*process) : nullptr;
+  if (!permissions_.isAccessibilityTrusted() || !application || !application->isRunning() ||
+      !waitForAnswer(*process, application->tree()))
     return {.failure = AccessibilityFailure::cannotComplete};
-  return {.element = TreeElement::of(element), .tree = &program->tree()};
+  return {.element = TreeElement::of(element), .tree = &application->tree()};
 }
 
 // --- Reading ---
 
 AccessibilityAnswer SimulatedAccessibility::systemAttribute(std::string_view name) {
-  Program* front = workspace_.frontmost();
+  SimulatedApplication* front = workspace_.frontmost();
   if (name != ax::focusedUIElement || !front) return AccessibilityFailure::absent;
   const Reached reached = reach(front->tree().application().handle());
   if (!reached.element) return reached.failure;
@@ -193,8 +193,8 @@ bool SimulatedAccessibility::setAttribute(const AccessibilityElement& element,
 
 std::optional<AccessibilityElement> SimulatedAccessibility::elementAtPosition(
     AccessibilityPoint position) {
-  for (Program* program : workspace_.frontToBack()) {
-    TreeElement* window = program->tree().windowAt(position);
+  for (SimulatedApplication* application : workspace_.frontToBack()) {
+    TreeElement* window = application->tree().windowAt(position);
     if (!window) continue;
     const Reached reached = reach(window->handle());
     // Its windows may be others by now.

@@ -6,7 +6,7 @@ namespace quillo::simulated {
 
 SimulatedWorkspace::SimulatedWorkspace(VirtualMainThread& mainThread, Timeline& timeline,
                                        SharedPasteboard& pasteboard, SeededRandom random,
-                                       Program::Description self)
+                                       SimulatedApplication::Description self)
     : mainThread_(mainThread), timeline_(timeline), pasteboard_(pasteboard), random_(random) {
   launchInBackground(std::move(self));
 }
@@ -15,27 +15,28 @@ std::optional<RunningApplication> SimulatedWorkspace::frontmostApplication() con
   return frontmost_ ? std::optional(frontmost_->identity()) : std::nullopt;
 }
 
-Program* SimulatedWorkspace::programOf(std::int32_t process) const {
-  const auto found =
-      std::ranges::find(programs_, process, [](const auto& program) { return program->process(); });
-  return found == programs_.end() ? nullptr : found->get();
+SimulatedApplication* SimulatedWorkspace::applicationOf(std::int32_t process) const {
+  const auto found = std::ranges::find(
+      applications_, process, [](const auto& application) { return application->process(); });
+  return found == applications_.end() ? nullptr : found->get();
 }
 
-Program* SimulatedWorkspace::find(std::int32_t process) const {
-  Program* program = programOf(process);
-  return program && program->isRunning() ? program : nullptr;
+SimulatedApplication* SimulatedWorkspace::find(std::int32_t process) const {
+  SimulatedApplication* application = applicationOf(process);
+  return application && application->isRunning() ? application : nullptr;
 }
 
-std::vector<Program*> SimulatedWorkspace::frontToBack() const {
+std::vector<SimulatedApplication*> SimulatedWorkspace::frontToBack() const {
   return {order_.rbegin(), order_.rend()};
 }
 
-bool SimulatedWorkspace::activate(const RunningApplication& application) {
-  Program* program = find(application.processIdentifier);
-  if (!program || program->activation() == Program::Activation::refused) return false;
-  if (program->activation() == Program::Activation::ignored) return true;
-  timeline_.after(program->activationTime(), [this, program] {
-    if (program->isRunning()) bringToFront(*program);
+bool SimulatedWorkspace::activate(const RunningApplication& wanted) {
+  SimulatedApplication* application = find(wanted.processIdentifier);
+  if (!application || application->activation() == SimulatedApplication::Activation::refused)
+    return false;
+  if (application->activation() == SimulatedApplication::Activation::ignored) return true;
+  timeline_.after(application->activationTime(), [this, application] {
+    if (application->isRunning()) bringToFront(*application);
   });
   return true;
 }
@@ -51,44 +52,45 @@ std::shared_ptr<void> SimulatedWorkspace::observeActivation(
   return observer;
 }
 
-void SimulatedWorkspace::bringToFront(Program& program) {
-  if (frontmost_ == &program) return;
-  frontmost_ = &program;
-  std::erase(order_, &program);
-  order_.push_back(&program);
+void SimulatedWorkspace::bringToFront(SimulatedApplication& application) {
+  if (frontmost_ == &application) return;
+  frontmost_ = &application;
+  std::erase(order_, &application);
+  order_.push_back(&application);
   std::erase_if(observers_, [](const auto& old) { return old.expired(); });
   for (const auto& weak : observers_) {
-    mainThread_.post([weak, identity = program.identity()] {
+    mainThread_.post([weak, identity = application.identity()] {
       if (const auto observer = weak.lock()) (*observer)(identity);
     });
   }
 }
 
-Program& SimulatedWorkspace::launchInBackground(Program::Description description) {
+SimulatedApplication& SimulatedWorkspace::launchInBackground(
+    SimulatedApplication::Description description) {
   const std::int32_t process = nextProcess_++;
-  programs_.push_back(std::make_unique<Program>(process, std::move(description), timeline_,
-                                                pasteboard_, SeededRandom(random_.next())));
-  return *programs_.back();
+  applications_.push_back(std::make_unique<SimulatedApplication>(
+      process, std::move(description), timeline_, pasteboard_, SeededRandom(random_.next())));
+  return *applications_.back();
 }
 
-Program& SimulatedWorkspace::launch(Program::Description description) {
-  Program& program = launchInBackground(std::move(description));
-  bringToFront(program);
-  return program;
+SimulatedApplication& SimulatedWorkspace::launch(SimulatedApplication::Description description) {
+  SimulatedApplication& application = launchInBackground(std::move(description));
+  bringToFront(application);
+  return application;
 }
 
-void SimulatedWorkspace::focus(Program& program) {
-  bringToFront(program);
+void SimulatedWorkspace::focus(SimulatedApplication& application) {
+  bringToFront(application);
 }
 
-void SimulatedWorkspace::quit(Program& program) {
-  program.end();
-  leaveFront(program);
+void SimulatedWorkspace::quit(SimulatedApplication& application) {
+  application.end();
+  leaveFront(application);
 }
 
-void SimulatedWorkspace::leaveFront(Program& program) {
-  std::erase(order_, &program);
-  if (frontmost_ != &program) return;
+void SimulatedWorkspace::leaveFront(SimulatedApplication& application) {
+  std::erase(order_, &application);
+  if (frontmost_ != &application) return;
   frontmost_ = nullptr;
   if (!order_.empty()) bringToFront(*order_.back());
 }

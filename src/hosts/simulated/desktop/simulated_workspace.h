@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "hosts/simulated/desktop/program.h"
+#include "hosts/simulated/desktop/simulated_application.h"
 #include "hosts/simulated/time/virtual_main_thread.h"
 #include "platform/workspace.h"
 
@@ -15,7 +15,8 @@ namespace quillo::simulated {
 class SimulatedWorkspace final : public Workspace {
  public:
   SimulatedWorkspace(VirtualMainThread& mainThread, Timeline& timeline,
-                     SharedPasteboard& pasteboard, SeededRandom random, Program::Description self);
+                     SharedPasteboard& pasteboard, SeededRandom random,
+                     SimulatedApplication::Description self);
 
   std::optional<RunningApplication> frontmostApplication() const override;
   bool activate(const RunningApplication& application) override;
@@ -24,40 +25,40 @@ class SimulatedWorkspace final : public Workspace {
       std::function<void(const RunningApplication&)> activated) override;
 
   // Also when its process has ended; null for an unknown process.
-  Program* programOf(std::int32_t process) const;
+  SimulatedApplication* applicationOf(std::int32_t process) const;
   // Those that run, the one in front first.
-  std::vector<Program*> frontToBack() const;
+  std::vector<SimulatedApplication*> frontToBack() const;
   // The program that has the keyboard; null when none has.
-  Program* frontmost() const { return frontmost_; }
+  SimulatedApplication* frontmost() const { return frontmost_; }
 
   // --- Driver ---
 
   // Starts a program and brings it to the front. It lives as long as the desktop, also when its
   // process has ended.
-  Program& launch(Program::Description description);
-  Program& launchInBackground(Program::Description description);
+  SimulatedApplication& launch(SimulatedApplication::Description description);
+  SimulatedApplication& launchInBackground(SimulatedApplication::Description description);
   // The user brings it to the front, at once.
-  void focus(Program& program);
+  void focus(SimulatedApplication& application);
   void focusNothing() { frontmost_ = nullptr; }
   // Its process ends; whatever was in front before it comes back.
-  void quit(Program& program);
+  void quit(SimulatedApplication& application);
   // The program has no window left to type into: whatever was in front before it comes back.
-  void leaveFront(Program& program);
+  void leaveFront(SimulatedApplication& application);
   // The program under test.
-  Program& self() { return *programs_.front(); }
+  SimulatedApplication& self() { return *applications_.front(); }
 
  private:
-  Program* find(std::int32_t process) const;
-  void bringToFront(Program& program);
+  SimulatedApplication* find(std::int32_t process) const;
+  void bringToFront(SimulatedApplication& application);
 
   VirtualMainThread& mainThread_;
   Timeline& timeline_;
   SharedPasteboard& pasteboard_;
   SeededRandom random_;
   std::int32_t nextProcess_ = 501;
-  std::vector<std::unique_ptr<Program>> programs_;
-  std::vector<Program*> order_;  // the latest in front last
-  Program* frontmost_ = nullptr;
+  std::vector<std::unique_ptr<SimulatedApplication>> applications_;
+  std::vector<SimulatedApplication*> order_;  // the latest in front last
+  SimulatedApplication* frontmost_ = nullptr;
   using Observer = std::function<void(const RunningApplication&)>;
   std::vector<std::weak_ptr<Observer>> observers_;
 };

@@ -147,7 +147,7 @@ void SimulatedKeyboard::moveOn() {
 
 void SimulatedKeyboard::deliver(const KeyEvent& event) {
   if (routes_.hotKeys.claim(event)) return;
-  Program* receiver = workspace_.frontmost();
+  SimulatedApplication* receiver = workspace_.frontmost();
   if (receiver == &workspace_.self()) {
     routes_.monitors.showLocally(event, [receiver, event] { receiver->receive(event); });
     return;

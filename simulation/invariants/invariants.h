@@ -1,4 +1,4 @@
-// What must hold whatever happens. Each promise watches the trace with a model of its own.
+// What must hold whatever happens. Each invariant watches the trace with a model of its own.
 #pragma once
 
 #include <cstdint>
@@ -25,15 +25,15 @@ struct RestFacts {
 };
 RestFacts restFacts(World& world);
 
-struct BrokenPromise {
+struct Violation {
   MonotonicTime time;
-  std::string promise;
+  std::string invariant;
   std::string how;
 };
 
-class Promise {
+class Invariant {
  public:
-  virtual ~Promise() = default;
+  virtual ~Invariant() = default;
   virtual std::string_view name() const = 0;
   virtual void see(const Event& event) = 0;
   // The program is at rest.
@@ -41,11 +41,11 @@ class Promise {
   // Nothing more will happen.
   virtual void end() {}
 
-  std::vector<BrokenPromise> broken;
+  std::vector<Violation> violations;
 
  protected:
   void breaks(MonotonicTime time, std::string how) {
-    broken.push_back({time, std::string(name()), std::move(how)});
+    violations.push_back({time, std::string(name()), std::move(how)});
   }
 };
 
@@ -60,34 +60,34 @@ struct Secrets {
 // The words of a recording must be in what is delivered: only where the service answers truly.
 enum class Words { unknown, known };
 
-class Promises {
+class Invariants {
  public:
-  Promises(const Secrets& secrets, Words words);
-  Promises(const Promises&) = delete;
-  Promises& operator=(const Promises&) = delete;
+  Invariants(const Secrets& secrets, Words words);
+  Invariants(const Invariants&) = delete;
+  Invariants& operator=(const Invariants&) = delete;
   // Outlives what it follows.
   void follow(Trace& trace);
   void rest(const RestFacts& facts);
   void end();
   // In the order of their time.
-  std::vector<BrokenPromise> broken() const;
+  std::vector<Violation> violations() const;
 
  private:
-  std::vector<std::unique_ptr<Promise>> promises_;
+  std::vector<std::unique_ptr<Invariant>> invariants_;
 };
 
-// --- The promises, one a function ---
-std::unique_ptr<Promise> noRecordingIsLost(Words words);
-std::unique_ptr<Promise> textGoesWhereTheRulesSend();
-std::unique_ptr<Promise> theClipboardIsTheUsers();
-std::unique_ptr<Promise> nothingIsLeftAtRest();
-std::unique_ptr<Promise> theLogKeepsSecrets(Secrets secrets);
-std::unique_ptr<Promise> theProgramRecovers();
-std::unique_ptr<Promise> aHoldEndsWithItsKeys();
-std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn();
-std::unique_ptr<Promise> anOpenMicrophoneIsSeen();
+// --- The invariants, one a function ---
+std::unique_ptr<Invariant> noRecordingIsLost(Words words);
+std::unique_ptr<Invariant> textGoesWhereTheRulesSend();
+std::unique_ptr<Invariant> theClipboardIsTheUsers();
+std::unique_ptr<Invariant> nothingIsLeftAtRest();
+std::unique_ptr<Invariant> theLogKeepsSecrets(Secrets secrets);
+std::unique_ptr<Invariant> theProgramRecovers();
+std::unique_ptr<Invariant> aHoldEndsWithItsKeys();
+std::unique_ptr<Invariant> aPressActsOnceAndOnlyItsOwn();
+std::unique_ptr<Invariant> anOpenMicrophoneIsSeen();
 // Texts of protected fields hold the marker.
-std::unique_ptr<Promise> capturesAreWantedAndAllowed(std::string protectedMarker);
+std::unique_ptr<Invariant> capturesAreWantedAndAllowed(std::string protectedMarker);
 
 // How long after the last fault the program may take to come to rest.
 inline constexpr Duration longestUnrest = std::chrono::minutes(30);

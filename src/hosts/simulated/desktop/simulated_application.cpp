@@ -1,4 +1,4 @@
-#include "hosts/simulated/desktop/program.h"
+#include "hosts/simulated/desktop/simulated_application.h"
 
 #include "base/text.h"
 
@@ -10,8 +10,9 @@ constexpr Duration slowestReaction = std::chrono::milliseconds(20);
 
 }  // namespace
 
-Program::Program(std::int32_t process, Description description, Timeline& timeline,
-                 SharedPasteboard& pasteboard, SeededRandom random)
+SimulatedApplication::SimulatedApplication(std::int32_t process, Description description,
+                                           Timeline& timeline, SharedPasteboard& pasteboard,
+                                           SeededRandom random)
     : process_(process),
       description_(std::move(description)),
       timeline_(timeline),
@@ -19,36 +20,38 @@ Program::Program(std::int32_t process, Description description, Timeline& timeli
       random_(random),
       tree_(process, description_.name.value_or("")) {}
 
-Editor& Program::editor() const {
+Editor& SimulatedApplication::editor() const {
   Editor* focused = tree_.focusedEditor();
   return focused ? *focused : tree_.document();
 }
 
-Editor* Program::writableEditor() const {
+Editor* SimulatedApplication::writableEditor() const {
   const TreeElement* focused = tree_.focusedElement();
   return focused && focused->isEditable() ? focused->editor() : nullptr;
 }
 
-RunningApplication Program::identity() const {
+RunningApplication SimulatedApplication::identity() const {
   return {process_, description_.bundleIdentifier, description_.name};
 }
 
-void Program::end() {
+void SimulatedApplication::end() {
   isRunning_ = false;
   pasteboard_.processEnded(process_);
 }
 
-void Program::receive(const KeyEvent& event) {
+void SimulatedApplication::receive(const KeyEvent& event) {
   receivedKeys_.push_back(event);
   if (event.type != KeyEvent::Type::keyDown || !event.charactersIgnoringModifiers) return;
   const std::uint64_t chord = event.flags & event_flags::chordMask;
   if ((chord & ~event_flags::shift) == 0) return type(event);
   if (chord != event_flags::command) return;
-  if (*event.charactersIgnoringModifiers == "v" && !ignoresPaste_) react(&Program::paste);
-  if (*event.charactersIgnoringModifiers == "c" && !ignoresCopy_) react(&Program::copySelection);
+  if (*event.charactersIgnoringModifiers == "v" && !ignoresPaste_)
+    react(&SimulatedApplication::paste);
+  if (*event.charactersIgnoringModifiers == "c" && !ignoresCopy_)
+    react(&SimulatedApplication::copySelection);
 }
 
-void Program::react(void (Program::*action)()) {
+void SimulatedApplication::react(void (SimulatedApplication::*action)()) {
   const Duration delay =
       reactionTime_ ? *reactionTime_ : random_.between(fastestReaction, slowestReaction);
   timeline_.after(delay, [this, action] {
@@ -56,7 +59,7 @@ void Program::react(void (Program::*action)()) {
   });
 }
 
-void Program::paste() {
+void SimulatedApplication::paste() {
   const auto offered = pasteboard_.offeredText();
   if (!offered) return;
   timeline_.after(offered->makingTime, [this, text = offered->text] {
@@ -67,14 +70,14 @@ void Program::paste() {
   });
 }
 
-void Program::copySelection() {
+void SimulatedApplication::copySelection() {
   const TreeElement* focused = tree_.focusedElement();
   if (!focused || !focused->editor() || focused->exposure() == TextExposure::secret) return;
   const std::string selected = focused->editor()->selectedText();
   if (!selected.empty()) pasteboard_.copy(selected, process_);
 }
 
-void Program::type(const KeyEvent& event) {
+void SimulatedApplication::type(const KeyEvent& event) {
   const std::string& character = *event.charactersIgnoringModifiers;
   Editor* editor = writableEditor();
   if (!editor || character == "\x1b") return;

@@ -2,7 +2,7 @@
 // microphone is open; and it is never open for longer than a start may take without a recording.
 #include <optional>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 constexpr Duration longestLag = 3s;
 
 // A microphone that is unplugged, or will not work, goes dark without the program's doing.
-class AnOpenMicrophoneIsSeen final : public Promise {
+class AnOpenMicrophoneIsSeen final : public Invariant {
  public:
   std::string_view name() const override { return "an open microphone is seen"; }
 
@@ -65,7 +65,7 @@ class AnOpenMicrophoneIsSeen final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> anOpenMicrophoneIsSeen() {
+std::unique_ptr<Invariant> anOpenMicrophoneIsSeen() {
   return std::make_unique<AnOpenMicrophoneIsSeen>();
 }
 

@@ -1,14 +1,14 @@
 // 3. The clipboard ends as it began, or holds the text that the user was told about.
 #include <algorithm>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 #include "simulation/world/observed_ports.h"
 
 namespace quillo::sim {
 namespace {
 
-class TheClipboardIsTheUsers final : public Promise {
+class TheClipboardIsTheUsers final : public Invariant {
  public:
   std::string_view name() const override { return "the clipboard is the user's"; }
 
@@ -63,7 +63,7 @@ class TheClipboardIsTheUsers final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> theClipboardIsTheUsers() {
+std::unique_ptr<Invariant> theClipboardIsTheUsers() {
   return std::make_unique<TheClipboardIsTheUsers>();
 }
 

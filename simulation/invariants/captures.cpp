@@ -1,11 +1,11 @@
 // 10. A protected field is never read, and no capture is kept that nobody waits for any more.
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
 namespace {
 
-class CapturesAreWantedAndAllowed final : public Promise {
+class CapturesAreWantedAndAllowed final : public Invariant {
  public:
   explicit CapturesAreWantedAndAllowed(std::string protectedMarker)
       : protectedMarker_(std::move(protectedMarker)) {}
@@ -38,7 +38,7 @@ class CapturesAreWantedAndAllowed final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> capturesAreWantedAndAllowed(std::string protectedMarker) {
+std::unique_ptr<Invariant> capturesAreWantedAndAllowed(std::string protectedMarker) {
   return std::make_unique<CapturesAreWantedAndAllowed>(std::move(protectedMarker));
 }
 

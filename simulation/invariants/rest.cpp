@@ -2,13 +2,13 @@
 // program is at rest. 6. After the last fault it comes to rest, and the next dictation works.
 #include <set>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
 namespace {
 
-class NothingIsLeftAtRest final : public Promise {
+class NothingIsLeftAtRest final : public Invariant {
  public:
   std::string_view name() const override { return "nothing is left at rest"; }
 
@@ -44,7 +44,7 @@ class NothingIsLeftAtRest final : public Promise {
 
 // The explorer tells when its last fault is over, when it has seen the program at rest, and which
 // words it dictates then.
-class TheProgramRecovers final : public Promise {
+class TheProgramRecovers final : public Invariant {
  public:
   std::string_view name() const override { return "the program recovers"; }
 
@@ -74,11 +74,11 @@ class TheProgramRecovers final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> nothingIsLeftAtRest() {
+std::unique_ptr<Invariant> nothingIsLeftAtRest() {
   return std::make_unique<NothingIsLeftAtRest>();
 }
 
-std::unique_ptr<Promise> theProgramRecovers() {
+std::unique_ptr<Invariant> theProgramRecovers() {
   return std::make_unique<TheProgramRecovers>();
 }
 

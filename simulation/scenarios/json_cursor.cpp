@@ -1,4 +1,4 @@
-#include "simulation/scenarios/place.h"
+#include "simulation/scenarios/json_cursor.h"
 
 #include <algorithm>
 #include <charconv>
@@ -12,74 +12,74 @@ constexpr std::pair<std::string_view, double> secondsOfUnit[] = {
 
 }  // namespace
 
-void Place::refuse(const std::string& problem) const {
+void JsonCursor::refuse(const std::string& problem) const {
   throw ScenarioError(path_.empty() ? "scenario" : path_, problem);
 }
 
-void Place::allowOnly(std::initializer_list<std::string_view> keys) const {
-  for (const auto& [key, place] : members()) {
+void JsonCursor::allowOnly(std::initializer_list<std::string_view> keys) const {
+  for (const auto& [key, cursor] : members()) {
     if (std::ranges::find(keys, key) != keys.end()) continue;
     std::string known;
     for (const std::string_view each : keys)
       known += (known.empty() ? "" : ", ") + std::string(each);
-    place.refuse("unknown key; known are: " + known);
+    cursor.refuse("unknown key; known are: " + known);
   }
 }
 
-std::optional<Place> Place::find(std::string_view key) const {
+std::optional<JsonCursor> JsonCursor::find(std::string_view key) const {
   if (!value_->is_object()) refuse("an object is expected");
   const auto found = value_->find(std::string(key));
   if (found == value_->end()) return std::nullopt;
-  return Place(*found, path_.empty() ? std::string(key) : path_ + "." + std::string(key));
+  return JsonCursor(*found, path_.empty() ? std::string(key) : path_ + "." + std::string(key));
 }
 
-Place Place::at(std::string_view key) const {
+JsonCursor JsonCursor::at(std::string_view key) const {
   if (auto found = find(key)) return *found;
   refuse("\"" + std::string(key) + "\" is missing");
 }
 
-std::vector<std::pair<std::string, Place>> Place::members() const {
+std::vector<std::pair<std::string, JsonCursor>> JsonCursor::members() const {
   if (!value_->is_object()) refuse("an object is expected");
-  std::vector<std::pair<std::string, Place>> members;
+  std::vector<std::pair<std::string, JsonCursor>> members;
   for (const auto& [key, value] : value_->items()) members.emplace_back(key, at(key));
   return members;
 }
 
-std::vector<Place> Place::elements() const {
+std::vector<JsonCursor> JsonCursor::elements() const {
   if (!value_->is_array()) refuse("an array is expected");
-  std::vector<Place> elements;
+  std::vector<JsonCursor> elements;
   for (std::size_t i = 0; i < value_->size(); ++i)
     elements.emplace_back((*value_)[i], path_ + "[" + std::to_string(i) + "]");
   return elements;
 }
 
-std::string Place::text() const {
+std::string JsonCursor::text() const {
   if (!value_->is_string()) refuse("a text is expected");
   return value_->get<std::string>();
 }
 
-std::vector<std::string> Place::texts() const {
+std::vector<std::string> JsonCursor::texts() const {
   std::vector<std::string> texts;
-  for (const Place& element : elements()) texts.push_back(element.text());
+  for (const JsonCursor& element : elements()) texts.push_back(element.text());
   return texts;
 }
 
-bool Place::boolean() const {
+bool JsonCursor::boolean() const {
   if (!value_->is_boolean()) refuse("true or false is expected");
   return value_->get<bool>();
 }
 
-std::int64_t Place::integer() const {
+std::int64_t JsonCursor::integer() const {
   if (!value_->is_number_integer()) refuse("a whole number is expected");
   return value_->get<std::int64_t>();
 }
 
-double Place::number() const {
+double JsonCursor::number() const {
   if (!value_->is_number()) refuse("a number is expected");
   return value_->get<double>();
 }
 
-Duration Place::duration() const {
+Duration JsonCursor::duration() const {
   const std::string written = text();
   double count = 0;
   const char* end = written.data() + written.size();

@@ -10,7 +10,7 @@
 namespace quillo::sim {
 
 // A model of its own of what is bound and of who sees it: it reads the trace alone.
-class Hands {
+class KeyboardModel {
  public:
   // The shortcuts as the settings have them.
   struct Bound {

@@ -1,4 +1,4 @@
-// Days of a user under faults, and the bugs that the promises must find in them.
+// Days of a user under faults, and the bugs that the invariants must find in them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::Contains;
 
-TEST(Explore, AShortRangeKeepsItsPromisesAndEveryFaultFires) {
+TEST(Explore, AShortRangeKeepsTheInvariantsAndEveryFaultFires) {
   std::ostringstream report;
   const Exploration all = explore({.firstSeed = 1, .lastSeed = 30, .life = {.hours = 1}}, report);
   EXPECT_EQ(all.code, ExitCode::fine) << report.str();
@@ -30,20 +30,20 @@ TEST(Explore, ASeedIsOneLife) {
 
 struct Planted {
   PlantedBug bug;
-  const char* promise;
+  const char* invariant;
 
-  friend void PrintTo(const Planted& planted, std::ostream* out) { *out << planted.promise; }
+  friend void PrintTo(const Planted& planted, std::ostream* out) { *out << planted.invariant; }
 };
 
 class PlantedBugs : public testing::TestWithParam<Planted> {};
 
 TEST_P(PlantedBugs, AreFound) {
-  std::set<std::string> broken;
-  for (std::uint64_t seed = 1; seed <= 8 && !broken.contains(GetParam().promise); ++seed) {
-    for (const BrokenPromise& each : live(seed, {.hours = 2, .bug = GetParam().bug}).broken)
-      broken.insert(each.promise);
+  std::set<std::string> violations;
+  for (std::uint64_t seed = 1; seed <= 8 && !violations.contains(GetParam().invariant); ++seed) {
+    for (const Violation& each : live(seed, {.hours = 2, .bug = GetParam().bug}).violations)
+      violations.insert(each.invariant);
   }
-  EXPECT_THAT(broken, Contains(GetParam().promise));
+  EXPECT_THAT(violations, Contains(GetParam().invariant));
 }
 
 constexpr Planted plantedBugs[] = {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
@@ -18,7 +18,7 @@ constexpr Duration pasteLastHolds = std::chrono::seconds(30);
 // loses it to the user meanwhile, is no fault of the program. Whose a paste is shows in its
 // attempt: "paste last" may be under way when a dictation ends, and what a dictation pastes comes
 // after its text was polished.
-class TextGoesWhereTheRulesSend final : public Promise {
+class TextGoesWhereTheRulesSend final : public Invariant {
  public:
   std::string_view name() const override { return "text goes where the rules send it, once"; }
 
@@ -145,7 +145,7 @@ class TextGoesWhereTheRulesSend final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> textGoesWhereTheRulesSend() {
+std::unique_ptr<Invariant> textGoesWhereTheRulesSend() {
   return std::make_unique<TextGoesWhereTheRulesSend>();
 }
 

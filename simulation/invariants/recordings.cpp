@@ -5,7 +5,7 @@
 #include <set>
 
 #include "base/text.h"
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
@@ -14,7 +14,7 @@ namespace {
 // A last piece shorter than this is not sent, and the words that end in it are not missed.
 constexpr Duration shortestPiece = std::chrono::milliseconds(500);
 
-class NoRecordingIsLost final : public Promise {
+class NoRecordingIsLost final : public Invariant {
  public:
   explicit NoRecordingIsLost(Words words) : words_(words) {}
   std::string_view name() const override { return "no recording is lost"; }
@@ -153,7 +153,7 @@ class NoRecordingIsLost final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> noRecordingIsLost(Words words) {
+std::unique_ptr<Invariant> noRecordingIsLost(Words words) {
   return std::make_unique<NoRecordingIsLost>(words);
 }
 

@@ -17,15 +17,15 @@ namespace quillo::simulated {
 
 // It does with keys what programs do: Command+V pastes into the text that has the focus what the
 // clipboard holds 1 to 20 ms later, Command+C copies the selection as late, other keys type.
-class Program {
+class SimulatedApplication {
  public:
   struct Description {
     std::optional<std::string> bundleIdentifier{};
     std::optional<std::string> name{};
   };
 
-  Program(std::int32_t process, Description description, Timeline& timeline,
-          SharedPasteboard& pasteboard, SeededRandom random);
+  SimulatedApplication(std::int32_t process, Description description, Timeline& timeline,
+                       SharedPasteboard& pasteboard, SeededRandom random);
 
   RunningApplication identity() const;
   std::int32_t process() const { return process_; }
@@ -66,7 +66,7 @@ class Program {
   int pastes() const { return pastes_; }
 
  private:
-  void react(void (Program::*action)());
+  void react(void (SimulatedApplication::*action)());
   void paste();
   void copySelection();
   void type(const KeyEvent& event);

@@ -1,7 +1,7 @@
 // 5. No token, and no text of the user, in a log line that does not name it.
 #include <algorithm>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
@@ -10,7 +10,7 @@ namespace {
 // Shorter texts may be in a line by chance.
 constexpr std::size_t leastTelling = 12;
 
-class TheLogKeepsSecrets final : public Promise {
+class TheLogKeepsSecrets final : public Invariant {
  public:
   explicit TheLogKeepsSecrets(Secrets secrets) : secrets_(std::move(secrets)) {
     texts_.push_back(secrets_.tokenMarker);
@@ -49,7 +49,7 @@ class TheLogKeepsSecrets final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> theLogKeepsSecrets(Secrets secrets) {
+std::unique_ptr<Invariant> theLogKeepsSecrets(Secrets secrets) {
   return std::make_unique<TheLogKeepsSecrets>(std::move(secrets));
 }
 

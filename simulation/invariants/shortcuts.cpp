@@ -5,9 +5,9 @@
 #include <set>
 #include <vector>
 
-#include "simulation/invariants/promises.h"
+#include "simulation/invariants/invariants.h"
+#include "simulation/invariants/keyboard_model.h"
 #include "simulation/world/event_reading.h"
-#include "simulation/world/hands.h"
 
 namespace quillo::sim {
 namespace {
@@ -53,15 +53,15 @@ bool commands(const Event& event) {
 
 // --- 7 ---
 
-class AHoldEndsWithItsKeys final : public Promise {
+class AHoldEndsWithItsKeys final : public Invariant {
  public:
   std::string_view name() const override { return "a hold ends with its keys"; }
 
   void see(const Event& event) override {
     judge(event.time);
-    const bool wasHeld = hands_.isHeld();
-    hands_.see(event);
-    if (hands_.isHeld() && !wasHeld) holdBegan_ = event.time;
+    const bool wasHeld = keys_.isHeld();
+    keys_.see(event);
+    if (keys_.isHeld() && !wasHeld) holdBegan_ = event.time;
     if (event.what == "shortcuts") holdBegan_.reset();
     doubt_.see(event);
     if (commands(event)) lastCommand_ = event.time;
@@ -70,7 +70,7 @@ class AHoldEndsWithItsKeys final : public Promise {
     if (turns(event, "isRecording", true)) begin(event);
     if (turns(event, "isRecording", false)) isOfHold_ = false;
     if (event.what == "shortcuts" || doubt_.any()) isOfHold_ = false;
-    const bool isLetGo = hands_.areAllUp() && !hands_.isHeld();
+    const bool isLetGo = keys_.areAllUp() && !keys_.isHeld();
     if (!isLetGo) letGoAt_.reset();
     if (isLetGo && !letGoAt_) letGoAt_ = event.time;
   }
@@ -83,7 +83,7 @@ class AHoldEndsWithItsKeys final : public Promise {
     // under way. No rule ends it then but the next hold; the panel shows it.
     const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart &&
                           opened_ - *holdBegan_ >= holdThreshold;
-    isOfHold_ = isByHold && hands_.isHoldMode() && event.time - lastCommand_ > longestStart;
+    isOfHold_ = isByHold && keys_.isHoldMode() && event.time - lastCommand_ > longestStart;
     if (letGoAt_) letGoAt_ = event.time;
   }
 
@@ -93,7 +93,7 @@ class AHoldEndsWithItsKeys final : public Promise {
     breaks(now, "the recording of a hold goes on, and its keys have long been up");
   }
 
-  Hands hands_;
+  KeyboardModel keys_;
   Doubt doubt_;
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   std::optional<MonotonicTime> letGoAt_;
@@ -104,25 +104,25 @@ class AHoldEndsWithItsKeys final : public Promise {
 
 // --- 8 ---
 
-class APressActsOnceAndOnlyItsOwn final : public Promise {
+class APressActsOnceAndOnlyItsOwn final : public Invariant {
  public:
   std::string_view name() const override { return "a press acts once, and only its own"; }
 
   void see(const Event& event) override {
-    const bool wasHeldByFlags = hands_.isHeldByFlags();
-    const bool wasHeldByKeyboards = hands_.isHeldByKeyboards();
-    hands_.see(event);
+    const bool wasHeldByFlags = keys_.isHeldByFlags();
+    const bool wasHeldByKeyboards = keys_.isHeldByKeyboards();
+    keys_.see(event);
     doubt_.see(event);
     remember(event);
     if (event.what == "shortcuts") lastBound_ = event.time;
-    if (hands_.pressesToggleChord(event)) presses_.push_back({event.time});
-    if (hands_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
-    const bool isHeldAnew = (hands_.isHeldByFlags() && !wasHeldByFlags) ||
-                            (hands_.isHeldByKeyboards() && !wasHeldByKeyboards);
-    if (isHeldAnew) presses_.push_back({event.time, hands_.isHoldMode()});
-    const bool isLetGo = !hands_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
+    if (keys_.pressesToggleChord(event)) presses_.push_back({event.time});
+    if (keys_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
+    const bool isHeldAnew = (keys_.isHeldByFlags() && !wasHeldByFlags) ||
+                            (keys_.isHeldByKeyboards() && !wasHeldByKeyboards);
+    if (isHeldAnew) presses_.push_back({event.time, keys_.isHoldMode()});
+    const bool isLetGo = !keys_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
     if (isLetGo) lastLetGo_ = event.time;
-    const bool isTouch = isLetGo && hands_.isHoldMode() && event.what != "shortcuts";
+    const bool isTouch = isLetGo && keys_.isHoldMode() && event.what != "shortcuts";
     if (isTouch && !isSlow_) forgetTouches(event.time);
     if (turns(event, "isRecording", true)) requireCauseOfStart(event.time);
     if (turns(event, "isRecording", false)) requireCauseOfStop(event.time);
@@ -159,7 +159,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
   // event after the shortcut was changed.
   bool isExcused(MonotonicTime now) const {
     if (doubt_.any()) return true;
-    return isSlow_ && (hands_.isTapMode() || now - lastBound_ < longestStart);
+    return isSlow_ && (keys_.isTapMode() || now - lastBound_ < longestStart);
   }
 
   bool isCommanded(MonotonicTime now) const { return now - lastCommand_ < longestStart; }
@@ -179,7 +179,7 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
 
   void requireCauseOfStop(MonotonicTime now) {
     // Keys that came up, or a change of the shortcut, ended a hold. The keys may be down again.
-    if (hands_.isHoldMode() && now - lastLetGo_ < longestStart) return;
+    if (keys_.isHoldMode() && now - lastLetGo_ < longestStart) return;
     if (take(presses_, now, longestWay) || isExcused(now) || isCommanded(now)) return;
     if (now - lastBound_ < longestStart) return;
     breaks(now, "a recording ended, and no press that is left asked for it");
@@ -187,12 +187,12 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
 
   void requireCauseOfStep(MonotonicTime now) {
     if (take(cyclePresses_, now, longestWay) || doubt_.any() || isCommanded(now)) return;
-    if (seesRepeats_ && hands_.isDown(hands_.bound().cycleKeyCode)) return;
+    if (seesRepeats_ && keys_.isDown(keys_.bound().cycleKeyCode)) return;
     if (isSlow_ && now - lastBound_ < longestStart) return;
     breaks(now, "the languages changed, and no press that is left asked for it");
   }
 
-  Hands hands_;
+  KeyboardModel keys_;
   Doubt doubt_;
   bool isSlow_ = false;
   bool seesRepeats_ = false;
@@ -206,11 +206,11 @@ class APressActsOnceAndOnlyItsOwn final : public Promise {
 
 }  // namespace
 
-std::unique_ptr<Promise> aHoldEndsWithItsKeys() {
+std::unique_ptr<Invariant> aHoldEndsWithItsKeys() {
   return std::make_unique<AHoldEndsWithItsKeys>();
 }
 
-std::unique_ptr<Promise> aPressActsOnceAndOnlyItsOwn() {
+std::unique_ptr<Invariant> aPressActsOnceAndOnlyItsOwn() {
   return std::make_unique<APressActsOnceAndOnlyItsOwn>();
 }
 

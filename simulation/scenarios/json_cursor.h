@@ -21,10 +21,10 @@ class ScenarioError final : public std::runtime_error {
       : std::runtime_error(place + ": " + problem) {}
 };
 
-// Every reading of a value that does not fit throws ScenarioError. The text outlives its places.
-class Place {
+// Every reading of a value that does not fit throws ScenarioError. The text outlives its cursors.
+class JsonCursor {
  public:
-  Place(const Json& value, std::string path) : value_(&value), path_(std::move(path)) {}
+  JsonCursor(const Json& value, std::string path) : value_(&value), path_(std::move(path)) {}
 
   const Json& json() const { return *value_; }
   const std::string& path() const { return path_; }
@@ -33,11 +33,11 @@ class Place {
   // --- Objects ---
   // Refuses everything but an object with some of these keys.
   void allowOnly(std::initializer_list<std::string_view> keys) const;
-  std::optional<Place> find(std::string_view key) const;
-  Place at(std::string_view key) const;
-  std::vector<std::pair<std::string, Place>> members() const;
+  std::optional<JsonCursor> find(std::string_view key) const;
+  JsonCursor at(std::string_view key) const;
+  std::vector<std::pair<std::string, JsonCursor>> members() const;
 
-  std::vector<Place> elements() const;  // of an array
+  std::vector<JsonCursor> elements() const;  // of an array
 
   std::string text() const;
   std::vector<std::string> texts() const;

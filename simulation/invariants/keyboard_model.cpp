@@ -1,4 +1,4 @@
-#include "simulation/world/hands.h"
+#include "simulation/invariants/keyboard_model.h"
 
 #include <utility>
 
@@ -36,7 +36,7 @@ bool isDownEvent(const Event& event) {
 
 }  // namespace
 
-void Hands::see(const Event& event) {
+void KeyboardModel::see(const Event& event) {
   if (event.what == "shortcuts") bind(event);
   if (event.what == "userKey") move(event);
   // The program's own keys are events like others; the keyboards do not know them.
@@ -47,7 +47,7 @@ void Hands::see(const Event& event) {
   }
 }
 
-void Hands::bind(const Event& event) {
+void KeyboardModel::bind(const Event& event) {
   const std::int64_t cycleKeyCode = event.fields.at("cycleKeyCode");
   bound_ = {
       .activationMode = textOf(event, "activationMode"),
@@ -64,7 +64,7 @@ void Hands::bind(const Event& event) {
   isHeldByKeyboards_ = false;
 }
 
-void Hands::move(const Event& event) {
+void KeyboardModel::move(const Event& event) {
   const std::int64_t keyCode = event.fields.at("keyCode");
   if (isDownEvent(event))
     down_.insert(keyCode);
@@ -74,14 +74,14 @@ void Hands::move(const Event& event) {
     judge(keyCode, flags());
 }
 
-std::uint64_t Hands::flags() const {
+std::uint64_t KeyboardModel::flags() const {
   std::uint64_t all = 0;
   for (const std::int64_t keyCode : down_)
     if (const auto bits = simulated::modifierBitsOf(keyCode)) all |= bits->flag;
   return all;
 }
 
-void Hands::judge(std::int64_t keyCode, std::uint64_t flags) {
+void KeyboardModel::judge(std::int64_t keyCode, std::uint64_t flags) {
   if (!isHoldMode() && !isTapMode()) return;
   if (keyCode == codeOf(Key::rightOption))
     isRightOptionFlagged_ = (flags & event_flags::option) != 0;
@@ -89,16 +89,16 @@ void Hands::judge(std::int64_t keyCode, std::uint64_t flags) {
   isHeldByKeyboards_ = holdsByKeyboards();
 }
 
-bool Hands::isTapMode() const {
+bool KeyboardModel::isTapMode() const {
   return bound_.activationMode == "toggle" &&
          (bound_.toggleShortcut == "fn" || bound_.toggleShortcut == "right_opt");
 }
 
-std::string Hands::shortcut() const {
+std::string KeyboardModel::shortcut() const {
   return isTapMode() ? bound_.toggleShortcut : bound_.holdShortcut;
 }
 
-bool Hands::holdsByFlags(std::uint64_t flags) const {
+bool KeyboardModel::holdsByFlags(std::uint64_t flags) const {
   const std::uint64_t chord = flags & event_flags::chordMask;
   const std::string held = shortcut();
   if (held == "opt_cmd") return chord == (event_flags::option | event_flags::command);
@@ -107,7 +107,7 @@ bool Hands::holdsByFlags(std::uint64_t flags) const {
   return chord == controlAndOption;
 }
 
-bool Hands::holdsByKeyboards() const {
+bool KeyboardModel::holdsByKeyboards() const {
   const std::uint64_t chord = flags() & event_flags::chordMask;
   const std::string held = shortcut();
   if (held == "opt_cmd") return chord == (event_flags::option | event_flags::command);
@@ -118,13 +118,13 @@ bool Hands::holdsByKeyboards() const {
   return chord == controlAndOption;
 }
 
-bool Hands::pressesToggleChord(const Event& event) const {
+bool KeyboardModel::pressesToggleChord(const Event& event) const {
   if (event.what != "userKey" || !isDownEvent(event) || isHoldMode() || isTapMode()) return false;
   return event.fields.at("keyCode") == codeOf(Key::space) &&
          (flags() & event_flags::chordMask) == controlAndOption;
 }
 
-bool Hands::pressesCycleChord(const Event& event) const {
+bool KeyboardModel::pressesCycleChord(const Event& event) const {
   if (event.what != "userKey" || !isDownEvent(event)) return false;
   if ((flags() & event_flags::chordMask) != bound_.cycleFlags) return false;
   return event.fields.at("keyCode") == bound_.cycleKeyCode ||
