@@ -112,7 +112,8 @@ void printSummary(const Exploration& all, double seconds) {
             << " s (" << lived / seconds << " x real time; "
             << quillo::toSeconds(all.spoken) / seconds << " x of what was spoken alone)\n";
   printCounts("done:", all.done, [](const std::string& what) { return '"' + what + '"'; });
-  printCounts("faults:", all.fired, quillo::sim::nameOf);
+  printCounts("faults:", all.fired,
+              [](quillo::sim::FaultKind kind) { return quillo::sim::faultOf(kind).name; });
 }
 
 ExitCode explore(const std::vector<std::string>& arguments) {

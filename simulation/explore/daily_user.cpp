@@ -221,8 +221,8 @@ void DailyUser::attend() {
 
 void DailyUser::pasteLast() {
   if (random_.chance(0.5)) {
-    world_.act("pastes last");
-    world_.act("pastes last");  // the key may bounce
+    world_.act(Act::pastesLast);
+    world_.act(Act::pastesLast);  // the key may bounce
     press(pasteLastKeys);
   } else {
     world_.choose("Paste Last Result");
@@ -255,7 +255,7 @@ void DailyUser::switchApplication() {
     if (application->isRunning()) running.push_back(application);
   if (running.empty()) return;
   simulated::SimulatedApplication* application = running[random_.below(running.size())];
-  world_.act("switches", {{"application", *application->identity().localizedName}});
+  world_.act(Act::switchesApplication, *application->identity().localizedName);
   world_.desktop().workspace().focus(*application);
   world_.runFor(between(0ms, 500ms));
 }
@@ -316,7 +316,7 @@ void DailyUser::changeSetting() {
 
 void DailyUser::signInAgain() {
   if (world_.program().auth().isLoggedIn()) return;
-  world_.act("signs in");
+  world_.act(Act::signsIn);
   start(world_.desktop().mainThread(),
         world_.program().auth().signIn("ada@example.org", "pass phrase"));
   world_.runFor(2s);
@@ -373,7 +373,7 @@ void DailyUser::clearTheKeyboard() {
     world_.runFor(50ms);
   }
   world_.runFor(1s);
-  world_.act("clears the keyboard");
+  world_.act(Act::clearsTheKeyboard);
   state.activationMode = mode;
   world_.runFor({});
 }
@@ -410,7 +410,7 @@ std::string DailyUser::dictateProperly() {
   world_.tapKeys(toggleKeys(world_.program().appState()));
   world_.runUntil([this] { return world_.dictation().isRecording.get(); }, 10s);
   const std::string words = newWords(3);
-  world_.trace().tell("probe", {{"words", words}});
+  world_.trace().tell(events::Probe{words});
   world_.speak(words, 3s);
   world_.runFor(3500ms);
   world_.tapKeys(toggleKeys(world_.program().appState()));

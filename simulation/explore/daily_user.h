@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "hosts/simulated/time/seeded_random.h"
-#include "simulation/explore/faults.h"
+#include "simulation/faults/faults.h"
 #include "simulation/world/world.h"
 
 namespace quillo::sim {

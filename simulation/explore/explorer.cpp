@@ -23,8 +23,8 @@ constexpr Duration settled = 20s;
 std::vector<FaultKind> chooseFaults(simulated::SeededRandom& random) {
   const double share = static_cast<double>(random.below(5)) / 4 * 0.8;
   std::vector<FaultKind> chosen;
-  for (const auto& [name, kind] : faultNames)
-    if (random.chance(share)) chosen.push_back(kind);
+  for (const Fault& fault : allFaults())
+    if (random.chance(share)) chosen.push_back(fault.kind);
   return chosen;
 }
 
@@ -96,9 +96,9 @@ class Living {
   ExitCode endQuietly(Invariants& invariants) {
     faults_.end();
     user_.stopEverything();
-    world_.trace().tell("quietPhase");
+    world_.trace().tell(events::QuietPhase{});
     if (!comesToRest()) return ExitCode::noRest;
-    world_.trace().tell("atRest");
+    world_.trace().tell(events::AtRest{});
     invariants.rest(restFacts(world_));
     user_.prepare();
     user_.dictateProperly();
@@ -148,7 +148,7 @@ void reportSeed(std::uint64_t seed, const Life& life, const ExploreOptions& opti
                 std::ostream& report) {
   report << "seed " << seed << " fails with code " << static_cast<int>(life.code) << "; budget "
          << life.budget << ", digest " << hex(life.digest) << ", faults:";
-  for (const FaultKind kind : life.chosen) report << ' ' << nameOf(kind);
+  for (const FaultKind kind : life.chosen) report << ' ' << faultOf(kind).name;
   report << '\n';
   if (life.code == ExitCode::noRest) report << "  it did not come to rest\n";
   if (!life.crash.empty()) report << "  it crashed: " << life.crash << '\n';
@@ -174,8 +174,9 @@ Life live(std::uint64_t seed, const LifeOptions& options, std::ostream* trace) {
   // Ends before those who watch it.
   auto world = std::make_unique<World>(seed, World::PanelTexts::untold, layerWith(options.bug));
   invariants.follow(world->trace());
-  world->trace().watch(
-      [&life](const Event& event) { life.dictations += turns(event, "isRecording", true); });
+  world->trace().watch([&life](const Event& event) {
+    life.dictations += turns(event, events::Flag::isRecording, true);
+  });
   if (trace) world->trace().printTo(*trace);
   Living living(life, *world, seed, options);
   try {

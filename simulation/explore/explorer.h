@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "simulation/explore/faults.h"
 #include "simulation/explore/planted_bugs.h"
+#include "simulation/faults/faults.h"
 #include "simulation/invariants/invariants.h"
 #include "simulation/scenarios/scenario.h"
 

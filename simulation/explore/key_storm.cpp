@@ -52,7 +52,7 @@ std::vector<Key> cycleKeys(const MacAppState& state) {
 }
 
 void KeyStorm::rage() {
-  world_.act("hits the keys");
+  world_.act(Act::hitsTheKeys);
   const std::uint64_t gusts = 3 + random_.below(12);
   for (std::uint64_t i = 0; i < gusts; ++i) {
     playChord();
@@ -103,7 +103,7 @@ void KeyStorm::playChord() {
 }
 
 void KeyStorm::pressKey(Key key) {
-  if (key == Key::v) world_.act("pastes last");
+  if (key == Key::v) world_.act(Act::pastesLast);
   world_.pressKey(key);
 }
 

@@ -242,7 +242,7 @@ std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& p
 
 void hidePanelInRecordings(World& world) {
   world.trace().watch([&world](const Event& event) {
-    if (!turns(event, "isRecording", true)) return;
+    if (!turns(event, events::Flag::isRecording, true)) return;
     world.desktop().after(1s, [&world] {
       if (!world.dictation().isRecording) return;
       const auto visible = world.desktop().panels().visible();

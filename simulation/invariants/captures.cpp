@@ -1,4 +1,6 @@
 // 10. A protected field is never read, and no capture is kept that nobody waits for any more.
+//
+// Not checked: which fields are offered anything, and what is captured of a field that may be read.
 #include "simulation/invariants/invariants.h"
 #include "simulation/world/event_reading.h"
 
@@ -12,24 +14,22 @@ class CapturesAreWantedAndAllowed final : public Invariant {
   std::string_view name() const override { return "captures are wanted and allowed"; }
 
   void see(const Event& event) override {
-    if (event.what == "protectedRead")
-      breaks(event.time, textOf(event, "attribute") + " of the protected " +
-                             textOf(event, "element") + " was read");
-    if (isAct(event, "looks") || isAct(event, "clicks the badge")) wantedOf_ = textOf(event, "app");
-    if (isAct(event, "dismisses the bubble") || isAct(event, "quits Quillo")) wantedOf_.reset();
-    if (event.what == "captured") judge(event);
+    if (const auto* read = event.as<events::ProtectedRead>())
+      breaks(event.time, read->attribute + " of the protected " + read->element + " was read");
+    if (const auto* looks = event.as<events::UserLooks>()) wantedOf_ = looks->app;
+    if (const std::string* app = objectOf(event, Act::clicksBadge)) wantedOf_ = *app;
+    if (isAct(event, Act::dismissesBubble) || isAct(event, Act::quitsProgram)) wantedOf_.reset();
+    if (const auto* captured = event.as<events::Captured>()) judge(event.time, *captured);
   }
 
  private:
-  void judge(const Event& event) {
-    const std::string text = textOf(event, "text");
-    if (text.empty()) return;
-    if (text.find(protectedMarker_) != std::string::npos)
-      breaks(event.time, "the text of a protected field was captured");
-    if (!wantedOf_) return breaks(event.time, "a capture is kept after the bubble was dismissed");
-    if (*wantedOf_ != textOf(event, "app"))
-      breaks(event.time,
-             "a capture of " + textOf(event, "app") + " is kept for a look at " + *wantedOf_);
+  void judge(MonotonicTime now, const events::Captured& captured) {
+    if (captured.text.empty()) return;
+    if (captured.text.find(protectedMarker_) != std::string::npos)
+      breaks(now, "the text of a protected field was captured");
+    if (!wantedOf_) return breaks(now, "a capture is kept after the bubble was dismissed");
+    if (*wantedOf_ != captured.app)
+      breaks(now, "a capture of " + captured.app + " is kept for a look at " + *wantedOf_);
   }
 
   std::string protectedMarker_;

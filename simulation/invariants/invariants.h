@@ -16,7 +16,7 @@ namespace quillo::sim {
 // The desktop when the program does nothing.
 struct RestFacts {
   MonotonicTime time;
-  Json clipboard;                       // types and text, as describeItems() tells them
+  ClipboardContents clipboard;
   std::vector<std::string> recordings;  // names of session files and segments on the disk
   bool canRetry = false;
   int openMicrophones = 0;

@@ -4,7 +4,6 @@
 
 #include "hosts/simulated/keyboard/key_codes.h"
 #include "platform/keyboard.h"
-#include "simulation/world/event_reading.h"
 
 namespace quillo::sim {
 namespace {
@@ -30,48 +29,43 @@ std::uint64_t flagsOf(std::uint32_t modifiers) {
   return flags;
 }
 
-bool isDownEvent(const Event& event) {
-  return textOf(event, "direction") == "down";
+// A key of the user that goes down; null for every other event.
+const events::UserKey* pressIn(const Event& event) {
+  const auto* key = event.as<events::UserKey>();
+  return key && key->direction == KeyDirection::down ? key : nullptr;
 }
 
 }  // namespace
 
 void KeyboardModel::see(const Event& event) {
-  if (event.what == "shortcuts") bind(event);
-  if (event.what == "userKey") move(event);
+  if (const auto* shortcuts = event.as<events::Shortcuts>()) bind(*shortcuts);
+  if (const auto* key = event.as<events::UserKey>()) move(*key);
   // The program's own keys are events like others; the keyboards do not know them.
-  if (event.what == "key" && simulated::modifierBitsOf(event.fields.at("keyCode"))) {
+  if (const auto* key = event.as<events::Key>(); key && simulated::modifierBitsOf(key->keyCode)) {
     const bool wasHeldByKeyboards = isHeldByKeyboards_;
-    judge(event.fields.at("keyCode"), event.fields.at("flags"));
+    judge(key->keyCode, key->flags);
     isHeldByKeyboards_ = wasHeldByKeyboards;
   }
 }
 
-void KeyboardModel::bind(const Event& event) {
-  const std::int64_t cycleKeyCode = event.fields.at("cycleKeyCode");
-  bound_ = {
-      .activationMode = textOf(event, "activationMode"),
-      .toggleShortcut = textOf(event, "toggleShortcut"),
-      .holdShortcut = textOf(event, "holdShortcut"),
-      .cycleKeyCode = cycleKeyCode,
-      .cycleFlags = flagsOf(event.fields.at("cycleModifiers")),
-      .cycleTypes =
-          simulated::charactersOf(cycleKeyCode, simulated::KeyboardLayout::us).value_or(""),
-  };
-  if (event.fields.at("rebinds") == false) return;
+void KeyboardModel::bind(const events::Shortcuts& shortcuts) {
+  bound_ = shortcuts;
+  cycleFlags_ = flagsOf(shortcuts.cycleModifiers);
+  cycleTypes_ =
+      simulated::charactersOf(shortcuts.cycleKeyCode, simulated::KeyboardLayout::us).value_or("");
+  if (!shortcuts.rebinds) return;
   isRightOptionFlagged_ = false;
   isHeldByFlags_ = false;
   isHeldByKeyboards_ = false;
 }
 
-void KeyboardModel::move(const Event& event) {
-  const std::int64_t keyCode = event.fields.at("keyCode");
-  if (isDownEvent(event))
-    down_.insert(keyCode);
+void KeyboardModel::move(const events::UserKey& key) {
+  if (key.direction == KeyDirection::down)
+    down_.insert(key.keyCode);
   else
-    down_.erase(keyCode);
-  if (simulated::modifierBitsOf(keyCode) || keyCode == codeOf(Key::capsLock))
-    judge(keyCode, flags());
+    down_.erase(key.keyCode);
+  if (simulated::modifierBitsOf(key.keyCode) || key.keyCode == codeOf(Key::capsLock))
+    judge(key.keyCode, flags());
 }
 
 std::uint64_t KeyboardModel::flags() const {
@@ -119,16 +113,16 @@ bool KeyboardModel::holdsByKeyboards() const {
 }
 
 bool KeyboardModel::pressesToggleChord(const Event& event) const {
-  if (event.what != "userKey" || !isDownEvent(event) || isHoldMode() || isTapMode()) return false;
-  return event.fields.at("keyCode") == codeOf(Key::space) &&
+  const auto* key = pressIn(event);
+  if (!key || isHoldMode() || isTapMode()) return false;
+  return key->keyCode == codeOf(Key::space) &&
          (flags() & event_flags::chordMask) == controlAndOption;
 }
 
 bool KeyboardModel::pressesCycleChord(const Event& event) const {
-  if (event.what != "userKey" || !isDownEvent(event)) return false;
-  if ((flags() & event_flags::chordMask) != bound_.cycleFlags) return false;
-  return event.fields.at("keyCode") == bound_.cycleKeyCode ||
-         textOf(event, "types") == bound_.cycleTypes;
+  const auto* key = pressIn(event);
+  if (!key || (flags() & event_flags::chordMask) != cycleFlags_) return false;
+  return key->keyCode == bound_.cycleKeyCode || key->types == cycleTypes_;
 }
 
 }  // namespace quillo::sim

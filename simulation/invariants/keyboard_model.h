@@ -12,19 +12,9 @@ namespace quillo::sim {
 // A model of its own of what is bound and of who sees it: it reads the trace alone.
 class KeyboardModel {
  public:
-  // The shortcuts as the settings have them.
-  struct Bound {
-    std::string activationMode;
-    std::string toggleShortcut;
-    std::string holdShortcut;
-    std::int64_t cycleKeyCode = 0;
-    std::uint64_t cycleFlags = 0;
-    std::string cycleTypes;
-  };
-
   void see(const Event& event);
 
-  const Bound& bound() const { return bound_; }
+  const events::Shortcuts& bound() const { return bound_; }
   bool isHoldMode() const { return bound_.activationMode == "hold"; }
   // One press of modifiers toggles.
   bool isTapMode() const;
@@ -41,15 +31,17 @@ class KeyboardModel {
   bool pressesCycleChord(const Event& event) const;
 
  private:
-  void bind(const Event& event);
-  void move(const Event& event);
+  void bind(const events::Shortcuts& shortcuts);
+  void move(const events::UserKey& key);
   void judge(std::int64_t keyCode, std::uint64_t flags);
   std::string shortcut() const;
   bool holdsByFlags(std::uint64_t flags) const;
   bool holdsByKeyboards() const;
   std::uint64_t flags() const;
 
-  Bound bound_;
+  events::Shortcuts bound_;
+  std::uint64_t cycleFlags_ = 0;
+  std::string cycleTypes_;
   std::set<std::int64_t> down_;
   bool isRightOptionFlagged_ = false;
   bool isHeldByFlags_ = false;

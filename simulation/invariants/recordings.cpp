@@ -1,5 +1,9 @@
 // 1. No recording is lost: its text was delivered or copied, or its audio is kept and Retry is
 // offered, or the user or a stated rule dropped it.
+//
+// Not checked: what was delivered, where the words of a recording are not known; words that end in
+// a last piece too short to be sent, or were spoken while the disk was full or tore a write;
+// whether a kept file can be heard; and what becomes of recordings when the program quits.
 #include <algorithm>
 #include <map>
 #include <set>
@@ -20,13 +24,13 @@ class NoRecordingIsLost final : public Invariant {
   std::string_view name() const override { return "no recording is lost"; }
 
   void see(const Event& event) override {
-    if (event.what == "recordingOpened" && isSessionFile(textOf(event, "file"))) open(event);
-    if (!isSessionFile(textOf(event, "file"))) followPiece(event);
+    if (const auto* opened = event.as<events::RecordingOpened>()) open(event.time, opened->file);
     followDisk(event);
-    if (turns(event, "isRecording", true)) goLive();
-    if (event.what == "recordingClosed") close(event);
-    if (event.what == "fileRemoved" && event.fields.at("done") == true) remove(event);
-    if (isAct(event, "quits Quillo") || isAct(event, "removes"))
+    if (turns(event, events::Flag::isRecording, true)) goLive();
+    if (const auto* closed = event.as<events::RecordingClosed>()) close(event.time, *closed);
+    if (const auto* removed = event.as<events::FileRemoved>(); removed && removed->done)
+      remove(event.time, removed->file);
+    if (isAct(event, Act::quitsProgram) || isAct(event, Act::removesFile))
       recordings_.clear();  // no rule keeps them beyond that
     readFate(event);
   }
@@ -51,23 +55,24 @@ class NoRecordingIsLost final : public Invariant {
     std::string words;
   };
 
-  void open(const Event& event) {
-    current_ = textOf(event, "file");
+  void open(MonotonicTime now, const std::string& file) {
+    if (!isSessionFile(file)) {
+      pieceOpened_ = now;
+      return;
+    }
+    current_ = file;
     recordings_[current_] = {};
   }
 
-  void followPiece(const Event& event) {
-    if (event.what == "recordingOpened") pieceOpened_ = event.time;
-    if (event.what != "recordingClosed" || event.time - pieceOpened_ >= shortestPiece) return;
-    for (const std::string& word : split(textOf(event, "words"), ' ')) tooShort_.insert(word);
+  static bool breaksWrites(FaultKind kind) {
+    return kind == FaultKind::diskFull || kind == FaultKind::diskTears;
   }
 
   // A write that fails is passed over, and what it held may be in one file and not in the other.
   void followDisk(const Event& event) {
-    const std::string kind = textOf(event, "kind");
-    const bool isOfDisk = kind == "diskFull" || kind == "diskTears";
-    if (isOfDisk && event.what == "fault") brokenDisk_.insert(kind);
-    if (isOfDisk && event.what == "healed") brokenDisk_.erase(kind);
+    if (const auto kind = beginningFault(event); kind && breaksWrites(*kind))
+      brokenDisk_.insert(*kind);
+    if (const auto kind = healedFault(event)) brokenDisk_.erase(*kind);
     const auto found = recordings_.find(current_);
     if (!brokenDisk_.empty() && found != recordings_.end()) found->second.isWhole = false;
   }
@@ -77,34 +82,45 @@ class NoRecordingIsLost final : public Invariant {
       found->second.wasLive = true;
   }
 
-  void close(const Event& event) {
-    const auto found = recordings_.find(textOf(event, "file"));
+  void close(MonotonicTime now, const events::RecordingClosed& closed) {
+    if (!isSessionFile(closed.file)) return closePiece(now, closed);
+    const auto found = recordings_.find(closed.file);
     if (found == recordings_.end()) return;
     found->second.isOpen = false;
-    found->second.words = textOf(event, "words");
+    found->second.words = closed.words;
     // An attempt to start that came to nothing holds nothing of the user's.
     if (!found->second.wasLive) recordings_.erase(found);
   }
 
+  void closePiece(MonotonicTime now, const events::RecordingClosed& piece) {
+    if (now - pieceOpened_ >= shortestPiece) return;
+    for (const std::string& word : split(piece.words, ' ')) tooShort_.insert(word);
+  }
+
   // What has become of the words of the recording that is worked on.
   void readFate(const Event& event) {
-    if (turns(event, "isProcessing", true)) begin(current_);
-    const std::string text = textOf(event, "text");
-    if (event.what == "status" && text == "Retrying") begin(kept_);
-    if (event.what == "clipboard" && textOf(event, "by") == "Quillo") copied_ = text;
+    if (turns(event, events::Flag::isProcessing, true)) begin(current_);
+    if (isStatus(event, "Retrying")) begin(kept_);
+    if (const auto* clipboard = event.as<events::Clipboard>();
+        clipboard && clipboard->isByProgram())
+      copied_ = clipboard->contents.text.value_or("");
     // What was put there for the keystroke: in the few milliseconds between, another program may
     // have copied something else, which no rule looks for.
-    if (isPaste(event)) delivered_.push_back(copied_);
-    if (event.what == "status" && text.starts_with("Copied")) delivered_.push_back(copied_);
-    if (event.what == "status" && text == "Plan limit reached") isDropped_ = true;
-    if (event.what == "error" && text == "No speech was detected.") isDropped_ = true;
-    if (isLog(event, "recording validation failed")) isDropped_ = true;
-    if (isAct(event, "clicks") && textOf(event, "control") == "Re-record") isDropped_ = true;
+    if (isPaste(event) || isStatus(event, "Copied")) delivered_.push_back(copied_);
+    if (isDropping(event)) isDropped_ = true;
     if (isLog(event, "process failed; kept") || isLog(event, "processing cancelled; audio kept")) {
       replaced_ = kept_ == processed_ ? "" : kept_;
       kept_ = processed_;
     }
-    if (isAct(event, "clicks") && textOf(event, "control") == "Dismiss") replaced_ = kept_;
+    if (isClick(event, "Dismiss")) replaced_ = kept_;
+  }
+
+  // A rule, or the user, does without the text.
+  static bool isDropping(const Event& event) {
+    const auto* error = event.as<events::Error>();
+    return isStatus(event, "Plan limit reached") || isClick(event, "Re-record") ||
+           isLog(event, "recording validation failed") ||
+           (error && error->text == "No speech was detected.");
   }
 
   void begin(const std::string& file) {
@@ -113,8 +129,7 @@ class NoRecordingIsLost final : public Invariant {
     delivered_.clear();
   }
 
-  void remove(const Event& event) {
-    const std::string file = textOf(event, "file");
+  void remove(MonotonicTime now, const std::string& file) {
     const auto found = recordings_.find(file);
     if (found == recordings_.end()) return;
     const Recording recording = found->second;
@@ -122,25 +137,24 @@ class NoRecordingIsLost final : public Invariant {
     if (!recording.wasLive || file == replaced_) return;
     if (file == processed_ && isDropped_) return;
     if (file != processed_ || delivered_.empty())
-      return breaks(event.time, file + " was removed for no reason");
-    if (words_ == Words::known && recording.isWhole) requireWords(event, recording);
+      return breaks(now, file + " was removed for no reason");
+    if (words_ == Words::known && recording.isWhole) requireWords(now, recording);
   }
 
-  void requireWords(const Event& event, const Recording& recording) {
+  void requireWords(MonotonicTime now, const Recording& recording) {
     for (const std::string& word : split(recording.words, ' ')) {
       const bool isDelivered = std::ranges::any_of(delivered_, [&](const std::string& text) {
         return text.find(word) != std::string::npos;
       });
       if (!isDelivered && !tooShort_.contains(word))
-        return breaks(event.time,
-                      processed_ + " was removed, and \"" + word + "\" was not in the text");
+        return breaks(now, processed_ + " was removed, and \"" + word + "\" was not in the text");
     }
   }
 
   Words words_;
   MonotonicTime pieceOpened_;
   std::set<std::string> tooShort_;
-  std::set<std::string> brokenDisk_;
+  std::set<FaultKind> brokenDisk_;
   std::map<std::string, Recording> recordings_;
   std::string current_;    // the latest session
   std::string processed_;  // what the program works on, or has worked on

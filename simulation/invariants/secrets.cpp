@@ -1,4 +1,7 @@
 // 5. No token, and no text of the user, in a log line that does not name it.
+//
+// Not checked: texts of less than twelve bytes, where no marker tells the user's words apart; lines
+// that quote the reply of the service; and what stands in files other than the logs.
 #include <algorithm>
 
 #include "simulation/invariants/invariants.h"
@@ -20,12 +23,13 @@ class TheLogKeepsSecrets final : public Invariant {
 
   void see(const Event& event) override {
     if (!secrets_.wordMarker) {
-      if (event.what == "user") learn(textOf(event, "words"));
-      if (event.what == "clipboard") learn(textOf(event, "text"));
+      if (const std::string* words = objectOf(event, Act::speaks)) learn(*words);
+      if (const auto* clipboard = event.as<events::Clipboard>())
+        learn(clipboard->contents.text.value_or(""));
     }
-    if (event.what == "log") look(event, textOf(event, "message"));
-    if (event.what == "systemLog" || event.what == "standardOutput")
-      look(event, textOf(event, "line"));
+    if (const auto* log = event.as<events::Log>()) look(event.time, log->message);
+    if (const auto* log = event.as<events::SystemLog>()) look(event.time, log->line);
+    if (const auto* output = event.as<events::StandardOutput>()) look(event.time, output->line);
   }
 
  private:
@@ -34,12 +38,12 @@ class TheLogKeepsSecrets final : public Invariant {
       texts_.push_back(text);
   }
 
-  void look(const Event& event, const std::string& line) {
+  void look(MonotonicTime now, const std::string& line) {
     // It names the reply that it quotes.
     if (line.find(". Body: ") != std::string::npos) return;
     for (const std::string& text : texts_) {
       if (line.find(text) != std::string::npos)
-        return breaks(event.time, "\"" + text + "\" is in the line: " + line);
+        return breaks(now, "\"" + text + "\" is in the line: " + line);
     }
   }
 

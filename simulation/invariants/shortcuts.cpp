@@ -13,6 +13,7 @@ namespace quillo::sim {
 namespace {
 
 using namespace std::chrono_literals;
+using events::Flag;
 
 // The slowest route, and the start of a recording that was under way when the keys came up.
 constexpr Duration longestStart = 10s;
@@ -25,30 +26,30 @@ constexpr Duration holdThreshold = 250ms;
 class Doubt {
  public:
   void see(const Event& event) {
-    if (event.what == "fault" && blinds(textOf(event, "kind"))) {
-      lasting_.insert(textOf(event, "kind"));
+    if (const auto kind = beginningFault(event); kind && blinds(*kind)) {
+      lasting_.insert(*kind);
       isInDoubt_ = true;
     }
-    if (event.what == "healed") lasting_.erase(textOf(event, "kind"));
-    if (isAct(event, "clears the keyboard") && lasting_.empty()) isInDoubt_ = false;
+    if (const auto kind = healedFault(event)) lasting_.erase(*kind);
+    if (isAct(event, Act::clearsTheKeyboard) && lasting_.empty()) isInDoubt_ = false;
   }
   bool any() const { return isInDoubt_; }
 
  private:
-  static bool blinds(const std::string& kind) {
-    constexpr const char* kinds[] = {"keyRouteLossy", "secureInput", "listenEventsDenied",
-                                     "accessibilityDenied", "keyPermissions"};
+  static bool blinds(FaultKind kind) {
+    constexpr FaultKind kinds[] = {FaultKind::keyRouteLossy, FaultKind::secureInput,
+                                   FaultKind::listenEventsDenied, FaultKind::accessibilityDenied};
     return std::ranges::find(kinds, kind) != std::end(kinds);
   }
 
-  std::set<std::string> lasting_;
+  std::set<FaultKind> lasting_;
   bool isInDoubt_ = false;
 };
 
 // What the user did that starts or stops a recording without a key.
 bool commands(const Event& event) {
-  return isAct(event, "clicks") || isAct(event, "chooses") ||
-         isAct(event, "presses in the panel") || isAct(event, "quits Quillo");
+  return isAct(event, Act::clicks) || isAct(event, Act::chooses) ||
+         isAct(event, Act::pressesInPanel) || isAct(event, Act::quitsProgram);
 }
 
 // --- 7 ---
@@ -62,14 +63,16 @@ class AHoldEndsWithItsKeys final : public Invariant {
     const bool wasHeld = keys_.isHeld();
     keys_.see(event);
     if (keys_.isHeld() && !wasHeld) holdBegan_ = event.time;
-    if (event.what == "shortcuts") holdBegan_.reset();
+    const bool isBinding = event.as<events::Shortcuts>() != nullptr;
+    if (isBinding) holdBegan_.reset();
     doubt_.see(event);
     if (commands(event)) lastCommand_ = event.time;
-    if (event.what == "recordingOpened" && isSessionFile(textOf(event, "file")))
+    if (const auto* opened = event.as<events::RecordingOpened>();
+        opened && isSessionFile(opened->file))
       opened_ = event.time;
-    if (turns(event, "isRecording", true)) begin(event);
-    if (turns(event, "isRecording", false)) isOfHold_ = false;
-    if (event.what == "shortcuts" || doubt_.any()) isOfHold_ = false;
+    if (turns(event, Flag::isRecording, true)) begin(event);
+    if (turns(event, Flag::isRecording, false)) isOfHold_ = false;
+    if (isBinding || doubt_.any()) isOfHold_ = false;
     const bool isLetGo = keys_.areAllUp() && !keys_.isHeld();
     if (!isLetGo) letGoAt_.reset();
     if (isLetGo && !letGoAt_) letGoAt_ = event.time;
@@ -114,7 +117,8 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
     keys_.see(event);
     doubt_.see(event);
     remember(event);
-    if (event.what == "shortcuts") lastBound_ = event.time;
+    const bool isBinding = event.as<events::Shortcuts>() != nullptr;
+    if (isBinding) lastBound_ = event.time;
     if (keys_.pressesToggleChord(event)) presses_.push_back({event.time});
     if (keys_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
     const bool isHeldAnew = (keys_.isHeldByFlags() && !wasHeldByFlags) ||
@@ -122,12 +126,12 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
     if (isHeldAnew) presses_.push_back({event.time, keys_.isHoldMode()});
     const bool isLetGo = !keys_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
     if (isLetGo) lastLetGo_ = event.time;
-    const bool isTouch = isLetGo && keys_.isHoldMode() && event.what != "shortcuts";
+    const bool isTouch = isLetGo && keys_.isHoldMode() && !isBinding;
     if (isTouch && !isSlow_) forgetTouches(event.time);
-    if (turns(event, "isRecording", true)) requireCauseOfStart(event.time);
-    if (turns(event, "isRecording", false)) requireCauseOfStop(event.time);
-    if (isAct(event, "sets")) lastSet_ = event.time;
-    if (event.what == "language" && event.time != lastSet_) requireCauseOfStep(event.time);
+    if (turns(event, Flag::isRecording, true)) requireCauseOfStart(event.time);
+    if (turns(event, Flag::isRecording, false)) requireCauseOfStop(event.time);
+    if (event.as<events::UserSets>()) lastSet_ = event.time;
+    if (event.as<events::Language>() && event.time != lastSet_) requireCauseOfStep(event.time);
   }
 
  private:
@@ -137,14 +141,13 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
   };
 
   void remember(const Event& event) {
-    if (commands(event) || isAct(event, "signs in")) lastCommand_ = event.time;
-    if (event.what == "status" && textOf(event, "text") == "10-min limit reached")
+    if (commands(event) || isAct(event, Act::signsIn) || isStatus(event, "10-min limit reached"))
       lastCommand_ = event.time;
-    const std::string kind = textOf(event, "kind");
-    if (event.what == "fault" && kind == "keyRouteSlow") isSlow_ = true;
-    if (event.what == "healed" && kind == "keyRouteSlow") isSlow_ = false;
+    const auto begins = beginningFault(event);
+    if (begins == FaultKind::keyRouteSlow) isSlow_ = true;
+    if (healedFault(event) == FaultKind::keyRouteSlow) isSlow_ = false;
     // With neither the tap nor a hot key, repeats of a held key are seen as presses.
-    if (event.what == "fault" && (kind == "keyRouteRefused" || kind == "chordTaken"))
+    if (begins == FaultKind::keyRouteRefused || begins == FaultKind::chordTaken)
       seesRepeats_ = true;
   }
 

@@ -1,4 +1,8 @@
 // 2. Text goes only where the rules send it, at most once, and never after a cancel.
+//
+// Not checked: where "paste last" and a retry go, beyond being asked for; a target that does not
+// come to the front, or that the user leaves meanwhile; a keystroke that was on its way when the
+// user cancelled; and the text itself, which the invariant of recordings looks at.
 #include <charconv>
 #include <set>
 #include <utility>
@@ -11,32 +15,35 @@
 namespace quillo::sim {
 namespace {
 
+using events::Flag;
+
 constexpr Duration pasteLastHolds = std::chrono::seconds(30);
 
 // A dictation may paste once, into the application that was in front when it began; a retry and
-// "paste last" into the last one that was in front. A target that does not come to the front, or
-// loses it to the user meanwhile, is no fault of the program. Whose a paste is shows in its
-// attempt: "paste last" may be under way when a dictation ends, and what a dictation pastes comes
-// after its text was polished.
+// "paste last" into the last one that was in front. Whose a paste is shows in its attempt: "paste
+// last" may be under way when a dictation ends, and what a dictation pastes comes after its text
+// was polished.
 class TextGoesWhereTheRulesSend final : public Invariant {
  public:
   std::string_view name() const override { return "text goes where the rules send it, once"; }
 
   void see(const Event& event) override {
-    if (event.what == "front") come(textOf(event, "application"));
-    if (event.what == "recordingOpened" && isSessionFile(textOf(event, "file"))) aim();
-    if (turns(event, "isRecording", true)) isLive_ = true;
-    if (turns(event, "isProcessing", true)) begin();
-    if (turns(event, "isProcessing", false)) finish();
-    if (event.what == "status") readStatus(textOf(event, "text"));
-    if (event.what == "activate") offered_.insert(textOf(event, "application"));
-    if (event.what == "fault") readFault(textOf(event, "kind"));
-    if (isAct(event, "pastes last")) pasteLasts_.insert(event.time);
-    if (isAct(event, "pastes last") && mayBlock_) pasteLasts_.insert(event.time);
-    if (isAct(event, "clicks") && textOf(event, "control") == "Cancel") cancel();
-    if (isAct(event, "quits Quillo")) attempts_.clear();
-    if (isLog(event, "attempt app=")) attempt(textOf(event, "message"));
-    if (isPaste(event)) paste(event);
+    if (const auto* front = event.as<events::Front>()) come(*front);
+    if (const auto* opened = event.as<events::RecordingOpened>();
+        opened && isSessionFile(opened->file))
+      aim();
+    if (turns(event, Flag::isRecording, true)) isLive_ = true;
+    if (turns(event, Flag::isProcessing, true)) begin();
+    if (turns(event, Flag::isProcessing, false)) finish();
+    if (const auto* status = event.as<events::Status>()) readStatus(status->text);
+    if (const auto* activate = event.as<events::Activate>()) offered_.insert(activate->application);
+    if (const auto kind = beginningFault(event)) readFault(*kind);
+    if (isAct(event, Act::pastesLast)) pasteLasts_.insert(event.time);
+    if (isAct(event, Act::pastesLast) && mayBlock_) pasteLasts_.insert(event.time);
+    if (isClick(event, "Cancel")) cancel();
+    if (isAct(event, Act::quitsProgram)) attempts_.clear();
+    if (isLog(event, "attempt app=")) attempt(event.as<events::Log>()->message);
+    if (isPaste(event)) paste(event.time, *event.as<events::Key>());
   }
 
  private:
@@ -45,10 +52,10 @@ class TextGoesWhereTheRulesSend final : public Invariant {
     std::size_t length = 0;  // of its text
   };
 
-  void come(const std::string& application) {
-    if (application.empty() || application == "Quillo") return;
-    lastExternal_ = application;
-    offered_.insert(application);
+  void come(const events::Front& front) {
+    if (front.application.empty() || front.isProgram()) return;
+    lastExternal_ = front.application;
+    offered_.insert(front.application);
   }
 
   // A start captures its target when it opens its first file.
@@ -78,8 +85,8 @@ class TextGoesWhereTheRulesSend final : public Invariant {
   }
 
   // Of two that the text could be, the one of "paste last".
-  Attempt attemptOf(const Event& event) {
-    const std::size_t length = characterCount(textOf(event, "clipboard"));
+  Attempt attemptOf(const std::string& pasted) {
+    const std::size_t length = characterCount(pasted);
     auto found = attempts_.end();
     for (auto each = attempts_.begin(); each != attempts_.end(); ++each) {
       const bool isNearer =
@@ -95,8 +102,8 @@ class TextGoesWhereTheRulesSend final : public Invariant {
 
   // While a slow owner of the clipboard is waited for, a route may tell late of a press that
   // another has told of, and the debounce goes by the time at which it is told.
-  void readFault(const std::string& kind) {
-    if (kind == "clipboardSlow" || kind == "clipboardHung") mayBlock_ = true;
+  void readFault(FaultKind kind) {
+    if (kind == FaultKind::clipboardSlow || kind == FaultKind::clipboardHung) mayBlock_ = true;
   }
 
   void readStatus(const std::string& status) {
@@ -111,15 +118,14 @@ class TextGoesWhereTheRulesSend final : public Invariant {
     if (isProcessing_ && status_ != "Pasting") mayPaste_ = false;
   }
 
-  void paste(const Event& event) {
-    const bool isOfDictation = attemptOf(event).isOfDictation;
-    if (!takeLeave(isOfDictation, event.time))
-      return breaks(event.time, "a text was pasted that nobody asked for, or twice");
-    const std::string front = textOf(event, "front");
-    if (!isOfDictation || targets_.empty() || targets_.contains(front)) return;
+  void paste(MonotonicTime now, const events::Key& key) {
+    const bool isOfDictation = attemptOf(key.clipboard).isOfDictation;
+    if (!takeLeave(isOfDictation, now))
+      return breaks(now, "a text was pasted that nobody asked for, or twice");
+    if (!isOfDictation || targets_.empty() || targets_.contains(key.front)) return;
     for (const std::string& target : targets_)
       if (offered_.contains(target)) return;
-    breaks(event.time, "a text for " + *targets_.begin() + " was pasted into " + front);
+    breaks(now, "a text for " + *targets_.begin() + " was pasted into " + key.front);
   }
 
   bool takeLeave(bool isOfDictation, MonotonicTime now) {

@@ -25,10 +25,10 @@ void editor(Findings& findings, const JsonCursor& cursor) {
 }
 
 void clipboard(Findings& findings, const JsonCursor& cursor) {
-  const Json found = describeOffered(findings.world.desktop().pasteboard().offered());
-  if (!cursor.json().is_object() || isPattern(cursor))
-    return findings.same(cursor, found.at("text"));
-  findings.members(cursor, found);
+  const ClipboardContents found = contentsOf(findings.world.desktop().pasteboard().offered());
+  const Json text = found.text ? Json(*found.text) : Json(nullptr);
+  if (!cursor.json().is_object() || isPattern(cursor)) return findings.same(cursor, text);
+  findings.members(cursor, {{"types", found.types}, {"text", text}});
 }
 
 void front(Findings& findings, const JsonCursor& cursor) {

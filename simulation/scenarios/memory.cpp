@@ -3,19 +3,18 @@
 namespace quillo::sim {
 
 void Past::see(const Event& event) {
-  const Json& fields = event.fields;
-  if (event.what == "status") statuses.push_back({event.time, fields.at("text")});
-  if (event.what == "request")
-    (fields.at("method") == "OPTIONS" ? warmUps : requests).push_back({event.time, fields});
-  if (event.what == "sound") sounds.push_back(fields.at("name"));
-  if (event.what == "alert") alerts.push_back(fields);
-  if (event.what == "account") accountResults.push_back(fields);
-  if (event.what == "standardOutput") standardOutput.push_back(fields.at("line"));
-  if (event.what == "systemLog") log.push_back(fields.at("line"));
-  if (event.what == "log") {
-    log.push_back("[" + fields.at("category").get<std::string>() + "] " +
-                  fields.at("message").get<std::string>());
-  }
+  if (const auto* status = event.as<events::Status>())
+    statuses.push_back({event.time, status->text});
+  if (const auto* request = event.as<events::Request>())
+    (request->isWarmUp() ? warmUps : requests).push_back({event.time, event.fields()});
+  if (const auto* sound = event.as<events::Sound>()) sounds.push_back(sound->name);
+  if (event.as<events::Alert>()) alerts.push_back(event.fields());
+  if (event.as<events::Account>()) accountResults.push_back(event.fields());
+  if (const auto* output = event.as<events::StandardOutput>())
+    standardOutput.push_back(output->line);
+  if (const auto* written = event.as<events::SystemLog>()) log.push_back(written->line);
+  if (const auto* written = event.as<events::Log>())
+    log.push_back("[" + written->category + "] " + written->message);
 }
 
 }  // namespace quillo::sim

@@ -132,8 +132,7 @@ std::string_view nameOf(MacAuthResult::Kind kind) {
 
 Task<> tellResult(Trace& trace, std::string operation, Task<MacAuthResult> running) {
   const MacAuthResult result = co_await std::move(running);
-  trace.tell("account",
-             {{"operation", operation}, {"outcome", nameOf(result.kind)}, {"text", result.text}});
+  trace.tell(events::Account{operation, nameOf(result.kind), result.text});
 }
 
 // Until it has ended, or a shorter while.
@@ -149,7 +148,7 @@ void operate(World& world, const JsonCursor& cursor) {
     const auto arguments = cursor.find(name);
     if (!arguments) continue;
     cursor.allowOnly({name, "for"});
-    if (name == "signIn") world.act("signs in");
+    if (name == "signIn") world.act(Act::signsIn);
     return runOperation(
         world,
         tellResult(world.trace(), std::string(name), perform(world.program().auth(), *arguments)),
@@ -164,7 +163,7 @@ void operate(World& world, const JsonCursor& cursor) {
 }  // namespace
 
 void set(World& world, const JsonCursor& cursor) {
-  world.act("sets", {{"settings", cursor.json()}});
+  world.trace().tell(events::UserSets{cursor.json()});
   for (const auto& [key, value] : cursor.members())
     changeSetting(world.program().appState(), key, value);
   world.runFor({});

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "base/text.h"
+#include "simulation/faults/fault.h"
 #include "simulation/scenarios/program_steps.h"
 #include "simulation/scenarios/scenario_windows.h"
 #include "simulation/scenarios/scenario_world.h"
@@ -79,15 +80,15 @@ void press(World& world, const JsonCursor& step) {
     if (world.desktop().keyboard().keysDown().contains(key))
       cursor.refuse("a key of this chord is held down already");
   }
-  world.act("presses", {{"keys", cursor.text()}});
-  if (isPasteLast(world, chord)) world.act("pastes last");
+  world.act(Act::presses, cursor.text());
+  if (isPasteLast(world, chord)) world.act(Act::pastesLast);
   world.tapKeys(chord, held);
   world.runFor(held + 20ms);
 }
 
 void hold(World& world, const JsonCursor& cursor) {
   const std::vector<Key> chord = chordOf(cursor);
-  world.act("holds", {{"keys", cursor.text()}});
+  world.act(Act::holds, cursor.text());
   for (const Key key : chord) {
     if (world.desktop().keyboard().keysDown().contains(key)) cursor.refuse("it is held already");
     world.pressKey(key);
@@ -98,7 +99,7 @@ void hold(World& world, const JsonCursor& cursor) {
 void release(World& world, const JsonCursor& cursor) {
   std::vector<Key> chord = chordOf(cursor);
   std::ranges::reverse(chord);
-  world.act("releases", {{"keys", cursor.text()}});
+  world.act(Act::releases, cursor.text());
   for (const Key key : chord) {
     if (!world.desktop().keyboard().keysDown().contains(key)) cursor.refuse("it is not held");
     world.releaseKey(key);
@@ -201,7 +202,7 @@ void pressInPanel(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, KeyEquivalent> keys[] = {
       {"return", KeyEquivalent::defaultAction}, {"escape", KeyEquivalent::cancelAction}};
   const KeyEquivalent key = cursor.choice(keys);
-  world.act("presses in the panel", {{"key", cursor.text()}});
+  world.act(Act::pressesInPanel, cursor.text());
   if (!world.desktop().panels().press(key)) cursor.refuse("no panel has a use for this key now");
   world.runFor({});
 }
@@ -216,14 +217,14 @@ void choose(World& world, const JsonCursor& cursor) {
 
 void focus(World& world, const JsonCursor& cursor) {
   simulated::SimulatedApplication& application = requireApplication(world, cursor);
-  world.act("switches", {{"application", cursor.text()}});
+  world.act(Act::switchesApplication, cursor.text());
   world.desktop().workspace().focus(application);
   world.runFor({});
 }
 
 void quit(World& world, const JsonCursor& cursor) {
   simulated::SimulatedApplication& application = requireApplication(world, cursor);
-  world.act("quits", {{"application", cursor.text()}});
+  world.act(Act::quitsApplication, cursor.text());
   world.desktop().workspace().quit(application);
   world.desktop().pasteboard().processEnded(application.process());
   world.runFor({});
@@ -249,7 +250,7 @@ void plug(World& world, const JsonCursor& cursor) {
 void unplug(World& world, const JsonCursor& cursor) {
   simulated::Microphone& microphone = requireMicrophone(world, cursor);
   if (!microphone.isConnected()) cursor.refuse("it is unplugged already");
-  world.act("unplugs", {{"microphone", cursor.text()}});
+  world.act(Act::unplugs, cursor.text());
   world.desktop().audioDevices().unplug(microphone);
   world.runFor({});
 }
@@ -257,7 +258,7 @@ void unplug(World& world, const JsonCursor& cursor) {
 void network(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> states[] = {{"on", true}, {"off", false}};
   const bool online = cursor.choice(states);
-  world.act("network", {{"online", online}});
+  world.act(Act::switchesNetwork, "", online);
   world.desktop().network().setOnline(online);
   world.runFor({});
 }
@@ -265,7 +266,7 @@ void network(World& world, const JsonCursor& cursor) {
 void disk(World& world, const JsonCursor& cursor) {
   constexpr std::pair<std::string_view, bool> states[] = {{"full", true}, {"roomy", false}};
   const bool full = cursor.choice(states);
-  world.act("disk", {{"full", full}});
+  world.act(Act::fillsDisk, "", full);
   world.desktop().files().setFull(full);
 }
 
@@ -279,12 +280,12 @@ void keychain(World& world, const JsonCursor& cursor) {
 }
 
 void secureInput(World& world, const JsonCursor& cursor) {
-  world.trace().tell(cursor.boolean() ? "fault" : "healed", {{"kind", "secureInput"}});
+  tellFault(world, FaultKind::secureInput, cursor.boolean());
   world.desktop().keyboard().setSecureInput(cursor.boolean());
 }
 
 void removeFile(World& world, const JsonCursor& cursor) {
-  world.act("removes", {{"file", cursor.text()}});
+  world.act(Act::removesFile, cursor.text());
   if (cursor.text() == "the recordings") {
     for (const FilePath& path : world.desktop().files().allFiles())
       if (path.extension() == ".m4a") world.desktop().files().remove(path);
@@ -308,7 +309,7 @@ void forward(World& world, const JsonCursor& cursor) {
 // The user clicks the program's icon.
 void reopen(World& world, const JsonCursor& cursor) {
   if (!cursor.boolean()) cursor.refuse("only true makes sense here");
-  world.act("clicks the program's icon");
+  world.act(Act::clicksIcon);
   world.desktop().application().reopen();
   world.runFor({});
 }
@@ -316,7 +317,7 @@ void reopen(World& world, const JsonCursor& cursor) {
 // The program comes to the front.
 void activate(World& world, const JsonCursor& cursor) {
   if (!cursor.boolean()) cursor.refuse("only true makes sense here");
-  world.act("activates Quillo");
+  world.act(Act::activatesProgram);
   world.desktop().application().becomeActive();
   world.runFor({});
 }

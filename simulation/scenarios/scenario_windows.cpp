@@ -184,7 +184,7 @@ void describeWindows(simulated::SimulatedApplication& application, const JsonCur
 void selectText(World& world, const JsonCursor& cursor) {
   cursor.allowOnly({"in", "text", "range", "all"});
   simulated::Editor& editor = editorIn(world, cursor);
-  world.act("selects");
+  world.act(Act::selects);
   if (const auto part = cursor.find("text"))
     changeText(*part, [&](const std::string& text) { editor.select(text); });
   if (const auto range = cursor.find("range")) editor.select(rangeOf(*range));
@@ -194,7 +194,7 @@ void selectText(World& world, const JsonCursor& cursor) {
 void placeCaret(World& world, const JsonCursor& cursor) {
   cursor.allowOnly({"in", "before", "atEnd"});
   simulated::Editor& editor = editorIn(world, cursor);
-  world.act("places the caret");
+  world.act(Act::placesCaret);
   if (const auto part = cursor.find("before"))
     changeText(*part, [&](const std::string& text) { editor.moveCaretBefore(text); });
   if (const auto end = cursor.find("atEnd"); end && end->boolean()) editor.moveCaretToEnd();
@@ -203,7 +203,7 @@ void placeCaret(World& world, const JsonCursor& cursor) {
 void scrollElement(World& world, const JsonCursor& cursor) {
   cursor.allowOnly({"in", "to"});
   const std::vector<double> offset = numbers(cursor.at("to"), 2);
-  world.act("scrolls");
+  world.act(Act::scrolls);
   requireElement(frontApplication(world, cursor), cursor.at("in")).scrollTo({offset[0], offset[1]});
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "base/iso8601.h"
+#include "simulation/faults/fault.h"
 #include "simulation/scenarios/scenario_windows.h"
 #include "simulation/scenarios/setting_values.h"
 
@@ -273,13 +274,39 @@ void setPermissions(World& world, const JsonCursor& cursor) {
   ifPresent(cursor, "microphoneAnswer", [&](const JsonCursor& to) {
     permissions.answerMicrophoneQuestion(to.choice(decisions), 1s);
   });
-  if (cursor.find("accessibility") || cursor.find("listenEvents"))
-    world.trace().tell("fault", {{"kind", "keyPermissions"}});
-  ifPresent(cursor, "accessibility",
-            [&](const JsonCursor& to) { permissions.setAccessibilityTrusted(to.boolean()); });
-  ifPresent(cursor, "listenEvents",
-            [&](const JsonCursor& to) { permissions.setListenEventAccess(to.boolean()); });
+  ifPresent(cursor, "accessibility", [&](const JsonCursor& to) {
+    tellFault(world, FaultKind::accessibilityDenied, !to.boolean());
+    permissions.setAccessibilityTrusted(to.boolean());
+  });
+  ifPresent(cursor, "listenEvents", [&](const JsonCursor& to) {
+    tellFault(world, FaultKind::listenEventsDenied, !to.boolean());
+    permissions.setListenEventAccess(to.boolean());
+  });
 }
+
+namespace {
+
+void disturbKeyRoute(World& world, simulated::KeyRoute& route, const JsonCursor& cursor) {
+  cursor.allowOnly({"refused", "latency", "loses", "doubles"});
+  ifPresent(cursor, "refused", [&](const JsonCursor& is) {
+    tellFault(world, FaultKind::keyRouteRefused, is.boolean());
+    route.setRefused(is.boolean());
+  });
+  ifPresent(cursor, "latency", [&](const JsonCursor& time) {
+    tellFault(world, FaultKind::keyRouteSlow, time.duration() > Duration::zero());
+    route.setLatency(time.duration());
+  });
+  ifPresent(cursor, "loses", [&](const JsonCursor& all) {
+    tellFault(world, FaultKind::keyRouteLossy, all.boolean());
+    route.setLoss(all.boolean() ? 1 : 0);
+  });
+  ifPresent(cursor, "doubles", [&](const JsonCursor& all) {
+    tellFault(world, FaultKind::keyRouteDoubled, all.boolean());
+    route.setDuplication(all.boolean() ? 1 : 0);
+  });
+}
+
+}  // namespace
 
 void disturbKeyRoutes(World& world, const JsonCursor& cursor) {
   cursor.allowOnly({"tap", "hotKeys", "globalMonitors", "localMonitors", "keyboards"});
@@ -293,17 +320,7 @@ void disturbKeyRoutes(World& world, const JsonCursor& cursor) {
   for (const auto& [name, route] : routes) {
     const auto described = cursor.find(name);
     if (!described) continue;
-    described->allowOnly({"refused", "latency", "loses", "doubles"});
-    world.trace().tell("fault", {{"kind", "keyPermissions"}});
-    simulated::KeyRoute& changed = *route;
-    ifPresent(*described, "refused",
-              [&](const JsonCursor& is) { changed.setRefused(is.boolean()); });
-    ifPresent(*described, "latency",
-              [&](const JsonCursor& time) { changed.setLatency(time.duration()); });
-    ifPresent(*described, "loses",
-              [&](const JsonCursor& all) { changed.setLoss(all.boolean() ? 1 : 0); });
-    ifPresent(*described, "doubles",
-              [&](const JsonCursor& all) { changed.setDuplication(all.boolean() ? 1 : 0); });
+    disturbKeyRoute(world, *route, *described);
   }
 }
 
@@ -403,14 +420,16 @@ void copyDescribed(World& world, const JsonCursor& cursor) {
   });
   ifPresent(cursor, "items", [&](const JsonCursor& items) { world.copy(offeredItems(items), by); });
   simulated::SharedPasteboard& pasteboard = world.desktop().pasteboard();
-  ifPresent(cursor, "slowness",
-            [&](const JsonCursor& perAnswer) { pasteboard.slowOwner(perAnswer.duration()); });
+  ifPresent(cursor, "slowness", [&](const JsonCursor& perAnswer) {
+    tellFault(world, FaultKind::clipboardSlow);
+    pasteboard.slowOwner(perAnswer.duration());
+  });
   OwnerManner manner = OwnerManner::willing;
   ifPresent(cursor, "owner", [&](const JsonCursor& how) { manner = how.choice(ownerManners); });
-  if (manner == OwnerManner::hung) pasteboard.hangOwner();
-  if (manner == OwnerManner::gone) pasteboard.loseOwner();
-  if (manner != OwnerManner::willing || cursor.find("slowness"))
-    world.trace().tell("fault", {{"kind", "clipboardOwner"}});
+  if (manner == OwnerManner::willing) return;
+  const bool isHung = manner == OwnerManner::hung;
+  tellFault(world, isHung ? FaultKind::clipboardHung : FaultKind::clipboardGone);
+  isHung ? pasteboard.hangOwner() : pasteboard.loseOwner();
 }
 
 void repeatKeys(World& world, const JsonCursor& cursor) {

@@ -1,41 +1,67 @@
 // Short questions to an event.
 #pragma once
 
-#include <string>
+#include <optional>
 #include <string_view>
 
 #include "simulation/world/trace.h"
 
 namespace quillo::sim {
 
-inline std::string textOf(const Event& event, const char* field) {
-  const auto found = event.fields.find(field);
-  return found != event.fields.end() && found->is_string() ? found->get<std::string>() : "";
-}
-
-// "state" events tell one flag each.
-inline bool turns(const Event& event, const char* flag, bool value) {
-  return event.what == "state" && event.fields.contains(flag) && event.fields.at(flag) == value;
+inline bool turns(const Event& event, events::Flag flag, bool value) {
+  const auto* state = event.as<events::State>();
+  return state && state->flag == flag && state->value == value;
 }
 
 inline bool isLog(const Event& event, std::string_view beginning) {
-  return event.what == "log" && textOf(event, "message").starts_with(beginning);
+  const auto* log = event.as<events::Log>();
+  return log && log->message.starts_with(beginning);
 }
 
+inline bool isStatus(const Event& event, std::string_view beginning) {
+  const auto* status = event.as<events::Status>();
+  return status && status->text.starts_with(beginning);
+}
+
+inline bool pressesWithCommand(const Event& event, std::int64_t keyCode) {
+  const auto* key = event.as<events::Key>();
+  return key && key->keyCode == keyCode && key->direction == KeyDirection::down;
+}
 // The program presses Command+V, whether the system can post it or not.
 inline bool isPaste(const Event& event) {
-  return event.what == "key" && event.fields.at("keyCode") == 9 &&
-         event.fields.at("direction") == "down";
+  return pressesWithCommand(event, 9);
 }
-
 // The program presses Command+C.
 inline bool isCopy(const Event& event) {
-  return event.what == "key" && event.fields.at("keyCode") == 8 &&
-         event.fields.at("direction") == "down";
+  return pressesWithCommand(event, 8);
 }
 
-inline bool isAct(const Event& event, std::string_view act) {
-  return event.what == "user" && textOf(event, "act") == act;
+inline bool isAct(const Event& event, Act act) {
+  const auto* user = event.as<events::User>();
+  return user && user->act == act;
+}
+// What the user does this to; null when it is another act.
+inline const std::string* objectOf(const Event& event, Act act) {
+  return isAct(event, act) ? &event.as<events::User>()->object : nullptr;
+}
+inline bool isClick(const Event& event, std::string_view control) {
+  const std::string* clicked = objectOf(event, Act::clicks);
+  return clicked && *clicked == control;
+}
+
+inline std::optional<FaultKind> beginningFault(const Event& event) {
+  const auto* began = event.as<events::FaultBegan>();
+  return began ? std::optional(began->fault.kind) : std::nullopt;
+}
+inline std::optional<FaultKind> healedFault(const Event& event) {
+  const auto* healed = event.as<events::FaultHealed>();
+  return healed ? std::optional(healed->fault.kind) : std::nullopt;
+}
+
+// Of either.
+inline std::optional<FaultKind> changedFault(const Event& event) {
+  const auto kind = beginningFault(event);
+  return kind ? kind : healedFault(event);
 }
 
 }  // namespace quillo::sim

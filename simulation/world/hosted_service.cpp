@@ -1,6 +1,6 @@
 #include "simulation/world/hosted_service.h"
 
-#include "simulation/world/observed_ports.h"
+#include "simulation/world/form_parts.h"
 
 namespace quillo::sim {
 

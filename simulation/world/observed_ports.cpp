@@ -1,20 +1,18 @@
 #include "simulation/world/observed_ports.h"
 
-#include "platform/pasteboard.h"
-
 namespace quillo::sim {
 
 void ObservedLog::log(std::string_view category, std::string_view message) {
-  trace_.tell("log", {{"category", category}, {"message", message}});
+  trace_.tell(events::Log{std::string(category), std::string(message)});
   below_.log(category, message);
 }
 
 void ObservedSystemLog::write(std::string_view line) {
-  trace_.tell("systemLog", {{"line", line}});
+  trace_.tell(events::SystemLog{std::string(line)});
   below_.write(line);
 }
 void ObservedSystemLog::printToStandardOutput(std::string_view line) {
-  trace_.tell("standardOutput", {{"line", line}});
+  trace_.tell(events::StandardOutput{std::string(line)});
   below_.printToStandardOutput(line);
 }
 
@@ -22,20 +20,19 @@ void ObservedSystemLog::printToStandardOutput(std::string_view line) {
 
 bool ObservedFiles::writeAtomically(const FilePath& path, const Bytes& bytes) {
   const bool done = below_.writeAtomically(path, bytes);
-  trace_.tell("fileWritten", {{"path", path.string()}, {"bytes", bytes.size()}, {"done", done}});
+  trace_.tell(events::FileWritten{path.string(), bytes.size(), done});
   return done;
 }
 
 bool ObservedFiles::move(const FilePath& from, const FilePath& to) {
   const bool done = below_.move(from, to);
-  trace_.tell("fileMoved", {{"path", from.string()}, {"to", to.string()}, {"done", done}});
+  trace_.tell(events::FileMoved{from.string(), to.string(), done});
   return done;
 }
 
 bool ObservedFiles::remove(const FilePath& path) {
   const bool done = below_.remove(path);
-  trace_.tell("fileRemoved",
-              {{"path", path.string()}, {"file", path.filename().string()}, {"done", done}});
+  trace_.tell(events::FileRemoved{path.string(), path.filename().string(), done});
   return done;
 }
 
@@ -43,68 +40,29 @@ bool ObservedFiles::remove(const FilePath& path) {
 
 namespace {
 
-std::string headerOf(const URLRequest& request, std::string_view name) {
-  for (const auto& [field, value] : request.headers)
-    if (field == name) return value;
-  return "";
-}
-
 std::string pathOf(const std::string& url) {
   const std::size_t host = url.find("://");
   const std::size_t path = host == std::string::npos ? 0 : url.find('/', host + 3);
   return path == std::string::npos ? url : url.substr(path);
 }
 
-Json partsOf(const URLRequest& request) {
-  const std::string type = headerOf(request, "Content-Type");
-  if (type.starts_with("multipart/form-data")) return formParts(type, request.body);
-  return parseJson(request.body).value_or(Json(request.body));
-}
-
-Json headersOf(const URLRequest& request) {
-  Json headers = Json::object();
-  for (const auto& [name, value] : request.headers) headers[name] = value;
-  return headers;
-}
-
-Json describeFailure(const std::exception_ptr& error) {
+events::Reply failureOf(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const SystemError& failure) {
-    return {{"code", failure.code()}, {"error", failure.description()}};
+    return {.code = failure.code(), .error = failure.description()};
   } catch (const std::exception& failure) {
-    return {{"error", failure.what()}};
+    return {.error = failure.what()};
   }
 }
 
-Json describeResponse(const URLResponse& response) {
+events::Reply replyOf(const URLResponse& response) {
   const auto* http = std::get_if<HTTPResponse>(&response);
-  if (!http) return {{"error", "not HTTP"}};
-  return {{"status", http->status}, {"body", parseJson(http->body).value_or(Json(http->body))}};
+  if (!http) return {.error = "not HTTP"};
+  return {.response = http};
 }
 
 }  // namespace
-
-Json formParts(const std::string& contentType, const Bytes& body) {
-  const std::string boundary = "--" + contentType.substr(contentType.find("boundary=") + 9);
-  Json parts = Json::object();
-  for (std::size_t at = body.find(boundary); at != Bytes::npos;) {
-    const std::size_t begin = at + boundary.size() + 2;
-    const std::size_t end = body.find("\r\n" + boundary, begin);
-    if (end == Bytes::npos) break;
-    const std::size_t head = body.find("\r\n\r\n", begin);
-    const auto quoted = [&](const std::string& name) {
-      const std::size_t found = body.find(name + "=\"", begin);
-      if (found == Bytes::npos || found > head) return std::string();
-      const std::size_t first = found + name.size() + 2;
-      return body.substr(first, body.find('"', first) - first);
-    };
-    const std::string filename = quoted("filename");
-    parts[quoted("; name")] = filename.empty() ? body.substr(head + 4, end - head - 4) : filename;
-    at = end + 2;
-  }
-  return parts;
-}
 
 class ObservedNetwork::Session final : public URLSession {
  public:
@@ -114,11 +72,7 @@ class ObservedNetwork::Session final : public URLSession {
   Task<URLResponse> data(URLRequest request) override {
     const int number = ++network_.requests_;
     const std::string path = pathOf(request.url);
-    network_.trace_.tell("request", {{"number", number},
-                                     {"method", request.method},
-                                     {"path", path},
-                                     {"headers", headersOf(request)},
-                                     {"parts", partsOf(request)}});
+    network_.trace_.tell(events::Request{number, path, &request});
     URLResponse response;
     std::exception_ptr error;
     try {
@@ -126,9 +80,10 @@ class ObservedNetwork::Session final : public URLSession {
     } catch (...) {
       error = std::current_exception();
     }
-    Json reply = {{"number", number}, {"path", path}};
-    reply.update(error ? describeFailure(error) : describeResponse(response));
-    network_.trace_.tell("reply", std::move(reply));
+    events::Reply reply = error ? failureOf(error) : replyOf(response);
+    reply.number = number;
+    reply.path = path;
+    network_.trace_.tell(std::move(reply));
     if (error) std::rethrow_exception(error);
     co_return response;
   }
@@ -146,73 +101,39 @@ std::unique_ptr<URLSession> ObservedNetwork::make(URLSessionConfiguration config
 
 bool ObservedKeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
                              std::int64_t userData) {
-  Json fields = {{"keyCode", keyCode},
-                 {"direction", direction == KeyDirection::down ? "down" : "up"},
-                 {"flags", flags},
-                 {"front", front_()},
-                 {"clipboard", clipboard_()}};
-  const bool posted = below_.post(keyCode, direction, flags, userData);
-  fields["posted"] = posted;
-  trace_.tell("key", std::move(fields));
+  events::Key key{keyCode, direction, flags, front_(), clipboard_()};
+  key.posted = below_.post(keyCode, direction, flags, userData);
+  const bool posted = key.posted;
+  trace_.tell(std::move(key));
   return posted;
-}
-
-Json describeItems(const std::vector<PasteboardItem>& items) {
-  Json types = Json::array();
-  Json text = nullptr;
-  for (const PasteboardItem& item : items) {
-    for (const auto& [type, bytes] : item.representations) {
-      types.push_back(type);
-      if (type == pasteboardTypeString && text.is_null()) text = bytes;
-    }
-  }
-  return {{"types", types}, {"text", text}};
-}
-
-Json describeOffered(const std::vector<simulated::OfferedItem>& items) {
-  Json types = Json::array();
-  Json text = nullptr;
-  for (const simulated::OfferedItem& item : items) {
-    for (const simulated::OfferedData& data : item) {
-      types.push_back(data.type);
-      if (data.type == pasteboardTypeString && text.is_null()) text = data.bytes;
-    }
-  }
-  return {{"types", types}, {"text", text}};
 }
 
 void ObservedPasteboard::clearContents() {
   below_.clearContents();
-  trace_.tell("clipboard", {{"by", "Quillo"}, {"types", Json::array()}, {"text", nullptr}});
+  trace_.tell(events::Clipboard{.by = "Quillo"});
 }
 
 bool ObservedPasteboard::writeItems(const std::vector<PasteboardItem>& items) {
   const bool done = below_.writeItems(items);
-  Json fields = {{"by", "Quillo"}};
-  fields.update(describeItems(items));
-  if (!done) fields["done"] = false;
-  trace_.tell("clipboard", std::move(fields));
+  trace_.tell(events::Clipboard{.by = "Quillo", .contents = contentsOf(items), .done = done});
   return done;
 }
 
 bool ObservedWorkspace::activate(const RunningApplication& application) {
   const bool accepted = below_.activate(application);
-  trace_.tell("activate",
-              {{"application", application.localizedName.value_or("")}, {"accepted", accepted}});
+  trace_.tell(events::Activate{application.localizedName.value_or(""), accepted});
   return accepted;
 }
 
 std::size_t ObservedAlerts::runModal(const Alert& alert) {
-  trace_.tell(
-      "alert",
-      {{"title", alert.messageText}, {"text", alert.informativeText}, {"buttons", alert.buttons}});
+  trace_.tell(events::Alert{alert.messageText, alert.informativeText, alert.buttons});
   const std::size_t button = below_.runModal(alert);
-  trace_.tell("alertAnswered", {{"button", button}});
+  trace_.tell(events::AlertAnswered{button});
   return button;
 }
 
 void ObservedSounds::play(std::string_view name) {
-  trace_.tell("sound", {{"name", name}});
+  trace_.tell(events::Sound{std::string(name)});
   below_.play(name);
 }
 

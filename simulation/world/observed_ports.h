@@ -1,7 +1,6 @@
 // Ports of a desktop that tell the trace what the program does with them.
 #pragma once
 
-#include "hosts/simulated/desktop/shared_pasteboard.h"
 #include "platform/application.h"
 #include "platform/system_log.h"
 #include "platform/url_session.h"
@@ -113,12 +112,5 @@ class ObservedSounds final : public Sounds {
   Sounds& below_;
   Trace& trace_;
 };
-
-// Types of all items in their order, and the plain text if there is one.
-Json describeItems(const std::vector<PasteboardItem>& items);
-Json describeOffered(const std::vector<simulated::OfferedItem>& items);
-
-// The parts of a multipart form by name: the text, or for the file its name.
-Json formParts(const std::string& contentType, const Bytes& body);
 
 }  // namespace quillo::sim

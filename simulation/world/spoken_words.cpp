@@ -54,8 +54,7 @@ class ListeningAudioSystem::File final : public AudioFile {
       : below_(std::move(below)), name_(std::move(name)), system_(system) {}
   ~File() override {
     below_.reset();
-    system_.trace_.tell("recordingClosed",
-                        {{"file", name_}, {"words", system_.words_.heardIn(name_)}});
+    system_.trace_.tell(events::RecordingClosed{name_, system_.words_.heardIn(name_)});
   }
 
   AudioFormat processingFormat() const override { return below_->processingFormat(); }
@@ -85,7 +84,7 @@ std::unique_ptr<AudioFile> ListeningAudioSystem::openForWriting(const FilePath& 
   auto file = below_.openForWriting(path, settings);
   if (!file) return nullptr;
   const std::string name = path.filename().string();
-  trace_.tell("recordingOpened", {{"file", name}});
+  trace_.tell(events::RecordingOpened{name});
   return std::make_unique<File>(std::move(file), name, *this);
 }
 

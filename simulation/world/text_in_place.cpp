@@ -17,7 +17,7 @@ AccessibilityAnswer ObservedAccessibility::attribute(const AccessibilityElement&
   const auto* seen = simulated::TreeElement::of(element);
   if (seen && seen->isProtected() &&
       std::ranges::find(textAttributes, name) != std::end(textAttributes))
-    trace_.tell("protectedRead", {{"element", seen->name()}, {"attribute", name}});
+    trace_.tell(events::ProtectedRead{seen->name(), std::string(name)});
   return below_.attribute(element, name);
 }
 
@@ -44,7 +44,7 @@ std::string TextInPlace::frontmostIdentifier() const {
 
 void TextInPlace::setShown(bool isShown) {
   tellCapture();
-  if (isShown != isShown_) trace_.tell("bubble", {{"shown", isShown}});
+  if (isShown != isShown_) trace_.tell(events::Bubble{isShown});
   isShown_ = isShown;
 }
 
@@ -52,9 +52,7 @@ void TextInPlace::tellCapture() {
   const CapturedSelection& captured = bubble_.captured();
   if (captured.text == captureSeen_) return;
   captureSeen_ = captured.text;
-  trace_.tell("captured", {{"text", captured.text},
-                           {"app", captured.app.value_or("")},
-                           {"viaClipboard", captured.viaClipboard}});
+  trace_.tell(events::Captured{captured.text, captured.app.value_or(""), captured.viaClipboard});
 }
 
 void TextInPlace::look(SelectionTrigger trigger) {

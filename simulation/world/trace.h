@@ -5,20 +5,39 @@
 #include <functional>
 #include <iosfwd>
 #include <string>
-#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "base/json.h"
 #include "base/time.h"
+#include "simulation/world/events.h"
 
 namespace quillo::sim {
 
-// One thing that happened. docs/scenarios.md lists the kinds and their fields.
+using Happening =
+    std::variant<events::Status, events::Error, events::State, events::History, events::Shortcuts,
+                 events::Language, events::Account, events::Request, events::Reply, events::Key,
+                 events::Clipboard, events::Activate, events::Alert, events::AlertAnswered,
+                 events::Sound, events::Log, events::SystemLog, events::StandardOutput,
+                 events::RecordingOpened, events::RecordingClosed, events::FileWritten,
+                 events::FileMoved, events::FileRemoved, events::Bubble, events::Captured,
+                 events::ProtectedRead, events::Front, events::Microphone, events::Editor,
+                 events::Panels, events::StatusPanel, events::UserKey, events::User,
+                 events::UserLooks, events::UserSets, events::FaultBegan, events::FaultHealed,
+                 events::QuietPhase, events::AtRest, events::Probe>;
+
+// One thing that happened.
 struct Event {
   MonotonicTime time;
-  std::string_view what;  // a literal
-  Json fields;
+  Happening happening;
 
+  // Null when it is of another kind.
+  template <class Kind>
+  const Kind* as() const {
+    return std::get_if<Kind>(&happening);
+  }
+
+  Json fields() const;
   // {"t": seconds, "what": ..., fields...}
   std::string line() const;
 };
@@ -32,15 +51,14 @@ class Trace {
   Trace(const Trace&) = delete;
   Trace& operator=(const Trace&) = delete;
 
-  // `what` is a literal.
-  void tell(std::string_view what, Json fields = Json::object());
-  // Watchers see every later event, in the order of their coming.
+  void tell(Happening happening);
+  // Watchers see every later event, in the order of their coming, and keep no pointer to it.
   void watch(Watcher watcher) { watchers_.push_back(std::move(watcher)); }
   // Every later event as a line. The stream outlives the trace.
   void printTo(std::ostream& stream) { stream_ = &stream; }
 
   std::uint64_t count() const { return count_; }
-  // Of all lines so far: 64-bit FNV-1a (Fowler, Noll and Vo).
+  // Of all events so far and their fields: 64-bit FNV-1a (Fowler, Noll and Vo).
   std::uint64_t digest() const { return digest_; }
 
  private:

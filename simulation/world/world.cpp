@@ -7,10 +7,10 @@ namespace {
 
 const Backend backend{"http://service.test", "anonymous-key"};
 
-Json historyFields(const HistoryEntries& entries) {
-  Json fields = {{"count", entries.size()}};
-  if (!entries.empty()) fields["newest"] = entries.front()->finalText;
-  return fields;
+events::History historyOf(const HistoryEntries& entries) {
+  events::History history{.count = entries.size()};
+  if (!entries.empty()) history.newest = entries.front()->finalText;
+  return history;
 }
 
 }  // namespace
@@ -78,7 +78,7 @@ void World::launch() {
 }
 
 void World::quitAndLaunchAgain() {
-  act("quits Quillo");
+  act(Act::quitsProgram);
   desktop_.application().terminate();
   runFor({});
   subscriptions_.clear();
@@ -87,7 +87,7 @@ void World::quitAndLaunchAgain() {
   program_.reset();
   textInPlace_.reset();
   desktop_.workspace().leaveFront(desktop_.workspace().self());
-  act("launches Quillo");
+  act(Act::launchesProgram);
   launch();
 }
 
@@ -105,24 +105,26 @@ void World::openWindow() {
 
 void World::observeProgram() {
   DictationState& state = program_->dictation();
-  const auto observe = [this](auto& published, std::string_view what, const char* field) {
-    subscriptions_.push_back(published.observe(
-        [this, what, field](const auto& value) { trace_.tell(what, Json{{field, value}}); }));
+  const auto observe = [this](auto& published, auto tell) {
+    subscriptions_.push_back(
+        published.observe([this, tell](const auto& value) { trace_.tell(tell(value)); }));
   };
-  observe(state.isRecording, "state", "isRecording");
-  observe(state.isProcessing, "state", "isProcessing");
-  observe(state.canRetryLast, "state", "canRetryLast");
-  observe(state.statusText, "status", "text");
-  subscriptions_.push_back(state.lastError.observe([this](const std::optional<std::string>& error) {
-    trace_.tell("error", Json{{"text", error ? Json(*error) : Json(nullptr)}});
-  }));
+  const auto observeFlag = [&](auto& published, events::Flag flag) {
+    observe(published, [flag](bool value) { return events::State{flag, value}; });
+  };
+  observeFlag(state.isRecording, events::Flag::isRecording);
+  observeFlag(state.isProcessing, events::Flag::isProcessing);
+  observeFlag(state.canRetryLast, events::Flag::canRetryLast);
+  observe(state.statusText, [](const std::string& text) { return events::Status{text}; });
+  observe(state.lastError,
+          [](const std::optional<std::string>& text) { return events::Error{text}; });
   observeShortcuts();
-  subscriptions_.push_back(program_->appState().inputLanguage.observe(
-      [this](const std::string& language) { trace_.tell("language", {{"input", language}}); }));
-  subscriptions_.push_back(program_->history().entries.observe(
-      [this](const HistoryEntries& entries) { trace_.tell("history", historyFields(entries)); }));
-  subscriptions_.push_back(program_->auth().observeIsLoggedIn(
-      [this](bool isLoggedIn) { trace_.tell("state", Json{{"isLoggedIn", isLoggedIn}}); }));
+  observe(program_->appState().inputLanguage,
+          [](const std::string& language) { return events::Language{language}; });
+  observe(program_->history().entries, historyOf);
+  subscriptions_.push_back(program_->auth().observeIsLoggedIn([this](bool isLoggedIn) {
+    trace_.tell(events::State{events::Flag::isLoggedIn, isLoggedIn});
+  }));
 }
 
 // The detectors are set up anew at a change of the mode or of the toggle shortcut.
@@ -142,12 +144,13 @@ void World::observeShortcuts() {
 
 void World::tellShortcuts(bool rebinds) {
   const MacAppState& state = program_->appState();
-  trace_.tell("shortcuts", {{"activationMode", state.activationMode.get()},
-                            {"toggleShortcut", state.toggleShortcut.get()},
-                            {"holdShortcut", state.holdShortcut.get()},
-                            {"cycleKeyCode", state.cycleHotKeyKeyCode.get()},
-                            {"cycleModifiers", state.cycleHotKeyModifiers.get()},
-                            {"rebinds", rebinds}});
+  trace_.tell(events::Shortcuts{
+      .activationMode = state.activationMode,
+      .toggleShortcut = state.toggleShortcut,
+      .holdShortcut = state.holdShortcut,
+      .cycleKeyCode = state.cycleHotKeyKeyCode,
+      .cycleModifiers = static_cast<std::uint32_t>(state.cycleHotKeyModifiers.get()),
+      .rebinds = rebinds});
 }
 
 // --- Applications ---
@@ -175,25 +178,23 @@ std::string World::frontName() {
 }
 
 // Described once a change: it may be large.
-const Json& World::clipboard() {
+const ClipboardContents& World::clipboard() {
   const simulated::SharedPasteboard& pasteboard = desktop_.pasteboard();
   if (clipboardChange_ != pasteboard.changeCount()) {
     clipboardChange_ = pasteboard.changeCount();
-    clipboardSeen_ = describeOffered(pasteboard.offered());
+    clipboardSeen_ = contentsOf(pasteboard.offered());
   }
   return clipboardSeen_;
 }
 
 // --- The user ---
 
-void World::act(std::string_view what, Json fields) {
-  Json all = {{"act", what}};
-  all.update(fields);
-  trace_.tell("user", std::move(all));
+void World::act(Act act, std::string object, ControlValue value) {
+  trace_.tell(events::User{act, std::move(object), std::move(value)});
 }
 
 void World::speak(const std::string& text, Duration duration, double loudness) {
-  act("speaks", {{"words", text}});
+  act(Act::speaks, text);
   const MonotonicTime begin = std::max(desktop_.voice().end(), now());
   words_.say(text, begin, duration);
   desktop_.voice().speak(duration, loudness);
@@ -202,24 +203,21 @@ void World::speak(const std::string& text, Duration duration, double loudness) {
 void World::copy(std::vector<simulated::OfferedItem> items, const std::string& by) {
   const simulated::SimulatedApplication* owner = application(by);
   desktop_.pasteboard().copyItems(std::move(items), owner ? owner->process() : 0);
-  Json fields = {{"by", by}};
-  fields.update(clipboard());
-  trace_.tell("clipboard", std::move(fields));
+  trace_.tell(events::Clipboard{.by = by, .contents = clipboard()});
 }
 
 void World::pressKey(simulated::Key key) {
   simulated::SimulatedKeyboard& keyboard = desktop_.keyboard();
   if (keyboard.keysDown().contains(key)) return;
   const auto code = static_cast<std::int64_t>(key);
-  Json fields = {{"keyCode", code}, {"direction", "down"}};
-  if (const auto types = simulated::charactersOf(code, keyboard.layout())) fields["types"] = *types;
-  trace_.tell("userKey", std::move(fields));
+  trace_.tell(
+      events::UserKey{code, KeyDirection::down, simulated::charactersOf(code, keyboard.layout())});
   keyboard.press(key);
 }
 
 void World::releaseKey(simulated::Key key) {
   if (!desktop_.keyboard().keysDown().contains(key)) return;
-  trace_.tell("userKey", {{"keyCode", static_cast<std::int64_t>(key)}, {"direction", "up"}});
+  trace_.tell(events::UserKey{static_cast<std::int64_t>(key), KeyDirection::up, std::nullopt});
   desktop_.keyboard().release(key);
 }
 
@@ -231,17 +229,17 @@ void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
 }
 
 void World::look(SelectionTrigger trigger) {
-  act("looks", {{"trigger", nameOf(trigger)}, {"app", textInPlace_->frontmostIdentifier()}});
+  trace_.tell(events::UserLooks{trigger, textInPlace_->frontmostIdentifier()});
   textInPlace_->look(trigger);
 }
 
 void World::clickBadge() {
-  act("clicks the badge", {{"app", textInPlace_->frontmostIdentifier()}});
+  act(Act::clicksBadge, textInPlace_->frontmostIdentifier());
   textInPlace_->clickBadge();
 }
 
 void World::dismissBubble() {
-  act("dismisses the bubble");
+  act(Act::dismissesBubble);
   if (!forgetsDismissals_) textInPlace_->dismiss();
 }
 
@@ -251,22 +249,20 @@ bool World::offers(std::string_view control) {
 
 bool World::click(const std::string& control) {
   if (!offers(control)) return false;
-  act("clicks", {{"control", control}});
+  act(Act::clicks, control);
   return desktop_.panels().click(control) || desktop_.windows().click(control);
 }
 
 bool World::change(const std::string& control, const ControlValue& value) {
   if (!desktop_.windows().offers(control)) return false;
-  const bool* const isOn = std::get_if<bool>(&value);
-  act("changes",
-      {{"control", control}, {"value", isOn ? Json(*isOn) : Json(std::get<std::string>(value))}});
+  act(Act::changes, control, value);
   return desktop_.windows().change(control, value);
 }
 
 bool World::closeWindow() {
   const auto visible = desktop_.windows().visible();
   if (visible.empty()) return false;
-  act("closes the window");
+  act(Act::closesWindow);
   visible.front()->close();
   return true;
 }
@@ -274,8 +270,8 @@ bool World::closeWindow() {
 bool World::choose(const std::string& menuItem) {
   const MenuItem* item = desktop_.statusItem().item(menuItem);
   if (!item || !item->isEnabled) return false;
-  act("chooses", {{"item", menuItem}});
-  if (menuItem == "Paste Last Result") act("pastes last");
+  act(Act::chooses, menuItem);
+  if (menuItem == "Paste Last Result") act(Act::pastesLast);
   return desktop_.statusItem().choose(menuItem);
 }
 
@@ -304,12 +300,12 @@ bool World::isAtRest() {
 void World::look() {
   if (std::string front = frontName(); front != frontSeen_) {
     frontSeen_ = std::move(front);
-    trace_.tell("front", {{"application", frontSeen_}});
+    trace_.tell(events::Front{frontSeen_});
   }
   const int open = desktop_.audioSystem().runningEngines();
   if (open != openMicrophonesSeen_) {
     openMicrophonesSeen_ = open;
-    trace_.tell("microphone", {{"open", open}});
+    trace_.tell(events::Microphone{open});
   }
   lookAtEditors();
   lookAtStatusPanel();
@@ -322,8 +318,7 @@ void World::lookAtEditors() {
     const std::string& text = applications_[i]->editor().text();
     if (text == editorTexts_[i]) continue;
     editorTexts_[i] = text;
-    trace_.tell("editor",
-                {{"application", *applications_[i]->identity().localizedName}, {"text", text}});
+    trace_.tell(events::Editor{*applications_[i]->identity().localizedName, text});
   }
 }
 
@@ -335,7 +330,7 @@ void World::lookAtStatusPanel() {
       isLaunched() && desktop_.panels().showing(dictation().statusText.get()) != nullptr;
   if (isVisible == isStatusPanelSeen_) return;
   isStatusPanelSeen_ = isVisible;
-  trace_.tell("statusPanel", {{"visible", isVisible}});
+  trace_.tell(events::StatusPanel{isVisible});
 }
 
 void World::lookAtPanels() {
@@ -344,7 +339,7 @@ void World::lookAtPanels() {
     std::ranges::copy(panel->content().texts(), std::back_inserter(texts));
   if (texts == panelTextsSeen_) return;
   panelTextsSeen_ = std::move(texts);
-  trace_.tell("panels", {{"texts", panelTextsSeen_}});
+  trace_.tell(events::Panels{panelTextsSeen_});
 }
 
 }  // namespace quillo::sim

@@ -79,13 +79,12 @@ class World {
     return applications_;
   }
   std::string frontName();
-  // What lies on the clipboard, as describeItems() tells it.
-  const Json& clipboard();
+  const ClipboardContents& clipboard();
 
   // --- The user. Each act is told, before what it brings about. ---
 
-  // Something that the user does, by its name in the trace.
-  void act(std::string_view what, Json fields = Json::object());
+  // Something that the user does, and to what.
+  void act(Act act, std::string object = "", ControlValue value = {});
   void speak(const std::string& text, Duration duration, double loudness = -20);
   void copy(std::vector<simulated::OfferedItem> items, const std::string& by);
   // Keys of the user, each told as it goes down and up.
@@ -160,7 +159,7 @@ class World {
   bool isStatusPanelSeen_ = false;
   std::vector<std::string> panelTextsSeen_;
   std::string frontSeen_;
-  Json clipboardSeen_;  // of this change
+  ClipboardContents clipboardSeen_;  // of this change
   std::optional<std::int64_t> clipboardChange_;
   int openMicrophonesSeen_ = 0;
 

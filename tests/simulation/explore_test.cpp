@@ -15,8 +15,8 @@ TEST(Explore, AShortRangeKeepsTheInvariantsAndEveryFaultFires) {
   std::ostringstream report;
   const Exploration all = explore({.firstSeed = 1, .lastSeed = 30, .life = {.hours = 1}}, report);
   EXPECT_EQ(all.code, ExitCode::fine) << report.str();
-  for (const auto& [name, kind] : faultNames)
-    EXPECT_TRUE(all.fired.contains(kind)) << name << " had no effect in any seed";
+  for (const Fault& fault : allFaults())
+    EXPECT_TRUE(all.fired.contains(fault.kind)) << fault.name << " had no effect in any seed";
   for (const char* act : {"cancel", "retry", "paste last", "review: Insert", "review: Discard",
                           "review: Re-record", "dictate long", "sign in again", "hit the keys"})
     EXPECT_TRUE(all.done.contains(act)) << act;
