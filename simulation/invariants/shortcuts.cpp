@@ -1,5 +1,18 @@
 // 7. A hold never outlives its keys. 8. A press of a shortcut acts once, and nothing acts without
 // one that matches.
+//
+// What the rules allow, and so is not checked:
+// - A route that lost an event, or could not see it, goes by what it saw last until the next event
+//   of that key. Whatever the keys do then is in doubt until every modifier came up once more.
+// - A monitor that was refused is missing until the detectors are set up anew: a hold during which
+//   the focus passes into or out of the program is then seen to its end by nobody. The status panel
+//   stays meanwhile, and the next event of the route ends the hold.
+// - Presses that toggle by modifiers alone are not debounced: a route that is slow tells of a tap
+//   that another has seen the end of, and it toggles again. Chords are held together by theirs.
+// - Keys that come up and go down again while no time passes need not have been up for the program.
+// - A press in the other mode begins a recording although the mode was changed while its start was
+//   under way; no rule ends it but the next hold, and the panel shows it.
+// - A press that does nothing, and which of two presses a start answers.
 #include <algorithm>
 #include <optional>
 #include <set>
@@ -46,6 +59,47 @@ class Doubt {
   bool isInDoubt_ = false;
 };
 
+// Whether keys that are held may come up unseen, because the one of the two monitors that watches
+// what has come to the front is missing.
+class Watch {
+ public:
+  void see(const Event& event) {
+    if (beginningFault(event) == FaultKind::keyRouteRefused) isRefused_ = true;
+    if (healedFault(event) == FaultKind::keyRouteRefused) isRefused_ = false;
+    if (const auto* shortcuts = event.as<events::Shortcuts>(); shortcuts && shortcuts->rebinds)
+      isMissing_ = isRefused_;
+    if (const auto* front = event.as<events::Front>()) come(event.time, *front);
+  }
+  bool wasLostSince(MonotonicTime time) const { return isMissing_ && passed_ >= time; }
+
+ private:
+  void come(MonotonicTime now, const events::Front& front) {
+    if (front.isProgram() != isProgramInFront_) passed_ = now;
+    isProgramInFront_ = front.isProgram();
+  }
+
+  bool isRefused_ = false;
+  bool isMissing_ = false;
+  bool isProgramInFront_ = false;
+  MonotonicTime passed_ = MonotonicTime::distantPast();
+};
+
+// A slow route, until the last of what it carries has arrived.
+class Slowness {
+ public:
+  void see(const Event& event) {
+    if (beginningFault(event) == FaultKind::keyRouteSlow) lasts_ = true;
+    if (healedFault(event) != FaultKind::keyRouteSlow) return;
+    lasts_ = false;
+    ended_ = event.time;
+  }
+  bool holds(MonotonicTime now) const { return lasts_ || now - ended_ < longestWay; }
+
+ private:
+  bool lasts_ = false;
+  MonotonicTime ended_ = MonotonicTime::distantPast();
+};
+
 // What the user did that starts or stops a recording without a key.
 bool commands(const Event& event) {
   return isAct(event, Act::clicks) || isAct(event, Act::chooses) ||
@@ -66,13 +120,15 @@ class AHoldEndsWithItsKeys final : public Invariant {
     const bool isBinding = event.as<events::Shortcuts>() != nullptr;
     if (isBinding) holdBegan_.reset();
     doubt_.see(event);
+    watch_.see(event);
     if (commands(event)) lastCommand_ = event.time;
     if (const auto* opened = event.as<events::RecordingOpened>();
         opened && isSessionFile(opened->file))
       opened_ = event.time;
     if (turns(event, Flag::isRecording, true)) begin(event);
     if (turns(event, Flag::isRecording, false)) isOfHold_ = false;
-    if (isBinding || doubt_.any()) isOfHold_ = false;
+    if (isBinding || doubt_.any() || (holdBegan_ && watch_.wasLostSince(*holdBegan_)))
+      isOfHold_ = false;
     const bool isLetGo = keys_.areAllUp() && !keys_.isHeld();
     if (!isLetGo) letGoAt_.reset();
     if (isLetGo && !letGoAt_) letGoAt_ = event.time;
@@ -82,8 +138,7 @@ class AHoldEndsWithItsKeys final : public Invariant {
 
  private:
   void begin(const Event& event) {
-    // Else a press in the other mode began it, before the mode was changed, and its start was
-    // under way. No rule ends it then but the next hold; the panel shows it.
+    // Else a press in the other mode began it.
     const bool isByHold = holdBegan_ && event.time - *holdBegan_ < longestStart &&
                           opened_ - *holdBegan_ >= holdThreshold;
     isOfHold_ = isByHold && keys_.isHoldMode() && event.time - lastCommand_ > longestStart;
@@ -98,6 +153,7 @@ class AHoldEndsWithItsKeys final : public Invariant {
 
   KeyboardModel keys_;
   Doubt doubt_;
+  Watch watch_;
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   std::optional<MonotonicTime> letGoAt_;
   std::optional<MonotonicTime> holdBegan_;  // of this binding
@@ -123,11 +179,11 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
     if (keys_.pressesCycleChord(event)) cyclePresses_.push_back({event.time});
     const bool isHeldAnew = (keys_.isHeldByFlags() && !wasHeldByFlags) ||
                             (keys_.isHeldByKeyboards() && !wasHeldByKeyboards);
-    if (isHeldAnew) presses_.push_back({event.time, keys_.isHoldMode()});
+    if (isHeldAnew) holdAnew(event.time);
     const bool isLetGo = !keys_.isHeld() && (wasHeldByFlags || wasHeldByKeyboards);
     if (isLetGo) lastLetGo_ = event.time;
     const bool isTouch = isLetGo && keys_.isHoldMode() && !isBinding;
-    if (isTouch && !isSlow_) forgetTouches(event.time);
+    if (isTouch && !slowness_.holds(event.time)) forgetTouches(event.time);
     if (turns(event, Flag::isRecording, true)) requireCauseOfStart(event.time);
     if (turns(event, Flag::isRecording, false)) requireCauseOfStop(event.time);
     if (event.as<events::UserSets>()) lastSet_ = event.time;
@@ -143,9 +199,8 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
   void remember(const Event& event) {
     if (commands(event) || isAct(event, Act::signsIn) || isStatus(event, "10-min limit reached"))
       lastCommand_ = event.time;
+    slowness_.see(event);
     const auto begins = beginningFault(event);
-    if (begins == FaultKind::keyRouteSlow) isSlow_ = true;
-    if (healedFault(event) == FaultKind::keyRouteSlow) isSlow_ = false;
     // With neither the tap nor a hot key, repeats of a held key are seen as presses.
     if (begins == FaultKind::keyRouteRefused || begins == FaultKind::chordTaken)
       seesRepeats_ = true;
@@ -153,16 +208,28 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
 
   // Held too shortly to begin anything.
   void forgetTouches(MonotonicTime now) {
-    std::erase_if(presses_, [&](const Press& press) {
+    const auto isTouch = [&](const Press& press) {
       return press.isOfHold && now - press.time < holdThreshold;
-    });
+    };
+    touches_.clear();
+    std::ranges::copy_if(presses_, std::back_inserter(touches_), isTouch);
+    std::erase_if(presses_, isTouch);
+    touched_ = now;
   }
 
-  // A route that is slow may show the end of a tap after another has shown the next one, and an
-  // event after the shortcut was changed.
+  // The routes show keys that are up for no time one after the other, so that one of them has them
+  // down throughout: the hold may go on.
+  void holdAnew(MonotonicTime now) {
+    if (touched_ == now) std::ranges::move(touches_, std::back_inserter(presses_));
+    touches_.clear();
+    presses_.push_back({now, keys_.isHoldMode()});
+  }
+
+  // A route that is slow may show a tap, or its end, after another has, and an event after the
+  // shortcut was changed.
   bool isExcused(MonotonicTime now) const {
     if (doubt_.any()) return true;
-    return isSlow_ && (keys_.isTapMode() || now - lastBound_ < longestStart);
+    return slowness_.holds(now) && (keys_.isTapMode() || now - lastBound_ < longestStart);
   }
 
   bool isCommanded(MonotonicTime now) const { return now - lastCommand_ < longestStart; }
@@ -191,18 +258,20 @@ class APressActsOnceAndOnlyItsOwn final : public Invariant {
   void requireCauseOfStep(MonotonicTime now) {
     if (take(cyclePresses_, now, longestWay) || doubt_.any() || isCommanded(now)) return;
     if (seesRepeats_ && keys_.isDown(keys_.bound().cycleKeyCode)) return;
-    if (isSlow_ && now - lastBound_ < longestStart) return;
+    if (slowness_.holds(now) && now - lastBound_ < longestStart) return;
     breaks(now, "the languages changed, and no press that is left asked for it");
   }
 
   KeyboardModel keys_;
   Doubt doubt_;
-  bool isSlow_ = false;
+  Slowness slowness_;
   bool seesRepeats_ = false;
   MonotonicTime lastBound_ = MonotonicTime::distantPast();
   MonotonicTime lastSet_ = MonotonicTime::distantPast();  // a setting, by hand and at once
   MonotonicTime lastCommand_ = MonotonicTime::distantPast();
   MonotonicTime lastLetGo_ = MonotonicTime::distantPast();
+  MonotonicTime touched_ = MonotonicTime::distantPast();
+  std::vector<Press> touches_;  // that were forgotten then
   std::vector<Press> presses_;  // that may start or stop a recording, and have not yet
   std::vector<Press> cyclePresses_;
 };
