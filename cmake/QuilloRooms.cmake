@@ -6,12 +6,14 @@
 find_package(PkgConfig REQUIRED)
 
 # quillo_room(<folder> [IN <directory>] [SUBJECTS <folders>...] [FLOORS <folders>...]
-#             [USES <libraries>...] [WITHOUT_PCH])
+#             [USES <libraries>...] [WITHOUT_PCH | PRECOMPILED <headers>... | PRECOMPILED_BY <target>])
 #   SUBJECTS  folders of the room itself that hold more of its sources
 #   FLOORS    rooms below this one; their headers become visible to whoever links this room
 #   USES      libraries that only this room's sources see
+#   PRECOMPILED     what nearly every source of the room includes, besides the standard headers;
+#   PRECOMPILED_BY  the same as that target's
 function(quillo_room folder)
-  cmake_parse_arguments(ROOM "WITHOUT_PCH" "IN" "SUBJECTS;FLOORS;USES" ${ARGN})
+  cmake_parse_arguments(ROOM "WITHOUT_PCH" "IN;PRECOMPILED_BY" "SUBJECTS;FLOORS;USES;PRECOMPILED" ${ARGN})
   if(NOT ROOM_IN)
     set(ROOM_IN ${CMAKE_SOURCE_DIR}/src)
   endif()
@@ -40,13 +42,23 @@ function(quillo_room folder)
     target_link_libraries(${target} PUBLIC quillo_${floor_name})
   endforeach()
   target_link_libraries(${target} PRIVATE ${ROOM_USES})
-  if(NOT ROOM_WITHOUT_PCH)
-    if(folder STREQUAL "base")
-      target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
-    else()
-      target_precompile_headers(${target} REUSE_FROM quillo_base)
-    endif()
+  if(ROOM_PRECOMPILED OR folder STREQUAL "base")
+    target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h ${ROOM_PRECOMPILED})
+  elseif(ROOM_PRECOMPILED_BY)
+    target_precompile_headers(${target} REUSE_FROM ${ROOM_PRECOMPILED_BY})
+  elseif(NOT ROOM_WITHOUT_PCH)
+    target_precompile_headers(${target} REUSE_FROM quillo_base)
   endif()
+endfunction()
+
+# What nearly every test includes, compiled once: the sources of the tests are half of the build.
+function(quillo_tests_precompiled target)
+  file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/${target}.cpp CONTENT "")
+  add_library(${target} OBJECT ${CMAKE_BINARY_DIR}/${target}.cpp)
+  cmake_parse_arguments(PRECOMPILED "" "" "HEADERS;LINKS" ${ARGN})
+  target_link_libraries(${target} PRIVATE ${PRECOMPILED_LINKS} GTest::gmock GTest::gtest)
+  target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h
+    <gmock/gmock.h> <gtest/gtest.h> ${PRECOMPILED_HEADERS})
 endfunction()
 
 # quillo_tests(<folder below tests> [SECONDS <limit of a case>] [LINKS <targets>...])
@@ -62,5 +74,6 @@ function(quillo_tests folder)
   add_executable(tests_${name} ${sources})
   target_include_directories(tests_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(tests_${name} PRIVATE ${TESTS_LINKS} GTest::gmock GTest::gtest_main)
+  target_precompile_headers(tests_${name} REUSE_FROM quillo_tests_precompiled)
   gtest_discover_tests(tests_${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT ${TESTS_SECONDS})
 endfunction()
