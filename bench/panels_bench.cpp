@@ -24,8 +24,8 @@
 
 #include "app/program.h"
 #include "hosts/linux/linux_desktop.h"
-#include "hosts/linux/posix/process_memory.h"
 #include "hosts/linux/posix/monotonic_clock.h"
+#include "hosts/linux/posix/process_memory.h"
 #include "hosts/linux/session/bundle.h"
 #include "shell/diagnostics/diagnostics_log.h"
 #include "unasking_desktop.h"
