@@ -42,6 +42,10 @@ TEST_F(PushToTalkTest, ChangesOfTheSettingsEndAHold) {
   EXPECT_THAT(asked(), ElementsAre("begin", "stop after start", "end"));
   letGo({Key::function}, 1s);
   apply("hold");
+  hold({Key::function}, 100ms);  // about to begin
+  apply("toggle");
+  letGo({Key::function}, 1s);
+  apply("hold");
   desktop_.hidKeyboards().route().setLoss(1);  // what it knew was of another start
   hold({Key::shift}, 1s);
   EXPECT_THAT(asked(), IsEmpty());

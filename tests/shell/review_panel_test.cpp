@@ -47,7 +47,9 @@ class ReviewPanelTest : public StateTest {
         start(desktop_.mainThread(),
               review_->present({"See you tomorrow at nine", "English", std::move(means),
                                 "Bis morgen um neun", "German"}));
-    desktop_.runFor(250ms);
+    desktop_.runFor(249ms);
+    EXPECT_FALSE(panels().press(KeyEquivalent::defaultAction));
+    desktop_.runFor(1ms);
     return reviewing;
   }
   ReviewDecision decision(const TaskHandle<ReviewDecision>& reviewing) {
