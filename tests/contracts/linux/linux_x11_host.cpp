@@ -56,6 +56,15 @@ void tellWindowManager(X11Connection& connection, xcb_window_t window, std::stri
   connection.flush();
 }
 
+void awaitWindowManager(X11Connection& connection) {
+  const xcb_window_t window = xcb_generate_id(connection.get());
+  xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 1, 1,
+                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  tellWindowManager(connection, window, "_NET_REQUEST_FRAME_EXTENTS", 0);
+  EXPECT_TRUE(lookUntil([&] { return connection.word(window, "_NET_FRAME_EXTENTS").has_value(); }));
+  xcb_destroy_window(connection.get(), window);
+}
+
 OtherApplication::OtherApplication(X11Connection& connection, const std::string& name, Kind kind)
     : connection_(connection) {
   process_.setProcessChannelMode(QProcess::ForwardedChannels);

@@ -28,6 +28,10 @@ std::optional<xcb_window_t> focusedWindow(linux_host::X11Connection& connection)
 void tellWindowManager(linux_host::X11Connection& connection, xcb_window_t window,
                        std::string_view message, std::uint32_t first, std::uint32_t second = 0);
 
+// Returns when the window manager has done all that it was asked before: on its way it may give the
+// focus to a window of its own for a moment.
+void awaitWindowManager(linux_host::X11Connection& connection);
+
 // Another program with a window, as a process of its own that ends with this object.
 class OtherApplication {
  public:

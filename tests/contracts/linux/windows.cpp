@@ -31,6 +31,7 @@ class LinuxWindowsHost final : public LinuxContractHost<WindowsHost> {
     tellWindowManager(below_.connection(), window, "_NET_CLOSE_WINDOW", XCB_CURRENT_TIME);
   }
   void switchToProgram() override { below_.comeToFront(); }
+  void settle() override { awaitWindowManager(below_.connection()); }
 
  private:
   TemporaryFolder folder_;

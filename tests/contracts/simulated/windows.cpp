@@ -14,6 +14,7 @@ class SimulatedWindowsHost final : public SimulatedHost<WindowsHost> {
   void press(KeyEquivalent key) override { desktop_.windows().press(key); }
   void clickCloseButton() override { desktop_.windows().visible().front()->close(); }
   void switchToProgram() override { desktop_.workspace().focus(program_); }
+  void settle() override {}
 
  private:
   simulated::SimulatedApplication& program_ =

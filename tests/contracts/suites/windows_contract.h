@@ -26,6 +26,8 @@ class WindowsHost : public ContractHost {
   virtual void press(KeyEquivalent key) = 0;
   virtual void clickCloseButton() = 0;
   virtual void switchToProgram() = 0;
+  // Until the desktop has done what it was asked.
+  virtual void settle() = 0;
 };
 
 class WindowsContract : public PortContract<WindowsHost> {
@@ -45,8 +47,12 @@ class WindowsContract : public PortContract<WindowsHost> {
   }
   // And the owner has been told.
   bool becomesKey(bool isKey) {
-    return host().runUntil(
-        [&] { return window_->isKey() == isKey && !keys_.empty() && keys_.back() == isKey; });
+    const auto isTold = [&] {
+      return window_->isKey() == isKey && !keys_.empty() && keys_.back() == isKey;
+    };
+    if (!host().runUntil(isTold)) return false;
+    host().settle();
+    return host().runUntil(isTold);
   }
   bool comesBackToProgram() {
     return becomesKey(false) && host().runUntil([&] { return host().programHasFocus(); });
@@ -127,7 +133,7 @@ TEST_P(WindowsContract, ASheetHasTheKeysUntilItEnds) {
   ASSERT_TRUE(host().runUntil([&] { return content_.pressed().size() == 1; }));
   TestContent other;
   window_->setContent(other);
-  host().press(KeyEquivalent::cancelAction);
+  host().press(KeyEquivalent::defaultAction);
   ASSERT_TRUE(host().runUntil([&] { return other.pressed().size() == 1; }));
   window_.reset();
 }
