@@ -3,7 +3,8 @@
 #include <utility>
 
 #include "hosts/simulated/keyboard/key_codes.h"
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
+#include "platform/key_event.h"
 
 namespace quillo::sim {
 namespace {

@@ -13,7 +13,7 @@
 #include "base/json.h"
 #include "insertion/classification/selection_trigger.h"
 #include "platform/content.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 #include "platform/url_session.h"
 #include "simulation/world/clipboard_contents.h"
 #include "simulation/world/fault_kind.h"

@@ -7,9 +7,14 @@
 #include <vector>
 
 #include "base/log.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_engine.h"
+#include "platform/audio_file.h"
+#include "platform/audio_system.h"
 #include "platform/file_manager.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
+#include "platform/key_poster.h"
 #include "platform/pasteboard.h"
 #include "platform/workspace.h"
 

@@ -1,7 +1,8 @@
 // Ports of a desktop that tell the trace what the program does with them.
 #pragma once
 
-#include "platform/application.h"
+#include "platform/alerts.h"
+#include "platform/sounds.h"
 #include "platform/system_log.h"
 #include "platform/url_session.h"
 #include "simulation/world/forwarding_ports.h"

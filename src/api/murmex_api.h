@@ -11,8 +11,8 @@
 #include "api/client_identity.h"
 #include "api/records.h"
 #include "base/task.h"
-#include "platform/application.h"
-#include "platform/clock.h"
+#include "platform/machine.h"
+#include "platform/random.h"
 #include "platform/system_log.h"
 #include "platform/url_session.h"
 

@@ -3,7 +3,7 @@
 
 #include "base/main_thread.h"
 #include "core/navigator.h"
-#include "platform/application.h"
+#include "platform/alerts.h"
 
 namespace quillo {
 

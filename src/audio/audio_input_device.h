@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/audio.h"
+#include "platform/audio_devices.h"
 
 namespace quillo {
 

@@ -11,9 +11,14 @@
 #include "base/error.h"
 #include "base/log.h"
 #include "base/main_thread.h"
-#include "platform/audio.h"
-#include "platform/clock.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_engine.h"
+#include "platform/audio_file.h"
+#include "platform/audio_system.h"
 #include "platform/file_manager.h"
+#include "platform/random.h"
 
 namespace quillo {
 

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
 
 namespace quillo {
 

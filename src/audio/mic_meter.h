@@ -7,7 +7,10 @@
 #include "base/log.h"
 #include "base/main_thread.h"
 #include "base/published.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_engine.h"
+#include "platform/audio_system.h"
 
 namespace quillo {
 

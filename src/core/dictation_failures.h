@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/navigator.h"
+#include "platform/alerts.h"
 #include "platform/application.h"
 
 namespace quillo {

@@ -8,9 +8,10 @@
 #include "audio/audio_recorder.h"
 #include "base/log.h"
 #include "base/task.h"
-#include "platform/audio.h"
-#include "platform/clock.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_system.h"
 #include "platform/file_manager.h"
+#include "platform/random.h"
 #include "state/app_state.h"
 
 namespace quillo {

@@ -11,7 +11,8 @@
 #include "input/global_hot_key.h"
 #include "input/hid_hot_key_monitor.h"
 #include "input/hot_key_tap.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/key_event.h"
 
 namespace quillo {
 

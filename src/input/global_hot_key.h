@@ -8,7 +8,7 @@
 
 #include "base/log.h"
 #include "input/shortcut_model.h"
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
 
 namespace quillo {
 

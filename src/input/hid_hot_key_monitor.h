@@ -13,7 +13,7 @@
 #include "base/log.h"
 #include "base/main_thread.h"
 #include "input/shortcut_model.h"
-#include "platform/keyboard.h"
+#include "platform/hid_keyboards.h"
 #include "platform/permissions.h"
 
 namespace quillo {

@@ -11,7 +11,8 @@
 
 #include "base/log.h"
 #include "base/main_thread.h"
-#include "platform/keyboard.h"
+#include "platform/event_taps.h"
+#include "platform/key_event.h"
 #include "platform/permissions.h"
 
 namespace quillo {

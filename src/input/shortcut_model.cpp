@@ -1,4 +1,5 @@
 #include "input/shortcut_model.h"
+#include "platform/hot_keys.h"
 
 #include <algorithm>
 #include <iterator>

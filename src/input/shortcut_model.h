@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 
 namespace quillo {
 

@@ -9,7 +9,8 @@
 #include "base/log.h"
 #include "base/task.h"
 #include "insertion/clipboard_gate.h"
-#include "platform/keyboard.h"
+#include "platform/key_poster.h"
+#include "platform/keyboard_state.h"
 #include "platform/pasteboard.h"
 
 namespace quillo {

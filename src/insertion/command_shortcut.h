@@ -6,7 +6,7 @@
 
 #include "base/task.h"
 #include "base/time.h"
-#include "platform/keyboard.h"
+#include "platform/key_poster.h"
 
 namespace quillo {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "base/time.h"
-#include "platform/screens.h"
+#include "platform/geometry.h"
 
 namespace quillo {
 

@@ -2,17 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/bytes.h"
-#include "base/error.h"
+#include "platform/file_path.h"
 
 namespace quillo {
-
-using FilePath = std::filesystem::path;
 
 enum class UserDirectory { caches, applicationSupport, library };
 

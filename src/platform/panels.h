@@ -6,7 +6,7 @@
 
 #include "base/time.h"
 #include "platform/content.h"
-#include "platform/screens.h"
+#include "platform/geometry.h"
 
 namespace quillo {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/content.h"
-#include "platform/screens.h"
+#include "platform/geometry.h"
 
 namespace quillo {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
 
 namespace quillo {
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/clock.h"
+#include "platform/random.h"
 #include "platform/user_defaults.h"
 
 namespace quillo {

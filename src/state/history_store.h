@@ -12,6 +12,7 @@
 #include "base/published.h"
 #include "platform/clock.h"
 #include "platform/file_manager.h"
+#include "platform/random.h"
 #include "platform/serial_queue.h"
 #include "platform/user_defaults.h"
 #include "state/app_state.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
 
 namespace quillo {
 namespace {

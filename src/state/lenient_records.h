@@ -10,7 +10,7 @@
 #include "base/bytes.h"
 #include "base/identifiers.h"
 #include "base/json.h"
-#include "platform/clock.h"
+#include "platform/random.h"
 
 namespace quillo {
 

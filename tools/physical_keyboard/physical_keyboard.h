@@ -7,7 +7,7 @@
 #include <set>
 
 #include "hosts/linux/x11/connection/x11_connection.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 
 namespace quillo {
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/accessibility.h"
+#include "platform/screens.h"
 
 namespace quillo {
 

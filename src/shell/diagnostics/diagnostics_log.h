@@ -5,9 +5,9 @@
 
 #include "base/log.h"
 #include "base/main_thread.h"
-#include "platform/application.h"
 #include "platform/clock.h"
 #include "platform/file_manager.h"
+#include "platform/opener.h"
 #include "platform/serial_queue.h"
 
 namespace quillo {

@@ -9,6 +9,7 @@
 #include "base/main_thread.h"
 #include "input/dictation_shortcuts.h"
 #include "input/global_hot_key.h"
+#include "platform/alerts.h"
 #include "platform/application.h"
 #include "state/app_state.h"
 

@@ -14,7 +14,7 @@
 #include "contracts/support/contract_host.h"
 #include "hosts/linux/posix/monotonic_clock.h"
 #include "hosts/linux/qt/qt_main_thread.h"
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 
 namespace quillo::contracts {
 

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <optional>
 
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 
 namespace quillo::contracts {
 

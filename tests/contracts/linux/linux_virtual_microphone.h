@@ -9,7 +9,8 @@
 
 #include "base/time.h"
 #include "hosts/linux/posix/file_descriptor.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/file_path.h"
 
 namespace quillo::contracts {
 

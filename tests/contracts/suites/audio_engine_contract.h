@@ -7,7 +7,9 @@
 
 #include "contracts/support/contract_host.h"
 #include "contracts/support/heard.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_system.h"
 
 namespace quillo::contracts {
 

@@ -7,7 +7,9 @@
 #include <numbers>
 
 #include "contracts/support/contract_host.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_file.h"
+#include "platform/audio_system.h"
 #include "platform/file_manager.h"
 
 namespace quillo::contracts {

@@ -7,7 +7,8 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_engine.h"
 
 namespace quillo::contracts {
 

@@ -6,7 +6,12 @@
 #include <vector>
 
 #include "contracts/support/contract_host.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/hid_keyboards.h"
+#include "platform/hot_keys.h"
+#include "platform/key_event.h"
+#include "platform/key_poster.h"
+#include "platform/keyboard_state.h"
 #include "platform/pasteboard.h"
 
 namespace quillo::contracts {

@@ -4,7 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_file.h"
+#include "platform/file_path.h"
 
 namespace quillo::linux_host {
 

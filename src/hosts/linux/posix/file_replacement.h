@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 
 namespace quillo::linux_host {
 

@@ -9,7 +9,7 @@
 #include "base/main_thread.h"
 #include "hosts/linux/posix/thread_serial_queue.h"
 #include "platform/clock.h"
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 #include "platform/user_defaults.h"
 
 namespace quillo::linux_host {

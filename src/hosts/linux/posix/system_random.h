@@ -1,7 +1,7 @@
 // Chance from the kernel.
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/random.h"
 
 namespace quillo::linux_host {
 

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 
 namespace quillo::linux_host {
 

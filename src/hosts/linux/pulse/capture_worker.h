@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "hosts/linux/pulse/voice_processor.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_engine.h"
 
 namespace quillo::linux_host {
 

@@ -6,7 +6,11 @@
 #include "base/log.h"
 #include "hosts/linux/ffmpeg/audio_codec_module.h"
 #include "hosts/linux/pulse/pulse_connection.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_engine.h"
+#include "platform/audio_file.h"
+#include "platform/audio_system.h"
 
 namespace quillo::linux_host {
 

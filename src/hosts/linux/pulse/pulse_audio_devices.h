@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosts/linux/pulse/pulse_connection.h"
-#include "platform/audio.h"
+#include "platform/audio_devices.h"
 
 namespace quillo::linux_host {
 

@@ -11,7 +11,9 @@
 #include "base/log.h"
 #include "hosts/linux/pulse/capture_worker.h"
 #include "hosts/linux/pulse/pulse_connection.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_engine.h"
 
 namespace quillo::linux_host {
 

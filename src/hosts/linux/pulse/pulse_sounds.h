@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "hosts/linux/pulse/pulse_connection.h"
-#include "platform/application.h"
+#include "platform/sounds.h"
 
 namespace quillo::linux_host {
 

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
 
 namespace quillo::linux_host {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
 
 namespace webrtc {
 class AudioProcessing;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/time.h"
-#include "platform/application.h"
+#include "platform/alerts.h"
 #include "platform/panels.h"
 
 namespace quillo::linux_host {

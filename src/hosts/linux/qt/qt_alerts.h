@@ -1,7 +1,7 @@
 // Modal questions as panels.
 #pragma once
 
-#include "platform/application.h"
+#include "platform/alerts.h"
 #include "platform/panels.h"
 #include "platform/screens.h"
 

@@ -2,7 +2,8 @@
 // freedesktop.org).
 #pragma once
 
-#include "platform/application.h"
+#include "platform/file_path.h"
+#include "platform/login_item.h"
 
 namespace quillo::linux_host {
 

@@ -1,5 +1,6 @@
 #include "hosts/linux/session/bundle.h"
 
+#include <filesystem>
 #include <string_view>
 
 namespace quillo::linux_host {

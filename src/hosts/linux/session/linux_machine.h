@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/application.h"
+#include "platform/machine.h"
 
 namespace quillo::linux_host {
 

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "base/main_thread.h"
-#include "platform/audio.h"
+#include "platform/audio_devices.h"
 #include "platform/permissions.h"
 
 namespace quillo::linux_host {

@@ -7,7 +7,7 @@
 
 #include "base/time.h"
 #include "hosts/linux/posix/file_descriptor.h"
-#include "platform/file_manager.h"
+#include "platform/file_path.h"
 
 namespace quillo::linux_host {
 

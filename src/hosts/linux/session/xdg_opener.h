@@ -1,7 +1,7 @@
 // Opening things with the user's own programs.
 #pragma once
 
-#include "platform/application.h"
+#include "platform/opener.h"
 
 namespace quillo::linux_host {
 

@@ -8,7 +8,12 @@
 
 #include "base/log.h"
 #include "base/main_thread.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/event_taps.h"
+#include "platform/hid_keyboards.h"
+#include "platform/hot_keys.h"
+#include "platform/key_poster.h"
+#include "platform/keyboard_state.h"
 #include "platform/pasteboard.h"
 #include "platform/workspace.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/application.h"
+#include "platform/opener.h"
 
 namespace quillo::simulated {
 

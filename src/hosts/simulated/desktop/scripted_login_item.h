@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/application.h"
+#include "platform/login_item.h"
 
 namespace quillo::simulated {
 

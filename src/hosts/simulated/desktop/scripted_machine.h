@@ -1,7 +1,7 @@
 // The machine and its user's languages.
 #pragma once
 
-#include "platform/application.h"
+#include "platform/machine.h"
 
 namespace quillo::simulated {
 

@@ -10,7 +10,7 @@
 #include "hosts/simulated/desktop/shared_pasteboard.h"
 #include "hosts/simulated/time/seeded_random.h"
 #include "hosts/simulated/time/timeline.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 #include "platform/workspace.h"
 
 namespace quillo::simulated {

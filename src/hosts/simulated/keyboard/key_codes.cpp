@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 
 namespace quillo::simulated {
 namespace {

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "hosts/simulated/keyboard/key_route.h"
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
+#include "platform/key_event.h"
 
 namespace quillo::simulated {
 

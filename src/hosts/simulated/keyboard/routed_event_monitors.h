@@ -5,7 +5,8 @@
 
 #include "hosts/simulated/desktop/switched_permissions.h"
 #include "hosts/simulated/keyboard/key_route.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/key_event.h"
 
 namespace quillo::simulated {
 

@@ -5,7 +5,7 @@
 
 #include "hosts/simulated/desktop/switched_permissions.h"
 #include "hosts/simulated/keyboard/key_route.h"
-#include "platform/keyboard.h"
+#include "platform/hid_keyboards.h"
 
 namespace quillo::simulated {
 

@@ -12,7 +12,9 @@
 #include "hosts/simulated/keyboard/routed_event_monitors.h"
 #include "hosts/simulated/keyboard/routed_hid_keyboards.h"
 #include "hosts/simulated/keyboard/swallowing_event_taps.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
+#include "platform/key_poster.h"
+#include "platform/keyboard_state.h"
 
 namespace quillo::simulated {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "hosts/simulated/time/virtual_main_thread.h"
-#include "platform/application.h"
+#include "platform/alerts.h"
 
 namespace quillo::simulated {
 

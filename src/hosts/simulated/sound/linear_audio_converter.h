@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
 
 namespace quillo::simulated {
 

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "base/time.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
 
 namespace quillo::simulated {
 

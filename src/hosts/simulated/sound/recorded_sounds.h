@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hosts/simulated/time/timeline.h"
-#include "platform/application.h"
+#include "platform/sounds.h"
 
 namespace quillo::simulated {
 

@@ -6,7 +6,7 @@
 
 #include "base/main_thread.h"
 #include "hosts/simulated/sound/microphone.h"
-#include "platform/audio.h"
+#include "platform/audio_devices.h"
 
 namespace quillo::simulated {
 

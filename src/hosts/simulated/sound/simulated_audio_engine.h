@@ -7,7 +7,9 @@
 #include "hosts/simulated/sound/simulated_audio_devices.h"
 #include "hosts/simulated/sound/voice.h"
 #include "hosts/simulated/time/timeline.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_devices.h"
+#include "platform/audio_engine.h"
 
 namespace quillo::simulated {
 

@@ -6,7 +6,8 @@
 #include <optional>
 
 #include "hosts/simulated/storage/memory_file_manager.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_file.h"
 
 namespace quillo::simulated {
 

@@ -3,7 +3,11 @@
 
 #include "hosts/simulated/sound/simulated_audio_engine.h"
 #include "hosts/simulated/storage/memory_file_manager.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
+#include "platform/audio_engine.h"
+#include "platform/audio_file.h"
+#include "platform/audio_system.h"
 
 namespace quillo::simulated {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hosts/simulated/time/timeline.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
 
 namespace quillo::simulated {
 

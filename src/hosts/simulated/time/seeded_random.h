@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/time.h"
-#include "platform/clock.h"
+#include "platform/random.h"
 
 namespace quillo::simulated {
 

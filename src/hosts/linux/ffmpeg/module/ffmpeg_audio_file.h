@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "hosts/linux/posix/file_descriptor.h"
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_file.h"
+#include "platform/file_path.h"
 
 struct AVCodecContext;
 struct AVFormatContext;

@@ -3,7 +3,8 @@
 
 #include <memory>
 
-#include "platform/audio.h"
+#include "platform/audio_buffer.h"
+#include "platform/audio_converter.h"
 
 struct SwrContext;
 

@@ -3,7 +3,8 @@
 
 #include "base/main_thread.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/key_event.h"
 
 namespace quillo::linux_host {
 

@@ -1,7 +1,8 @@
 // Event taps, which X11 does not have.
 #pragma once
 
-#include "platform/keyboard.h"
+#include "platform/event_taps.h"
+#include "platform/key_event.h"
 
 namespace quillo::linux_host {
 

@@ -3,7 +3,7 @@
 
 #include "base/main_thread.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
-#include "platform/keyboard.h"
+#include "platform/hid_keyboards.h"
 
 namespace quillo::linux_host {
 

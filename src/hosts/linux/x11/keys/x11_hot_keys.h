@@ -15,7 +15,7 @@
 #include "hosts/linux/x11/connection/x11_connection.h"
 #include "hosts/linux/x11/connection/x11_event_source.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
-#include "platform/keyboard.h"
+#include "platform/hot_keys.h"
 
 namespace quillo::linux_host {
 

@@ -12,7 +12,8 @@
 #include "hosts/linux/x11/connection/x11_connection.h"
 #include "hosts/linux/x11/keys/x11_hot_keys.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
+#include "platform/key_poster.h"
 
 namespace quillo::linux_host {
 

@@ -17,7 +17,7 @@
 #include "hosts/linux/x11/connection/x11_connection.h"
 #include "hosts/linux/x11/connection/x11_event_source.h"
 #include "hosts/linux/x11/keys/x11_keymap.h"
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 
 namespace quillo::linux_host {
 

@@ -3,7 +3,7 @@
 
 #include "hosts/linux/x11/keys/x11_hot_keys.h"
 #include "hosts/linux/x11/keys/x11_keyboard.h"
-#include "platform/keyboard.h"
+#include "platform/keyboard_state.h"
 
 namespace quillo::linux_host {
 

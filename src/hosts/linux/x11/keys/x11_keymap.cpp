@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "platform/keyboard.h"
+#include "platform/key_event.h"
 
 // The header names a member by a keyword of C++.
 #pragma clang diagnostic push

@@ -1,0 +1,23 @@
+// Modal questions.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace quillo {
+
+// A modal question. Main thread.
+class Alerts {
+ public:
+  struct Alert {
+    std::string messageText;
+    std::string informativeText;
+    std::vector<std::string> buttons;  // the first is the default one
+  };
+  virtual ~Alerts() = default;
+  // Waits for the answer while timers and posted work go on: the index of the pressed button.
+  virtual std::size_t runModal(const Alert& alert) = 0;
+};
+
+}  // namespace quillo

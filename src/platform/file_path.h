@@ -1,0 +1,10 @@
+// Where a file lies.
+#pragma once
+
+#include <filesystem>
+
+namespace quillo {
+
+using FilePath = std::filesystem::path;
+
+}  // namespace quillo

@@ -1,0 +1,35 @@
+// Chords that the desktop keeps for this program.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace quillo {
+
+// Bits of a registered hot key's modifiers.
+namespace hot_key_modifiers {
+inline constexpr std::uint32_t command = 0x100;
+inline constexpr std::uint32_t shift = 0x200;
+inline constexpr std::uint32_t option = 0x800;
+inline constexpr std::uint32_t control = 0x1000;
+}  // namespace hot_key_modifiers
+
+// Main thread. A chord that belongs to this program wherever the focus is, and that no other
+// program sees.
+class HotKeys {
+ public:
+  enum class Status : std::int32_t { success = 0, alreadyTaken = -9878 };
+
+  virtual ~HotKeys() = default;
+  // `pressed` runs on the main thread, once a press: autorepeat does not count. A success holds
+  // until the registration is dropped; hosts pass on other numbers for other failures.
+  struct Registration {
+    Status status = Status::success;
+    std::shared_ptr<void> token;
+  };
+  [[nodiscard]] virtual Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                    std::function<void()> pressed) = 0;
+};
+
+}  // namespace quillo

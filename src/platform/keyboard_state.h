@@ -1,0 +1,18 @@
+// What is held on the keyboard now.
+#pragma once
+
+#include <cstdint>
+
+namespace quillo {
+
+// Main thread.
+class KeyboardState {
+ public:
+  virtual ~KeyboardState() = default;
+  // Flags of the modifiers that are down now.
+  virtual std::uint64_t modifierFlags() const = 0;
+  // Whether some application keeps its keystrokes from everybody else.
+  virtual bool isSecureEventInputEnabled() const = 0;
+};
+
+}  // namespace quillo
