@@ -40,7 +40,7 @@ class Published {
     return *this;
   }
 
-  [[nodiscard]] Subscription observe(Observer observer) {
+  [[nodiscard]] Subscription observe(Observer observer) const {
     auto kept = std::make_shared<Observer>(std::move(observer));
     observers_.push_back(kept);
     return Subscription(std::move(kept));
@@ -57,7 +57,7 @@ class Published {
   }
 
   T value_{};
-  std::vector<std::weak_ptr<Observer>> observers_;
+  mutable std::vector<std::weak_ptr<Observer>> observers_;  // who looks changes nothing
 };
 
 }  // namespace quillo

@@ -15,7 +15,7 @@ namespace quillo::forms {
 
 // `Source` is a Published or a Setting.
 template <class Source>
-Watch watch(Source& source) {
+Watch watch(const Source& source) {
   return [&source](std::function<void()> changed) {
     return source.observe([changed = std::move(changed)](const auto&) { changed(); });
   };

@@ -73,7 +73,7 @@ void Form::watchRow(const Row& row) {
   drafts_[row.id] = draft;
 }
 
-Subscription Form::observe(std::function<void()> changed) {
+Subscription Form::observe(std::function<void()> changed) const {
   return changed_.observe([changed = std::move(changed)](const auto&) { changed(); });
 }
 

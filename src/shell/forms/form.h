@@ -42,7 +42,7 @@ class Form final : public Content {
   const Description& description() const { return description_; }
   RowState stateOf(const Section& section, const Row& row) const;
   // Calls `changed` whenever the state of a row may have changed.
-  [[nodiscard]] Subscription observe(std::function<void()> changed);
+  [[nodiscard]] Subscription observe(std::function<void()> changed) const;
 
   static constexpr std::string_view name = "form";
   std::string_view viewName() const override { return name; }
