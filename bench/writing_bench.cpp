@@ -5,6 +5,7 @@
 #include "core/replacement_rules.h"
 #include "core/snippets.h"
 #include "hosts/simulated/simulated_desktop.h"
+#include "state/app_state.h"
 #include "state/history_store.h"
 
 namespace quillo {
@@ -84,8 +85,8 @@ void BM_HistoryAdd(benchmark::State& state) {
   MacAppState appState(desktop.mainThread(), desktop.userDefaults(), desktop.clock(),
                        desktop.random(), desktop.machine(), desktop.loginItem(),
                        desktop.application(), desktop.log());
-  MacHistoryStore history(appState, desktop.userDefaults(), desktop.files(), desktop.queues(),
-                          desktop.clock(), desktop.random());
+  MacHistoryStore history(appState, appState, desktop.userDefaults(), desktop.files(),
+                          desktop.queues(), desktop.clock(), desktop.random());
   const std::string text = prose(400);
   for (int i = 0; i < 500; ++i) history.record(text, text, "en-US", "en-US", "Editor");
   desktop.runTurns();

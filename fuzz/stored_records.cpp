@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 
-#include "hosts/simulated/time/seeded_random.h"
 #include "state/history_entry.h"
 #include "state/prompt_instruction.h"
 #include "state/writing_profile.h"
@@ -88,12 +87,8 @@ void checkReader(const std::string& text, Decode decode, Encode encode) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text = textFrom({reinterpret_cast<const char*>(data), size});
-  simulated::SeededRandom random(1);
-  const auto withIds = [&random](auto decode) {
-    return [&random, decode](std::string_view json) { return decode(json, random); };
-  };
-  checkReader(text, withIds(decodeProfiles), encodeProfiles);
-  checkReader(text, withIds(decodeInstructions), encodeInstructions);
+  checkReader(text, decodeProfiles, encodeProfiles);
+  checkReader(text, decodeInstructions, encodeInstructions);
   checkReader(text, decodeHistory, encodeHistory);
   return 0;
 }

@@ -40,11 +40,11 @@ AccountRequest post(std::string path, Json body) {
 
 MacAuthService::MacAuthService(MainThread& mainThread, URLSessions& sessions,
                                UserDefaults& defaults, MacKeychainTokenStore& tokenStore,
-                               MacAppState& appState, MacHistoryStore& history, Clock& clock,
+                               AccountState& account, MacHistoryStore& history, Clock& clock,
                                Log& log, Backend backend)
     : mainThread_(mainThread),
       defaults_(defaults),
-      appState_(appState),
+      account_(account),
       history_(history),
       clock_(clock),
       log_(log),
@@ -62,7 +62,7 @@ MacAuthService::MacAuthService(MainThread& mainThread, URLSessions& sessions,
 Task<> MacAuthService::resumeSession() {
   if (tokens_.read(TokenKind::access) && !isTokenExpired()) {
     scheduleRefresh();
-    start(mainThread_, appState_.refreshUsage());
+    start(mainThread_, account_.refreshUsage());
   } else {
     co_await refreshSession();
   }
@@ -275,7 +275,7 @@ void MacAuthService::storeSession(const SupabaseAuthResponse& response) {
 
   isLoggedIn_ = true;
   publishApiKey();
-  start(mainThread_, appState_.refreshUsage());
+  start(mainThread_, account_.refreshUsage());
   history_.switchToCurrentKey();
   scheduleRefresh();
 }
@@ -291,7 +291,7 @@ void MacAuthService::signOut() {
   fullName = std::nullopt;
   avatarURL = std::nullopt;
   defaults_.remove(userEmailKey);
-  appState_.clearAccountState();
+  account_.clearAccountState();
 }
 
 // The dictation API knows the user by the access token.

@@ -19,7 +19,7 @@
 #include "platform/clock.h"
 #include "platform/url_session.h"
 #include "platform/user_defaults.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
 #include "state/history_store.h"
 #include "state/token_store.h"
 
@@ -32,13 +32,13 @@ class MacAuthService final : public SessionAuthority {
  public:
   // Restores the session of the last run; a refresh that is due begins in a later turn.
   MacAuthService(MainThread& mainThread, URLSessions& sessions, UserDefaults& defaults,
-                 MacKeychainTokenStore& tokenStore, MacAppState& appState, MacHistoryStore& history,
+                 MacKeychainTokenStore& tokenStore, AccountState& account, MacHistoryStore& history,
                  Clock& clock, Log& log, Backend backend);
 
   // --- Published ---
 
   bool isLoggedIn() const override { return isLoggedIn_; }
-  [[nodiscard]] Subscription observeIsLoggedIn(Published<bool>::Observer observer) {
+  [[nodiscard]] Subscription observeIsLoggedIn(Published<bool>::Observer observer) const {
     return isLoggedIn_.observe(std::move(observer));
   }
   Published<std::optional<std::string>> userEmail;
@@ -111,7 +111,7 @@ class MacAuthService final : public SessionAuthority {
 
   MainThread& mainThread_;
   UserDefaults& defaults_;
-  MacAppState& appState_;
+  AccountState& account_;
   MacHistoryStore& history_;
   Clock& clock_;
   Log& log_;

@@ -12,7 +12,8 @@ Program::Program(HostPorts ports, Backend backend, std::function<void()> openDia
                 ports.loginItem, ports.application, ports.log),
       api_(ports.mainThread, ports.network, ports.machine, ports.random, ports.systemLog, backend),
       tokens_(ports.keychain, ports.log),
-      history_(appState_, ports.userDefaults, ports.files, ports.queues, ports.clock, ports.random),
+      history_(appState_, appState_, ports.userDefaults, ports.files, ports.queues, ports.clock,
+               ports.random),
       auth_(ports.mainThread, ports.network, ports.userDefaults, tokens_, appState_, history_,
             ports.clock, ports.log, backend),
       insertion_(ports.mainThread, ports.permissions, ports.workspace, ports.pasteboard,
@@ -26,12 +27,18 @@ Program::Program(HostPorts ports, Backend backend, std::function<void()> openDia
           {
               .api = api_,
               .authority = auth_,
-              .state = appState_,
+              .account = appState_,
               .history = history_,
               .insertion = insertion_,
               .panel = hud_,
               .review = reviewPanel_,
               .navigator = navigator_,
+          },
+          {
+              .writing = appState_,
+              .recording = appState_,
+              .insertion = appState_,
+              .history = appState_,
           },
           {
               .mainThread = ports.mainThread,
@@ -54,8 +61,8 @@ Program::Program(HostPorts ports, Backend backend, std::function<void()> openDia
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
-      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, auth_, ports.session,
-               menuBarActions(std::move(openDiagnosticsLog))),
+      menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, appState_, auth_,
+               ports.session, menuBarActions(std::move(openDiagnosticsLog))),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
                 globalHotKey_, ports.log) {
   plugInUpperRooms();
@@ -75,9 +82,7 @@ void Program::launch() {
 }
 
 std::string Program::shortcutText() const {
-  return shortcutDisplayText({.activationMode = appState_.activationMode.get(),
-                              .toggleShortcut = appState_.toggleShortcut.get(),
-                              .holdShortcut = appState_.holdShortcut.get()});
+  return shortcutDisplayText(appState_);
 }
 
 DictationHUDCommands Program::hudCommands() {

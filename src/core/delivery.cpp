@@ -19,11 +19,13 @@ std::string reviewLabel(const std::string& code) {
 
 }  // namespace
 
-Delivery::Delivery(DictationState& dictation, MacAppState& state, MacTextInsertion& insertion,
+Delivery::Delivery(DictationState& dictation, const InsertionSettings& settings,
+                   const HistorySettings& historySettings, MacTextInsertion& insertion,
                    MacHistoryStore& history, StatusPanel& panel, ReviewPanel& review,
                    TransformPipeline& pipeline, Log& log)
     : dictation_(dictation),
-      state_(state),
+      settings_(settings),
+      historySettings_(historySettings),
       insertion_(insertion),
       history_(history),
       panel_(panel),
@@ -33,8 +35,8 @@ Delivery::Delivery(DictationState& dictation, MacAppState& state, MacTextInserti
 
 Task<Delivery::End> Delivery::deliver(FinishedText text) {
   const bool isTranslated = !text.languages.areEqual();
-  const bool isVerified = state_.validateTranslation && isTranslated;
-  const bool isReviewed = isVerified && state_.autoPaste && !text.finalText.empty();
+  const bool isVerified = settings_.validateTranslation && isTranslated;
+  const bool isReviewed = isVerified && settings_.autoPaste && !text.finalText.empty();
   if (isVerified) {
     co_await verify(text.finalText, text.languages);
     co_await checkCancellation();
@@ -43,7 +45,7 @@ Task<Delivery::End> Delivery::deliver(FinishedText text) {
   if (isReviewed) {
     const End end = co_await deliverReviewed(text);
     if (end == End::recordAgain) co_return end;
-  } else if (state_.autoPaste) {
+  } else if (settings_.autoPaste) {
     co_await insert(text.finalText, text.target, "auto-paste");
   } else {
     copy(text.finalText, "Copied — auto-paste off");
@@ -108,7 +110,7 @@ void Delivery::copy(const std::string& text, std::string status) {
 }
 
 void Delivery::record(const FinishedText& text) {
-  if (!state_.historyEnabled || isBlank(text.finalText)) return;
+  if (!historySettings_.historyEnabled || isBlank(text.finalText)) return;
   history_.record(text.rawText, text.finalText, text.languages.input, text.languages.output,
                   text.target ? text.target->localizedName : std::nullopt);
 }

@@ -13,8 +13,9 @@
 #include "core/transform_pipeline.h"
 #include "insertion/text_insertion.h"
 #include "platform/workspace.h"
-#include "state/app_state.h"
+#include "state/history_settings.h"
 #include "state/history_store.h"
+#include "state/insertion_settings.h"
 
 namespace quillo {
 
@@ -29,7 +30,8 @@ class Delivery {
   };
   enum class End { delivered, recordAgain };
 
-  Delivery(DictationState& dictation, MacAppState& state, MacTextInsertion& insertion,
+  Delivery(DictationState& dictation, const InsertionSettings& settings,
+           const HistorySettings& historySettings, MacTextInsertion& insertion,
            MacHistoryStore& history, StatusPanel& panel, ReviewPanel& review,
            TransformPipeline& pipeline, Log& log);
 
@@ -52,7 +54,8 @@ class Delivery {
   void record(const FinishedText& text);
 
   DictationState& dictation_;
-  MacAppState& state_;
+  const InsertionSettings& settings_;
+  const HistorySettings& historySettings_;
   MacTextInsertion& insertion_;
   MacHistoryStore& history_;
   StatusPanel& panel_;

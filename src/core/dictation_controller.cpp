@@ -33,16 +33,17 @@ std::string transformFailureText(const LanguagePair& pair) {
 
 }  // namespace
 
-MacDictationController::MacDictationController(Rooms rooms, Ports ports)
+MacDictationController::MacDictationController(Rooms rooms, Settings settings, Ports ports)
     : rooms_(rooms),
+      settings_(settings),
       ports_(ports),
       microphone_(ports.mainThread, ports.audio, ports.devices, ports.files, ports.random,
-                  rooms.state, ports.log),
-      rolling_(ports.mainThread, rooms.api, rooms.authority, rooms.state, ports.files, ports.log,
-               statusText),
-      pipeline_(rooms.api, rooms.authority, rooms.state, ports.log),
-      delivery_(*this, rooms.state, rooms.insertion, rooms.history, rooms.panel, rooms.review,
-                pipeline_, ports.log),
+                  settings.recording, ports.log),
+      rolling_(ports.mainThread, rooms.api, rooms.authority, rooms.account, settings.writing,
+               ports.files, ports.log, statusText),
+      pipeline_(rooms.api, rooms.authority, rooms.account, settings.writing, ports.log),
+      delivery_(*this, settings.insertion, settings.history, rooms.insertion, rooms.history,
+                rooms.panel, rooms.review, pipeline_, ports.log),
       failed_(ports.files, canRetryLast),
       fileReads_(ports.queues.make("com.murmex.mac.recording-reads")),
       alive_(std::make_shared<int>()) {
@@ -162,11 +163,11 @@ MacAudioRecorder::StartArguments MacDictationController::recorderArguments(std::
   using VoiceProcessing = MacAudioRecorder::VoiceProcessing;
   const std::weak_ptr<void> alive = alive_;
   MainThread& mainThread = ports_.mainThread;
-  const bool isDiscreet = rooms_.state.discreetMode;
+  const bool isDiscreet = settings_.recording.discreetMode;
   return {
       .maxDurationSeconds = maxDurationSeconds,
-      .voiceProcessing =
-          isDiscreet || rooms_.state.noiseReduction ? VoiceProcessing::on : VoiceProcessing::off,
+      .voiceProcessing = isDiscreet || settings_.recording.noiseReduction ? VoiceProcessing::on
+                                                                          : VoiceProcessing::off,
       .deviceUID = {},  // each attempt chooses
       .onLevel =
           [this, alive, &mainThread](float level) {
@@ -270,8 +271,8 @@ Task<MacDictationController::ProcessingEnd> MacDictationController::process(Reco
   lastVerification = std::nullopt;
   co_await checkCancellation();
 
-  statusText = rooms_.state.needsTransform() ? "Polishing" : "Preparing";
-  const LanguagePair pair = {rooms_.state.inputLanguage, rooms_.state.outputLanguage};
+  statusText = settings_.writing.needsTransform() ? "Polishing" : "Preparing";
+  const LanguagePair pair = {settings_.writing.inputLanguage, settings_.writing.outputLanguage};
   const std::string text = co_await finalText(spoken.text, spoken.used, pair);
   co_await checkCancellation();
   lastResult = text;
@@ -279,7 +280,7 @@ Task<MacDictationController::ProcessingEnd> MacDictationController::process(Reco
 
   const auto target = targetApplication_ ? targetApplication_ : lastExternalApplication_;
   const Delivery::End end = co_await delivery_.deliver({spoken.text, text, pair, target});
-  start(ports_.mainThread, rooms_.state.refreshUsage());
+  start(ports_.mainThread, rooms_.account.refreshUsage());
   co_return end == Delivery::End::recordAgain ? ProcessingEnd::recordAgain
                                               : ProcessingEnd::finished;
 }
@@ -306,16 +307,16 @@ Task<std::string> MacDictationController::transcribeWholeFile(Recording recordin
 
   // After segments the service counts both as one session.
   const bool isAfterSegments = rolling_.hasSegments();
-  MacAppState& state = rooms_.state;
+  const WritingSettings& writing = settings_.writing;
   TranscribeArguments arguments = {
       .audioData = std::move(*audio),
       .filename = path.filename().string(),
-      .language = state.inputLanguage.get(),
+      .language = writing.inputLanguage.get(),
       .identity = {},
       .durationMinutes = recording.durationSeconds / 60.0,
       .vocabulary =
-          transcriptionVocabulary(state.dictionaryVocabulary, state.dictionaryReplacements,
-                                  state.dictionaryGlossary, state.snippets),
+          transcriptionVocabulary(writing.dictionaryVocabulary, writing.dictionaryReplacements,
+                                  writing.dictionaryGlossary, writing.snippets),
       .sessionId = isAfterSegments ? rolling_.sessionId() : std::nullopt,
       .segmentIndex = std::nullopt,
       .segmentKind = isAfterSegments ? std::optional<std::string>("full") : std::nullopt,
@@ -323,7 +324,7 @@ Task<std::string> MacDictationController::transcribeWholeFile(Recording recordin
   };
   const std::function<Task<TranscribeResponse>()> send = [this, arguments = std::move(arguments)] {
     TranscribeArguments now = arguments;
-    now.identity = rooms_.state.identity();  // a refresh changes it
+    now.identity = rooms_.account.identity();  // a refresh changes it
     return rooms_.api.transcribe(std::move(now));
   };
   const TranscribeResponse reply = co_await withFreshAuth(rooms_.authority, send);
@@ -331,8 +332,8 @@ Task<std::string> MacDictationController::transcribeWholeFile(Recording recordin
 }
 
 Snippets::Result MacDictationController::applyWritingRules(const std::string& transcript) {
-  const ReplacementRules& rules = replacements_.of(rooms_.state.dictionaryReplacements);
-  return snippets_.of(rooms_.state.snippets).apply(rules.apply(transcript));
+  const ReplacementRules& rules = replacements_.of(settings_.writing.dictionaryReplacements);
+  return snippets_.of(settings_.writing.snippets).apply(rules.apply(transcript));
 }
 
 void MacDictationController::reportNoSpeech() {
@@ -458,7 +459,7 @@ void MacDictationController::insertLastResult(std::string text) {
 // ---
 
 void MacDictationController::play(std::string_view cue) {
-  if (rooms_.state.soundsEnabled) ports_.sounds.play(cue);
+  if (settings_.recording.soundsEnabled) ports_.sounds.play(cue);
 }
 
 void MacDictationController::showFor(Duration duration) {

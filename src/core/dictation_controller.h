@@ -34,8 +34,12 @@
 #include "platform/serial_queue.h"
 #include "platform/sounds.h"
 #include "platform/workspace.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
+#include "state/history_settings.h"
 #include "state/history_store.h"
+#include "state/insertion_settings.h"
+#include "state/recording_settings.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -47,12 +51,18 @@ class MacDictationController : public DictationState {
   struct Rooms {
     MurmexAPI& api;
     SessionAuthority& authority;
-    MacAppState& state;
+    AccountState& account;
     MacHistoryStore& history;
     MacTextInsertion& insertion;
     StatusPanel& panel;
     ReviewPanel& review;
     Navigator& navigator;
+  };
+  struct Settings {
+    const WritingSettings& writing;
+    const RecordingSettings& recording;
+    const InsertionSettings& insertion;
+    const HistorySettings& history;
   };
   struct Ports {
     MainThread& mainThread;
@@ -69,7 +79,7 @@ class MacDictationController : public DictationState {
     Log& log;
   };
 
-  MacDictationController(Rooms rooms, Ports ports);
+  MacDictationController(Rooms rooms, Settings settings, Ports ports);
   MacDictationController(const MacDictationController&) = delete;
   MacDictationController& operator=(const MacDictationController&) = delete;
 
@@ -139,6 +149,7 @@ class MacDictationController : public DictationState {
   void log(const std::string& message) { ports_.log.log("dictation", message); }
 
   Rooms rooms_;
+  Settings settings_;
   Ports ports_;
   Microphone microphone_;
   RollingTranscription rolling_;

@@ -18,13 +18,14 @@ constexpr int attemptsWithChosenDevice = 2;
 }  // namespace
 
 Microphone::Microphone(MainThread& mainThread, AudioSystem& audio, AudioDevices& devices,
-                       FileManager& files, Random& random, MacAppState& state, Log& log)
+                       FileManager& files, Random& random, const RecordingSettings& settings,
+                       Log& log)
     : mainThread_(mainThread),
       audio_(audio),
       devices_(devices),
       files_(files),
       random_(random),
-      state_(state),
+      settings_(settings),
       log_(log),
       recorder_(makeRecorder()) {}
 
@@ -78,7 +79,7 @@ Task<Microphone::StartEnd> Microphone::attempt(int number,
 }
 
 std::string Microphone::chooseDevice(int attempt) {
-  const std::string& chosen = state_.microphoneUID;
+  const std::string& chosen = settings_.microphoneUID;
   if (chosen.empty()) return "";
   const bool isConnected = MacAudioInputDevice::deviceID(devices_, chosen).has_value();
   if (isConnected && attempt <= attemptsWithChosenDevice) return chosen;

@@ -11,8 +11,7 @@
 #include "platform/audio_devices.h"
 #include "platform/audio_system.h"
 #include "platform/file_manager.h"
-#include "platform/random.h"
-#include "state/app_state.h"
+#include "state/recording_settings.h"
 
 namespace quillo {
 
@@ -22,7 +21,7 @@ class Microphone {
   enum class StartEnd { live, overtaken };
 
   Microphone(MainThread& mainThread, AudioSystem& audio, AudioDevices& devices, FileManager& files,
-             Random& random, MacAppState& state, Log& log);
+             Random& random, const RecordingSettings& settings, Log& log);
 
   // Up to four attempts, each with a fresh recorder; the device is chosen here. It is live when
   // audio has been seen within 350 ms, and overtaken when a later start, or abandonStart(), took
@@ -47,7 +46,7 @@ class Microphone {
   AudioDevices& devices_;
   FileManager& files_;
   Random& random_;
-  MacAppState& state_;
+  const RecordingSettings& settings_;
   Log& log_;
   std::unique_ptr<MacAudioRecorder> recorder_;
   int owner_ = 0;  // the latest start

@@ -15,12 +15,13 @@ constexpr std::size_t tailCharacters = 500;
 }  // namespace
 
 RollingTranscription::RollingTranscription(MainThread& mainThread, MurmexAPI& api,
-                                           SessionAuthority& authority, MacAppState& state,
-                                           FileManager& files, Log& log,
-                                           Published<std::string>& statusText)
+                                           SessionAuthority& authority, const AccountState& account,
+                                           const WritingSettings& writing, FileManager& files,
+                                           Log& log, Published<std::string>& statusText)
     : mainThread_(mainThread),
       services_{api, authority},
-      state_(state),
+      account_(account),
+      writing_(writing),
       files_(files),
       log_(log),
       statusText_(statusText),
@@ -49,12 +50,12 @@ TranscribeArguments RollingTranscription::argumentsFor(const Segment& segment) c
   return {
       .audioData = {},
       .filename = segment.fileURL.filename().string(),
-      .language = state_.inputLanguage.get(),
-      .identity = state_.identity(),
+      .language = writing_.inputLanguage.get(),
+      .identity = account_.identity(),
       .durationMinutes = segment.durationSeconds / 60.0,
       .vocabulary =
-          transcriptionVocabulary(state_.dictionaryVocabulary, state_.dictionaryReplacements,
-                                  state_.dictionaryGlossary, state_.snippets),
+          transcriptionVocabulary(writing_.dictionaryVocabulary, writing_.dictionaryReplacements,
+                                  writing_.dictionaryGlossary, writing_.snippets),
       .sessionId = rollingSessionId_,
       .segmentIndex = segment.segmentIndex,
       .segmentKind = "chunk",

@@ -16,7 +16,8 @@
 #include "base/published.h"
 #include "base/task.h"
 #include "core/recording_file.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -33,8 +34,8 @@ class RollingTranscription {
   using Segment = MacAudioRecorder::RecordingResult;
 
   RollingTranscription(MainThread& mainThread, MurmexAPI& api, SessionAuthority& authority,
-                       MacAppState& state, FileManager& files, Log& log,
-                       Published<std::string>& statusText);
+                       const AccountState& account, const WritingSettings& writing,
+                       FileManager& files, Log& log, Published<std::string>& statusText);
   RollingTranscription(const RollingTranscription&) = delete;
   RollingTranscription& operator=(const RollingTranscription&) = delete;
 
@@ -75,7 +76,8 @@ class RollingTranscription {
 
   MainThread& mainThread_;
   Services services_;
-  MacAppState& state_;
+  const AccountState& account_;
+  const WritingSettings& writing_;
   FileManager& files_;
   Log& log_;
   Published<std::string>& statusText_;

@@ -20,22 +20,22 @@ std::optional<std::string> trimmedOrAbsent(const std::optional<std::string>& tex
 TransformRequest TransformPipeline::requestFor(const Input& input) const {
   TransformRequest request = {
       .text = input.rawText,
-      .transformMode = normalizedMode(state_.transformMode.get()),
-      .tone = state_.tone,
+      .transformMode = normalizedMode(writing_.transformMode.get()),
+      .tone = writing_.tone,
       .readingLevel = "standard",
-      .targetLanguage = state_.outputLanguage,
-      .inputLanguage = state_.inputLanguage.get(),
+      .targetLanguage = writing_.outputLanguage,
+      .inputLanguage = writing_.inputLanguage.get(),
       .accuracyMode = "balanced",
       .inputAlreadyMetered = true,
       .customPrompt = std::nullopt,
       .promptMode = std::nullopt,
-      .preserveTerms = preserveTermsList(input.usedSnippets, state_.dictionaryVocabulary,
-                                         state_.dictionaryReplacements),
-      .glossary = state_.glossaryForOutput(),  // as far as the service takes it
-      .format = state_.formatStyle.get(),
+      .preserveTerms = preserveTermsList(input.usedSnippets, writing_.dictionaryVocabulary,
+                                         writing_.dictionaryReplacements),
+      .glossary = writing_.glossaryForOutput(),  // as far as the service takes it
+      .format = writing_.formatStyle.get(),
       .appContext = trimmedOrAbsent(input.target ? input.target->bundleIdentifier : std::nullopt),
   };
-  if (const auto prompt = state_.stylePrompt(PromptUse::dictation)) {
+  if (const auto prompt = writing_.stylePrompt(PromptUse::dictation)) {
     request.customPrompt = prompt->text;
     request.promptMode = prompt->promptMode;
   }
@@ -44,7 +44,7 @@ TransformRequest TransformPipeline::requestFor(const Input& input) const {
 
 Task<std::string> TransformPipeline::send(TransformRequest request) {
   const std::function<Task<TransformResponse>()> operation = [this, request = std::move(request)] {
-    return api_.transform(request, state_.identity());
+    return api_.transform(request, account_.identity());
   };
   TransformResponse reply = co_await withFreshAuth(authority_, operation);
   co_return std::move(reply.text);
@@ -69,7 +69,7 @@ std::string TransformPipeline::checkedOutput(const std::string& rawText,
              "transform REJECTED (" + rejected->reason +
                  "); using raw transcription — raw=" + std::to_string(characterCount(rawText)) +
                  " chars, transformed=" + std::to_string(characterCount(cleaned)) + " chars, " +
-                 state_.inputLanguage.get() + "->" + state_.outputLanguage.get());
+                 writing_.inputLanguage.get() + "->" + writing_.outputLanguage.get());
     return rawText;
   }
   if (const auto* suspicious = std::get_if<Suspicious>(&verdict)) {

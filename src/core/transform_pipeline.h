@@ -10,7 +10,8 @@
 #include "base/log.h"
 #include "base/task.h"
 #include "platform/workspace.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -31,8 +32,9 @@ class TransformPipeline {
     std::optional<RunningApplication> target;
   };
 
-  TransformPipeline(MurmexAPI& api, SessionAuthority& authority, MacAppState& state, Log& log)
-      : api_(api), authority_(authority), state_(state), log_(log) {}
+  TransformPipeline(MurmexAPI& api, SessionAuthority& authority, const AccountState& account,
+                    const WritingSettings& writing, Log& log)
+      : api_(api), authority_(authority), account_(account), writing_(writing), log_(log) {}
 
   // What the service makes of the raw text, or the raw text itself when the output may not replace
   // it. Throws what the request throws.
@@ -52,7 +54,8 @@ class TransformPipeline {
 
   MurmexAPI& api_;
   SessionAuthority& authority_;
-  MacAppState& state_;
+  const AccountState& account_;
+  const WritingSettings& writing_;
   Log& log_;
 };
 

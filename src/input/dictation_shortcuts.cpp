@@ -7,7 +7,7 @@ constexpr Duration debounceInterval = std::chrono::milliseconds(250);
 
 }  // namespace
 
-DictationShortcuts::DictationShortcuts(MainThread& mainThread, const MacAppState& settings,
+DictationShortcuts::DictationShortcuts(MainThread& mainThread, const ShortcutSettings& settings,
                                        ShortcutRoutes& routes, MacPushToTalk& pushToTalk,
                                        DictationControls& controls)
     : mainThread_(mainThread),

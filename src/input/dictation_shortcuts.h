@@ -10,15 +10,16 @@
 #include "input/push_to_talk.h"
 #include "input/shortcut_model.h"
 #include "input/shortcut_routes.h"
-#include "state/app_state.h"
+#include "state/shortcut_settings.h"
 
 namespace quillo {
 
 // Several routes report one press: each action is debounced. Main thread.
 class DictationShortcuts {
  public:
-  DictationShortcuts(MainThread& mainThread, const MacAppState& settings, ShortcutRoutes& routes,
-                     MacPushToTalk& pushToTalk, DictationControls& controls);
+  DictationShortcuts(MainThread& mainThread, const ShortcutSettings& settings,
+                     ShortcutRoutes& routes, MacPushToTalk& pushToTalk,
+                     DictationControls& controls);
 
   // At launch.
   void bindPasteLast();
@@ -33,7 +34,7 @@ class DictationShortcuts {
   void pasteLast();
 
   MainThread& mainThread_;
-  const MacAppState& settings_;
+  const ShortcutSettings& settings_;
   ShortcutRoutes& routes_;
   MacPushToTalk& pushToTalk_;
   DictationControls& controls_;

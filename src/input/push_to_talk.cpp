@@ -32,7 +32,7 @@ bool isHeldByHID(HoldShortcut shortcut, const std::set<std::int64_t>& downUsages
 }  // namespace
 
 MacPushToTalk::MacPushToTalk(MainThread& mainThread, EventMonitors& eventMonitors,
-                             MacHIDHotKeyMonitor& hidMonitor, const MacAppState& settings,
+                             MacHIDHotKeyMonitor& hidMonitor, const ShortcutSettings& settings,
                              DictationControls& controls)
     : mainThread_(mainThread),
       eventMonitors_(eventMonitors),

@@ -10,9 +10,8 @@
 #include "input/dictation_controls.h"
 #include "input/hid_hot_key_monitor.h"
 #include "input/shortcut_model.h"
-#include "platform/event_monitors.h"
-#include "platform/key_event.h"
-#include "state/app_state.h"
+#include "platform/keyboard.h"
+#include "state/shortcut_settings.h"
 
 namespace quillo {
 
@@ -21,7 +20,7 @@ namespace quillo {
 class MacPushToTalk {
  public:
   MacPushToTalk(MainThread& mainThread, EventMonitors& eventMonitors,
-                MacHIDHotKeyMonitor& hidMonitor, const MacAppState& settings,
+                MacHIDHotKeyMonitor& hidMonitor, const ShortcutSettings& settings,
                 DictationControls& controls);
   MacPushToTalk(const MacPushToTalk&) = delete;
   MacPushToTalk& operator=(const MacPushToTalk&) = delete;
@@ -52,7 +51,7 @@ class MacPushToTalk {
   MainThread& mainThread_;
   EventMonitors& eventMonitors_;
   MacHIDHotKeyMonitor& hidMonitor_;
-  const MacAppState& settings_;
+  const ShortcutSettings& settings_;
   DictationControls& controls_;
 
   std::optional<HoldShortcut> tapShortcut_;

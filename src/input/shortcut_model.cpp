@@ -60,14 +60,14 @@ std::string_view rawValueOf(ActivationMode mode) {
 // --- Texts ---
 
 std::string shortcutDisplayText(const ShortcutSettings& settings) {
-  if (activationModeFrom(settings.activationMode) == ActivationMode::hold)
-    return "Hold " + std::string(choiceFor(holdShortcuts, settings.holdShortcut).label);
-  return std::string(choiceFor(toggleShortcuts, settings.toggleShortcut).label);
+  if (activationModeFrom(settings.activationMode.get()) == ActivationMode::hold)
+    return "Hold " + std::string(choiceFor(holdShortcuts, settings.holdShortcut.get()).label);
+  return std::string(choiceFor(toggleShortcuts, settings.toggleShortcut.get()).label);
 }
 
 std::string shortcutUseText(const ShortcutSettings& settings) {
   const std::string keys = shortcutDisplayText(settings);
-  if (activationModeFrom(settings.activationMode) == ActivationMode::hold)
+  if (activationModeFrom(settings.activationMode.get()) == ActivationMode::hold)
     return keys + ", speak, then release to insert.";
   return "Press " + keys + " to start, again to stop.";
 }

@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/key_event.h"
+#include "platform/keyboard.h"
+#include "state/shortcut_settings.h"
 
 namespace quillo {
 
@@ -55,13 +56,6 @@ ToggleShortcut toggleShortcutFrom(std::string_view rawValue);
 std::string_view rawValueOf(ActivationMode mode);
 
 // --- Texts ---
-
-// The three settings as they are stored.
-struct ShortcutSettings {
-  std::string_view activationMode;
-  std::string_view toggleShortcut;
-  std::string_view holdShortcut;
-};
 
 // For the status surfaces: "Hold Fn", or "Ctrl+Option+Space".
 std::string shortcutDisplayText(const ShortcutSettings& settings);

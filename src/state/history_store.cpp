@@ -24,9 +24,11 @@ std::string safeKey(std::string_view key) {
 
 }  // namespace
 
-MacHistoryStore::MacHistoryStore(MacAppState& appState, UserDefaults& defaults, FileManager& files,
-                                 SerialQueues& queues, Clock& clock, Random& random)
-    : appState_(appState),
+MacHistoryStore::MacHistoryStore(const HistorySettings& settings, const AccountState& account,
+                                 UserDefaults& defaults, FileManager& files, SerialQueues& queues,
+                                 Clock& clock, Random& random)
+    : settings_(settings),
+      account_(account),
       defaults_(defaults),
       files_(files),
       clock_(clock),
@@ -36,15 +38,15 @@ MacHistoryStore::MacHistoryStore(MacAppState& appState, UserDefaults& defaults, 
   files_.createDirectory(directory_);  // without it nothing is kept, and nothing fails
   takeOverSingleUserFile();
   switchToCurrentKey();
-  retentionChanged_ = appState_.historyRetentionDays.observe([this](auto) { purgeExpired(); });
-  accountCleared_ = appState_.observeAccountCleared([this] { switchToCurrentKey(); });
+  retentionChanged_ = settings_.historyRetentionDays.observe([this](auto) { purgeExpired(); });
+  accountCleared_ = account_.observeAccountCleared([this] { switchToCurrentKey(); });
 }
 
 // --- Files ---
 
-std::string MacHistoryStore::keyOfAccount() {
+std::string MacHistoryStore::keyOfAccount() const {
   const std::string user = defaults_.text("mac.userId").value_or("");
-  return user.empty() ? "device-" + appState_.deviceId() : "user-" + user;
+  return user.empty() ? "device-" + account_.deviceId() : "user-" + user;
 }
 
 FilePath MacHistoryStore::fileOf(std::string_view key) const {
@@ -54,7 +56,7 @@ FilePath MacHistoryStore::fileOf(std::string_view key) const {
 void MacHistoryStore::takeOverSingleUserFile() {
   const FilePath older = directory_ / "history.json";
   if (!files_.exists(older)) return;
-  const FilePath target = fileOf("device-" + appState_.deviceId());
+  const FilePath target = fileOf("device-" + account_.deviceId());
   // What fails here is tried again at the next start.
   if (files_.exists(target)) {
     files_.remove(older);
@@ -109,7 +111,7 @@ void MacHistoryStore::record(std::string rawTranscript, std::string finalText,
 }
 
 std::optional<Date> MacHistoryStore::retentionCutoff() const {
-  const std::int64_t days = appState_.historyRetentionDays;
+  const std::int64_t days = settings_.historyRetentionDays;
   if (days < 1) return std::nullopt;
   return clock_.daysBefore(clock_.now(), std::min(days, longestRetentionDays));
 }

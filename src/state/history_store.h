@@ -15,8 +15,9 @@
 #include "platform/random.h"
 #include "platform/serial_queue.h"
 #include "platform/user_defaults.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
 #include "state/history_entry.h"
+#include "state/history_settings.h"
 
 namespace quillo {
 
@@ -27,8 +28,9 @@ class MacHistoryStore {
   static constexpr std::int64_t maxEntries = 500;
 
   // Takes over the history of versions without accounts, and loads the current account's.
-  MacHistoryStore(MacAppState& appState, UserDefaults& defaults, FileManager& files,
-                  SerialQueues& queues, Clock& clock, Random& random);
+  MacHistoryStore(const HistorySettings& settings, const AccountState& account,
+                  UserDefaults& defaults, FileManager& files, SerialQueues& queues, Clock& clock,
+                  Random& random);
 
   Published<HistoryEntries> entries;  // newest first
 
@@ -54,7 +56,7 @@ class MacHistoryStore {
  private:
   using IsRemoved = std::function<bool(const MacHistoryEntry&)>;
 
-  std::string keyOfAccount();
+  std::string keyOfAccount() const;
   FilePath fileOf(std::string_view key) const;
   void takeOverSingleUserFile();
   HistoryEntries load(std::string_view key) const;
@@ -62,7 +64,8 @@ class MacHistoryStore {
   // `entries` without some of them, in their order.
   HistoryEntries remaining(const IsRemoved& isRemoved) const;
 
-  MacAppState& appState_;
+  const HistorySettings& settings_;
+  const AccountState& account_;
   UserDefaults& defaults_;
   FileManager& files_;
   Clock& clock_;

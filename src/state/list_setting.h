@@ -21,8 +21,8 @@ class ListSetting : public Setting<std::vector<Element>> {
   using Setting<List>::Setting;
   using Setting<List>::operator=;
 
-  static ListSetting stored(UserDefaults& defaults, const char* key) {
-    return ListSetting(defaults, key, storedOr<List>(defaults, key, {}));
+  static ListSetting stored(SettingRegistry& registry, const char* key) {
+    return ListSetting(registry, key, storedOr<List>(registry.defaults(), key, {}));
   }
 
   void append(Element element) {
@@ -52,8 +52,8 @@ class DictionaryList : public ListSetting<TextDictionary> {
   using ListSetting::ListSetting;
   using ListSetting::operator=;
 
-  static DictionaryList stored(UserDefaults& defaults, const char* key) {
-    return DictionaryList(defaults, key, storedOr<List>(defaults, key, {}));
+  static DictionaryList stored(SettingRegistry& registry, const char* key) {
+    return DictionaryList(registry, key, storedOr<List>(registry.defaults(), key, {}));
   }
 
   void updateEntry(std::size_t index, std::string_view key, std::string value) {

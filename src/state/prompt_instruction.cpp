@@ -12,9 +12,9 @@ namespace {
 constexpr const char* styleKind = "style";
 constexpr const char* savedKind = "saved";
 
-PromptInstruction decodeInstruction(const Json& object, Random& random) {
+PromptInstruction decodeInstruction(const Json& object) {
   return {
-      .id = lenientId(object, random),
+      .id = lenientId(object),
       .kind = lenientText(object, "kind").value_or(""),
       .name = lenientText(object, "name").value_or(""),
       .text = lenientText(object, "text").value_or(""),
@@ -89,15 +89,20 @@ Bytes encodeInstructions(const std::vector<PromptInstruction>& instructions) {
   return encodeRecords(instructions, encodeInstruction);
 }
 
-std::optional<std::vector<PromptInstruction>> decodeInstructions(std::string_view json,
-                                                                 Random& random) {
-  return decodeRecords<PromptInstruction>(json, random, decodeInstruction);
+std::optional<std::vector<PromptInstruction>> decodeInstructions(std::string_view json) {
+  return decodeRecords<PromptInstruction>(json, decodeInstruction);
+}
+
+std::optional<std::vector<PromptInstruction>> StoredForm<std::vector<PromptInstruction>>::read(
+    const UserDefaults& defaults, std::string_view key) {
+  return identified(decodeInstructions(defaults.data(key).value_or("")));
 }
 
 std::vector<PromptInstruction> loadInstructions(const UserDefaults& defaults, const char* key,
                                                 Random& random) {
-  auto instructions = decodeInstructions(defaults.data(key).value_or(""), random);
+  auto instructions = decodeInstructions(defaults.data(key).value_or(""));
   if (!instructions) return olderPrompt(defaults, random);
+  identify(*instructions, random);
   for (PromptInstruction& each : *instructions) {
     if (each.kind.empty()) each.kind = countsAsSaved(each) ? savedKind : styleKind;
   }

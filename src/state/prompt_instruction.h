@@ -44,10 +44,9 @@ std::vector<PromptInstruction> savedPromptsAmong(
 
 // A JSON array of objects.
 Bytes encodeInstructions(const std::vector<PromptInstruction>& instructions);
-// Field by field: what is missing or mistyped gets its default. Nothing when this is no array of
-// objects.
-std::optional<std::vector<PromptInstruction>> decodeInstructions(std::string_view json,
-                                                                 Random& random);
+// Field by field: what is missing or mistyped gets its default, a missing identifier empty text.
+// Nothing when this is no array of objects.
+std::optional<std::vector<PromptInstruction>> decodeInstructions(std::string_view json);
 
 // The stored instructions, each with its kind, or the one prompt of an older version. Nothing is
 // written back.
@@ -56,6 +55,9 @@ std::vector<PromptInstruction> loadInstructions(const UserDefaults& defaults, co
 
 template <>
 struct StoredForm<std::vector<PromptInstruction>> {
+  // Nothing also when one has no identifier.
+  static std::optional<std::vector<PromptInstruction>> read(const UserDefaults& defaults,
+                                                            std::string_view key);
   static void write(UserDefaults& defaults, std::string_view key,
                     const std::vector<PromptInstruction>& instructions) {
     defaults.setData(key, encodeInstructions(instructions));

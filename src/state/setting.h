@@ -9,6 +9,7 @@
 
 #include "base/published.h"
 #include "platform/user_defaults.h"
+#include "state/setting_registry.h"
 
 namespace quillo {
 
@@ -50,17 +51,19 @@ T storedOr(const UserDefaults& defaults, std::string_view key, T fallback) {
 }
 
 // Assignment writes the value to the store, then publishes it: an observer finds both changed.
-// Construction never writes. Main thread only.
+// Construction adds the setting to its registry, and never writes. Main thread only.
 template <class T>
-class Setting : private Published<T> {
+class Setting : public StoredSetting, private Published<T> {
  public:
   // Holds `initial` until it is assigned. The store and the text of `key` outlive the setting.
-  Setting(UserDefaults& defaults, const char* key, T initial)
-      : Published<T>(std::move(initial)), defaults_(defaults), key_(key) {}
+  Setting(SettingRegistry& registry, const char* key, T initial)
+      : StoredSetting(key), Published<T>(std::move(initial)), defaults_(registry.defaults()) {
+    registry.add(*this);
+  }
 
   // What is stored under `key`, else `fallback`.
-  static Setting stored(UserDefaults& defaults, const char* key, T fallback) {
-    return Setting(defaults, key, storedOr<T>(defaults, key, std::move(fallback)));
+  static Setting stored(SettingRegistry& registry, const char* key, T fallback) {
+    return Setting(registry, key, storedOr<T>(registry.defaults(), key, std::move(fallback)));
   }
 
   using Published<T>::get;
@@ -70,14 +73,20 @@ class Setting : private Published<T> {
   using typename Published<T>::Observer;
 
   Setting& operator=(T value) {
-    StoredForm<T>::write(defaults_, key_, value);
+    StoredForm<T>::write(defaults_, key(), value);
     Published<T>::operator=(std::move(value));
     return *this;
   }
 
+  void writeTo(UserDefaults& store) const override { StoredForm<T>::write(store, key(), get()); }
+  bool takeFrom(const UserDefaults& store) override {
+    auto value = StoredForm<T>::read(store, key());
+    if (value) *this = *std::move(value);
+    return value.has_value();
+  }
+
  private:
   UserDefaults& defaults_;
-  const char* key_;
 };
 
 }  // namespace quillo

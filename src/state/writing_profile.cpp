@@ -12,9 +12,9 @@
 namespace quillo {
 namespace {
 
-WritingProfile decodeProfile(const Json& object, Random& random) {
+WritingProfile decodeProfile(const Json& object) {
   return {
-      .id = lenientId(object, random),
+      .id = lenientId(object),
       .name = lenientText(object, "name").value_or(""),
       .inputLanguage = lenientText(object, "inputLanguage").value_or(defaultLanguage),
       .outputLanguage = lenientText(object, "outputLanguage").value_or(defaultLanguage),
@@ -86,15 +86,21 @@ Bytes encodeProfiles(const std::vector<WritingProfile>& profiles) {
   return encodeRecords(profiles, encodeProfile);
 }
 
-std::optional<std::vector<WritingProfile>> decodeProfiles(std::string_view json, Random& random) {
-  return decodeRecords<WritingProfile>(json, random, decodeProfile);
+std::optional<std::vector<WritingProfile>> decodeProfiles(std::string_view json) {
+  return decodeRecords<WritingProfile>(json, decodeProfile);
+}
+
+std::optional<std::vector<WritingProfile>> StoredForm<std::vector<WritingProfile>>::read(
+    const UserDefaults& defaults, std::string_view key) {
+  return identified(decodeProfiles(defaults.data(key).value_or("")));
 }
 
 std::vector<WritingProfile> loadProfiles(const UserDefaults& defaults, const char* key,
                                          const std::vector<TextDictionary>& savedLanguagePairs,
                                          const WritingProfile& current, Random& random) {
-  auto profiles = decodeProfiles(defaults.data(key).value_or(""), random);
+  auto profiles = decodeProfiles(defaults.data(key).value_or(""));
   if (!profiles) return profilesFromPairs(savedLanguagePairs, current, random);
+  identify(*profiles, random);
   for (WritingProfile& profile : *profiles)
     profile.transformMode = normalizedMode(profile.transformMode);
   return *std::move(profiles);

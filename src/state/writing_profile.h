@@ -34,9 +34,9 @@ std::string profileSummary(const WritingProfile& profile);
 
 // A JSON array of objects.
 Bytes encodeProfiles(const std::vector<WritingProfile>& profiles);
-// Field by field: what is missing or mistyped gets its default. Nothing when this is no array of
-// objects.
-std::optional<std::vector<WritingProfile>> decodeProfiles(std::string_view json, Random& random);
+// Field by field: what is missing or mistyped gets its default, a missing identifier empty text.
+// Nothing when this is no array of objects.
+std::optional<std::vector<WritingProfile>> decodeProfiles(std::string_view json);
 
 // The stored profiles. An installation from before profiles gets one for each of its saved
 // language pairs, with mode, tone and format of `current`; that is not written back.
@@ -46,6 +46,9 @@ std::vector<WritingProfile> loadProfiles(const UserDefaults& defaults, const cha
 
 template <>
 struct StoredForm<std::vector<WritingProfile>> {
+  // Nothing also when one has no identifier.
+  static std::optional<std::vector<WritingProfile>> read(const UserDefaults& defaults,
+                                                         std::string_view key);
   static void write(UserDefaults& defaults, std::string_view key,
                     const std::vector<WritingProfile>& profiles) {
     defaults.setData(key, encodeProfiles(profiles));

@@ -12,6 +12,7 @@
 #include "account/auth_service.h"
 #include "base/iso8601.h"
 #include "hosts/simulated/simulated_desktop.h"
+#include "state/app_state.h"
 
 namespace quillo {
 
@@ -41,8 +42,8 @@ class AccountTest : public testing::Test {
                    desktop_.machine(), desktop_.loginItem(), desktop_.application(),
                    desktop_.log());
     state_->setUsageSource([this] { return countUsageRefresh(); });
-    history_.emplace(*state_, defaults(), desktop_.files(), desktop_.queues(), desktop_.clock(),
-                     desktop_.random());
+    history_.emplace(*state_, *state_, defaults(), desktop_.files(), desktop_.queues(),
+                     desktop_.clock(), desktop_.random());
     auth_.emplace(desktop_.mainThread(), desktop_.network(), defaults(), tokenStore_, *state_,
                   *history_, desktop_.clock(), desktop_.log(),
                   Backend{"https://service.test", "anonymous"});

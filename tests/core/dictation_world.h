@@ -14,6 +14,7 @@
 #include "core/dictation_controller.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "recorded_panels.h"
+#include "state/app_state.h"
 
 namespace quillo {
 
@@ -76,9 +77,9 @@ class DictationWorld {
   MacAppState state{desktop.mainThread(),  desktop.userDefaults(), desktop.clock(),
                     desktop.random(),      desktop.machine(),      desktop.loginItem(),
                     desktop.application(), desktop.log()};
-  MacHistoryStore history{state,           desktop.userDefaults(),
-                          desktop.files(), desktop.queues(),
-                          desktop.clock(), desktop.random()};
+  MacHistoryStore history{
+      state,           state,           desktop.userDefaults(), desktop.files(), desktop.queues(),
+      desktop.clock(), desktop.random()};
   MacKeychainTokenStore tokens{desktop.keychain(), desktop.log()};
   Backend backend{"https://service.test", "anonymous"};
   MacAuthService auth{desktop.mainThread(),
@@ -99,6 +100,7 @@ class DictationWorld {
       desktop.log()};
   MacDictationController dictation{
       {api, auth, state, history, insertion, panel, review, navigator},
+      {state, state, state, state},
       {desktop.mainThread(), desktop.audioSystem(), desktop.audioDevices(), desktop.permissions(),
        desktop.workspace(), desktop.application(), desktop.alerts(), desktop.sounds(),
        desktop.files(), desktop.queues(), desktop.random(), desktop.log()}};

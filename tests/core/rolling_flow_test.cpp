@@ -58,7 +58,7 @@ class SegmentsByHand : public RollingFlow {
 
   Published<std::string> status;
   std::optional<RollingTranscription> rolling{
-      std::in_place, desktop.mainThread(), api,           auth,
+      std::in_place, desktop.mainThread(), api,           auth,  state,
       state,         desktop.files(),      desktop.log(), status};
 };
 

@@ -7,6 +7,7 @@
 #include "hosts/simulated/simulated_desktop.h"
 #include "input/cycle_hot_key.h"
 #include "input/dictation_shortcuts.h"
+#include "state/app_state.h"
 
 namespace quillo {
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "hosts/simulated/storage/memory_user_defaults.h"
+
 namespace quillo {
 namespace {
 
@@ -40,11 +42,20 @@ TEST(ShortcutModelTest, UnknownTextsMeanTheFirstChoice) {
   EXPECT_EQ(activationModeFrom("pushToTalk"), ActivationMode::toggle);
   EXPECT_EQ(holdShortcutFrom("ctrl_opt_space"), HoldShortcut::ctrlOpt);
   EXPECT_EQ(toggleShortcutFrom("Fn"), ToggleShortcut::ctrlOptSpace);
-  EXPECT_EQ(shortcutDisplayText({"hold", "fn", "?"}), "Hold Ctrl+Option");
-  EXPECT_EQ(shortcutDisplayText({"?", "right_opt", "fn"}), "Right Option");
-  EXPECT_EQ(shortcutUseText({"toggle", "?", "fn"}),
+  simulated::MemoryUserDefaults store;
+  SettingRegistry registry(store);
+  ShortcutSettings chosen(registry);
+  const auto choose = [&](auto mode, auto toggle, auto hold) -> const ShortcutSettings& {
+    chosen.activationMode = mode;
+    chosen.toggleShortcut = toggle;
+    chosen.holdShortcut = hold;
+    return chosen;
+  };
+  EXPECT_EQ(shortcutDisplayText(choose("hold", "fn", "?")), "Hold Ctrl+Option");
+  EXPECT_EQ(shortcutDisplayText(choose("?", "right_opt", "fn")), "Right Option");
+  EXPECT_EQ(shortcutUseText(choose("toggle", "?", "fn")),
             "Press Ctrl+Option+Space to start, again to stop.");
-  EXPECT_EQ(shortcutUseText({"hold", "fn", "opt_cmd"}),
+  EXPECT_EQ(shortcutUseText(choose("hold", "fn", "opt_cmd")),
             "Hold Option+Command, speak, then release to insert.");
   EXPECT_TRUE(toggleShortcutHint(ToggleShortcut::rightOpt));
   EXPECT_FALSE(holdShortcutHint(HoldShortcut::rightOpt));

@@ -15,7 +15,7 @@ class MenuBarTest : public AccountTest {
   void showMenu() {
     const auto note = [this](std::string what) { return [this, what] { done_.push_back(what); }; };
     menuBar_.emplace(
-        desktop_.mainThread(), item(), dictation_, *state_, *auth_, desktop_.session(),
+        desktop_.mainThread(), item(), dictation_, *state_, *state_, *auth_, desktop_.session(),
         MenuBarActions{
             .toggleRecording = note("toggle"),
             .retryLastRecording = note("retry"),

@@ -53,7 +53,56 @@ TEST_F(AppStateTest, WhatOlderVersionsAndTheSystemLeftIsCorrectedInTheStore) {
 
 // --- Write-through ---
 
-TEST_F(AppStateTest, WhatIsAssignedIsThereInTheNextRun) {
+using StoredValue =
+    std::tuple<std::optional<std::string>, std::optional<bool>, std::optional<std::int64_t>,
+               std::optional<Bytes>, std::optional<std::vector<std::string>>,
+               std::optional<std::vector<TextDictionary>>>;
+
+StoredValue valueIn(const UserDefaults& store, const char* key) {
+  return {store.text(key), store.boolean(key), store.integer(key),
+          store.data(key), store.texts(key),   store.dictionaries(key)};
+}
+
+// Another value of the same type.
+void change(UserDefaults& store, const char* key) {
+  if (const auto text = store.text(key)) store.setText(key, "other " + *text);
+  if (const auto boolean = store.boolean(key)) store.setBoolean(key, !*boolean);
+  if (const auto integer = store.integer(key)) store.setInteger(key, *integer + 1);
+}
+
+TEST_F(AppStateTest, EverySettingIsFoundByItsKeyTakesAValueAndKeepsIt) {
+  MacAppState& first = launch();
+  first.addStyleInstruction();
+  first.promptInstructions.edit(0, [](PromptInstruction& style) { style.text = "Be brief. ✂︎"; });
+  first.saveCurrentProfile("Home");
+  first.addVocabularyTerm("Quillo");
+  first.addReplacementRule("quilo", "Quillo");
+  first.addGlossaryEntry("invoice", "Rechnung");
+  first.addSnippet("sig", "Best regards");
+  simulated::MemoryUserDefaults chosen;
+  for (const StoredSetting* each : first.settings()) {
+    each->writeTo(chosen);
+    change(chosen, each->key());
+  }
+  chosen.setText("transformMode", "improve");  // of these only some last
+  chosen.setInteger("mac.cycleHotKeyKeyCode", 38);
+  chosen.setInteger("mac.cycleHotKeyModifiers", 4096);
+  stored() = {};
+  for (const StoredSetting* each : launch().settings())
+    EXPECT_TRUE(state_->setting(each->key())->takeFrom(chosen)) << each->key();
+
+  simulated::MemoryUserDefaults kept;
+  for (StoredSetting* each : launch().settings()) {
+    each->writeTo(kept);
+    EXPECT_EQ(valueIn(kept, each->key()), valueIn(chosen, each->key())) << each->key();
+    kept.setForeignValue(each->key());
+    EXPECT_FALSE(each->takeFrom(kept)) << each->key();
+  }
+  EXPECT_EQ(kept.keys().size(), state_->settings().size());  // each has a key of its own
+  EXPECT_EQ(state_->setting("mac.nonsense"), nullptr);
+}
+
+TEST_F(AppStateTest, WhatIsAssignedIsStoredBeforeItIsPublished) {
   MacAppState& first = launch();
   first.transformMode = "polish";  // as given: only a launch corrects it
   std::string seen;                // by an observer, who finds the value stored already
@@ -61,19 +110,10 @@ TEST_F(AppStateTest, WhatIsAssignedIsThereInTheNextRun) {
       [&](const std::string& tone) { seen = tone + "/" + *stored().text("tone"); });
   first.tone = "friendly";
   EXPECT_EQ(seen, "friendly/friendly");
-  first.autoPaste = false;
-  first.historyRetentionDays = 30;
-  first.snippets.append({{"cue", "sig"}, {"text", "Best regards"}});
-  first.addStyleInstruction();
-  first.promptInstructions.edit(0, [](PromptInstruction& style) { style.text = "Be brief. ✂︎"; });
   first.showPreview = false;
 
   MacAppState& second = launch();
   EXPECT_EQ(second.transformMode.get(), "improve");
-  EXPECT_FALSE(second.autoPaste);
-  EXPECT_EQ(second.historyRetentionDays.get(), 30);
-  EXPECT_EQ(second.snippets->front().at("text"), "Best regards");
-  EXPECT_EQ(second.promptInstructions->front().text, "Be brief. ✂︎");
   EXPECT_TRUE(second.showPreview);  // this one is only ever read
 }
 

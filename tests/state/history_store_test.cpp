@@ -33,7 +33,7 @@ class HistoryTest : public StateTest {
   MacHistoryStore& open() {
     history_.reset();  // before the settings that it refers to
     MacAppState& state = launch();
-    history_.emplace(state, stored(), desktop_.files(), desktop_.queues(), desktop_.clock(),
+    history_.emplace(state, state, stored(), desktop_.files(), desktop_.queues(), desktop_.clock(),
                      desktop_.random());
     return *history_;
   }

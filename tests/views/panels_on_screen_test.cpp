@@ -112,14 +112,13 @@ class PanelsOnScreen : public testing::Test {
   simulated::SimulatedDesktop unseen_;
   linux_host::QtWindows windows_{views_, unseen_.userDefaults(), screens_};
   linux_host::QtApplication application_{{}, host_.mainThread(), &windows_};
-  MacAppState appState_{host_.mainThread(), unseen_.userDefaults(), unseen_.clock(),
-                        unseen_.random(),   unseen_.machine(),      unseen_.loginItem(),
-                        application_,       unseen_.log()};
+  SettingRegistry registry_{unseen_.userDefaults()};
+  InsertionSettings settings_{registry_};
   DictationState dictation_;
   std::vector<std::string> pressed_;
   MacDictationHUD hud_{host_.mainThread(), panels_, screens_, [] { return "Fn"; }};
   ToastPanel toast_{host_.mainThread(), panels_, screens_};
-  MacReviewPanel review_{host_.mainThread(), panels_, screens_, application_, appState_};
+  MacReviewPanel review_{host_.mainThread(), panels_, screens_, application_, settings_};
 };
 
 TEST_F(PanelsOnScreen, AClickGoesThroughARecordingAndHitsTheButtonsOfAFailure) {

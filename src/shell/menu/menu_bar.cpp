@@ -6,31 +6,32 @@
 
 namespace quillo {
 
-MenuBar::MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState& dictation,
-                 MacAppState& appState, MacAuthService& auth, const DesktopSession& session,
-                 MenuBarActions actions)
+MenuBar::MenuBar(MainThread& mainThread, StatusItem& statusItem, const DictationState& dictation,
+                 const WritingSettings& writing, const ShortcutSettings& shortcuts,
+                 const MacAuthService& auth, const DesktopSession& session, MenuBarActions actions)
     : mainThread_(mainThread),
       statusItem_(statusItem),
       dictation_(dictation),
-      appState_(appState),
+      writing_(writing),
+      shortcuts_(shortcuts),
       auth_(auth),
       session_(session),
       actions_(std::move(actions)) {
-  const auto follow = [this](auto& published) {
+  const auto follow = [this](const auto& published) {
     subscriptions_.push_back(published.observe([this](const auto&) { updateLater(); }));
   };
   follow(dictation.isRecording);
   follow(dictation.isProcessing);
   follow(dictation.canRetryLast);
   follow(dictation.lastResult);
-  follow(appState.cycleHotKeyKeyCode);
-  follow(appState.cycleHotKeyModifiers);
-  follow(appState.writingProfiles);
-  follow(appState.inputLanguage);
-  follow(appState.outputLanguage);
-  follow(appState.transformMode);
-  follow(appState.tone);
-  follow(appState.formatStyle);
+  follow(shortcuts.cycleHotKeyKeyCode);
+  follow(shortcuts.cycleHotKeyModifiers);
+  follow(writing.writingProfiles);
+  follow(writing.inputLanguage);
+  follow(writing.outputLanguage);
+  follow(writing.transformMode);
+  follow(writing.tone);
+  follow(writing.formatStyle);
   follow(auth.userEmail);
   subscriptions_.push_back(auth.observeIsLoggedIn([this](bool) { updateLater(); }));
   updateLater();
@@ -52,16 +53,17 @@ void MenuBar::updateLater() {
 }
 
 void MenuBar::update() {
-  const std::vector<WritingProfile>& profiles = appState_.writingProfiles;
+  const std::vector<WritingProfile>& profiles = writing_.writingProfiles;
   const QuilloMenuBarContent content = {
       .limitation = session_.limitation(),
       .isRecording = dictation_.isRecording,
       .isProcessing = dictation_.isProcessing,
       .canRetryLast = dictation_.canRetryLast,
       .hasLastResult = !dictation_.lastResult.get().empty(),
-      .cycleHotKeyLabel = hotKeyLabel(appState_.cycleHotKeyKeyCode, appState_.cycleHotKeyModifiers),
+      .cycleHotKeyLabel =
+          hotKeyLabel(shortcuts_.cycleHotKeyKeyCode, shortcuts_.cycleHotKeyModifiers),
       .profiles = profiles,
-      .currentProfile = indexOfSameSetting(profiles, appState_.currentProfile()),
+      .currentProfile = indexOfSameSetting(profiles, writing_.currentProfile()),
       .isSignedIn = auth_.isLoggedIn(),
       .userEmail = auth_.userEmail,
       .hasUpdateBadge = hasUpdateBadge_,

@@ -10,7 +10,8 @@
 #include "platform/desktop_session.h"
 #include "platform/status_item.h"
 #include "shell/menu/menu_bar_content.h"
-#include "state/app_state.h"
+#include "state/shortcut_settings.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -18,9 +19,9 @@ namespace quillo {
 // in a later one, and so is the item at first. Main thread.
 class MenuBar {
  public:
-  MenuBar(MainThread& mainThread, StatusItem& statusItem, DictationState& dictation,
-          MacAppState& appState, MacAuthService& auth, const DesktopSession& session,
-          MenuBarActions actions);
+  MenuBar(MainThread& mainThread, StatusItem& statusItem, const DictationState& dictation,
+          const WritingSettings& writing, const ShortcutSettings& shortcuts,
+          const MacAuthService& auth, const DesktopSession& session, MenuBarActions actions);
   MenuBar(const MenuBar&) = delete;
   MenuBar& operator=(const MenuBar&) = delete;
 
@@ -34,9 +35,10 @@ class MenuBar {
 
   MainThread& mainThread_;
   StatusItem& statusItem_;
-  DictationState& dictation_;
-  MacAppState& appState_;
-  MacAuthService& auth_;
+  const DictationState& dictation_;
+  const WritingSettings& writing_;
+  const ShortcutSettings& shortcuts_;
+  const MacAuthService& auth_;
   const DesktopSession& session_;
   MenuBarActions actions_;
   bool hasUpdateBadge_ = false;

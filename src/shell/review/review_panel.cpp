@@ -12,12 +12,12 @@ constexpr Size initialSize{460, 10};
 }  // namespace
 
 MacReviewPanel::MacReviewPanel(MainThread& mainThread, Panels& panels, Screens& screens,
-                               Application& application, MacAppState& appState)
+                               Application& application, const InsertionSettings& settings)
     : mainThread_(mainThread),
       panels_(panels),
       screens_(screens),
       application_(application),
-      appState_(appState) {}
+      settings_(settings) {}
 
 Task<ReviewDecision> MacReviewPanel::present(ReviewRequest request) {
   const Completion<Decision> decided(mainThread_);
@@ -35,7 +35,7 @@ void MacReviewPanel::open(ReviewRequest request) {
                                               .means = std::move(request.means),
                                               .willInsert = std::move(request.willInsert),
                                               .insertLanguage = std::move(request.insertLanguage),
-                                              .escInserts = appState_.escInserts,
+                                              .escInserts = settings_.escInserts,
                                               .onInsert = [this] { resolve(Decision::insert); },
                                               .onReRecord = [this] { resolve(Decision::reRecord); },
                                               .onDiscard = [this] { resolve(Decision::discard); },

@@ -9,7 +9,7 @@
 #include "platform/panels.h"
 #include "platform/screens.h"
 #include "shell/review/review_view.h"
-#include "state/app_state.h"
+#include "state/insertion_settings.h"
 
 namespace quillo {
 
@@ -19,7 +19,7 @@ class MacReviewPanel final : public ReviewPanel {
   using Decision = ReviewDecision;
 
   MacReviewPanel(MainThread& mainThread, Panels& panels, Screens& screens, Application& application,
-                 MacAppState& appState);
+                 const InsertionSettings& settings);
 
   // Waits for as long as the user does, also when the waiting task is cancelled.
   Task<Decision> present(ReviewRequest request) override;
@@ -34,7 +34,7 @@ class MacReviewPanel final : public ReviewPanel {
   Panels& panels_;
   Screens& screens_;
   Application& application_;
-  MacAppState& appState_;
+  const InsertionSettings& settings_;
   std::optional<Completion<Decision>> continuation_;
   // Kept until the next review: it is one of its own buttons that ends a review.
   std::unique_ptr<MacReviewView> view_;

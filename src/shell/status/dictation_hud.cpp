@@ -20,7 +20,7 @@ MacDictationHUD::MacDictationHUD(MainThread& mainThread, Panels& panels, Screens
       screens_(screens),
       shortcutText_(std::move(shortcutText)) {}
 
-void MacDictationHUD::follow(DictationState& dictation, DictationHUDCommands commands) {
+void MacDictationHUD::follow(const DictationState& dictation, DictationHUDCommands commands) {
   view_.emplace(dictation, shortcutText_, std::move(commands));
 }
 

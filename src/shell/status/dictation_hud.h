@@ -21,7 +21,7 @@ class MacDictationHUD final : public StatusPanel {
 
   // To be called once, before anything is shown. `dictation` outlives this, or everything that is
   // shown has gone before it.
-  void follow(DictationState& dictation, DictationHUDCommands commands);
+  void follow(const DictationState& dictation, DictationHUDCommands commands);
 
   void show() override;
   void hideAfter(Duration delay) override;

@@ -35,12 +35,12 @@ DictationHUDContent hudContent(const DictationState& dictation, std::string shor
   return content;
 }
 
-MacDictationHUDView::MacDictationHUDView(DictationState& dictation, ShortcutText shortcutText,
+MacDictationHUDView::MacDictationHUDView(const DictationState& dictation, ShortcutText shortcutText,
                                          DictationHUDCommands commands)
     : dictation_(dictation),
       shortcutText_(std::move(shortcutText)),
       commands_(std::move(commands)) {
-  const auto follow = [this](auto& published) {
+  const auto follow = [this](const auto& published) {
     subscriptions_.push_back(published.observe([this](const auto&) {
       const DictationHUDContent content = hudContent(dictation_, shortcut_);
       if (content != content_.get()) content_ = content;

@@ -44,7 +44,7 @@ class MacDictationHUDView final : public Content {
  public:
   using ShortcutText = std::function<std::string()>;
 
-  MacDictationHUDView(DictationState& dictation, ShortcutText shortcutText,
+  MacDictationHUDView(const DictationState& dictation, ShortcutText shortcutText,
                       DictationHUDCommands commands);
   MacDictationHUDView(const MacDictationHUDView&) = delete;
   MacDictationHUDView& operator=(const MacDictationHUDView&) = delete;
@@ -52,11 +52,11 @@ class MacDictationHUDView final : public Content {
   const DictationHUDContent& content() const { return content_; }
   bool isRecording() const { return dictation_.isRecording; }
   // Calls `changed` whenever the content differs from before.
-  [[nodiscard]] Subscription observe(Published<DictationHUDContent>::Observer changed) {
+  [[nodiscard]] Subscription observe(Published<DictationHUDContent>::Observer changed) const {
     return content_.observe(std::move(changed));
   }
   // The level is not part of the content, so that the meter alone follows it.
-  [[nodiscard]] Subscription observeLevel(Published<float>::Observer changed) {
+  [[nodiscard]] Subscription observeLevel(Published<float>::Observer changed) const {
     return dictation_.audioLevel.observe(std::move(changed));
   }
   // The chord is looked up here, and not watched.
@@ -68,7 +68,7 @@ class MacDictationHUDView final : public Content {
   std::vector<Control> controls() const override;
 
  private:
-  DictationState& dictation_;
+  const DictationState& dictation_;
   ShortcutText shortcutText_;
   DictationHUDCommands commands_;
   std::string shortcut_;
