@@ -3,19 +3,20 @@
 
 #include "hosts/simulated/storage/memory_user_defaults.h"
 #include "simulation/scenarios/json_cursor.h"
-#include "state/app_state.h"
+#include "state/setting_registry.h"
 
 namespace quillo::sim {
 
 // Stores texts, Bools, whole numbers, other numbers, arrays of text and arrays of dictionaries of
-// text. Some keys are kept as data. {"data": text} is stored as these bytes, {"foreign": true} as a
-// value of a type that no reading fits, and null takes the value away.
+// text. {"data": text} is stored as these bytes, {"data": array} as its JSON, {"foreign": true} as
+// a value of a type that no reading fits, and null takes the value away.
 void storeSetting(simulated::MemoryUserDefaults& defaults, const std::string& key,
                   const JsonCursor& value);
 // As storeSetting would have taken it; null when absent.
 Json storedSetting(const UserDefaults& defaults, const std::string& key);
 
-// The user changes a setting in the program. Refuses one that has no such panel.
-void changeSetting(MacAppState& state, const std::string& key, const JsonCursor& value);
+// The user changes a setting in the program, to a value as storeSetting takes it.
+void changeSetting(const SettingRegistry& settings, const std::string& key,
+                   const JsonCursor& value);
 
 }  // namespace quillo::sim

@@ -104,12 +104,12 @@ void World::openWindow() {
 }
 
 void World::observeProgram() {
-  DictationState& state = program_->dictation();
-  const auto observe = [this](auto& published, auto tell) {
+  const DictationState& state = program_->dictation();
+  const auto observe = [this](const auto& published, auto tell) {
     subscriptions_.push_back(
         published.observe([this, tell](const auto& value) { trace_.tell(tell(value)); }));
   };
-  const auto observeFlag = [&](auto& published, events::Flag flag) {
+  const auto observeFlag = [&](const auto& published, events::Flag flag) {
     observe(published, [flag](bool value) { return events::State{flag, value}; });
   };
   observeFlag(state.isRecording, events::Flag::isRecording);
@@ -129,9 +129,9 @@ void World::observeProgram() {
 
 // The detectors are set up anew at a change of the mode or of the toggle shortcut.
 void World::observeShortcuts() {
-  MacAppState& state = program_->appState();
+  const MacAppState& state = program_->appState();
   tellShortcuts(true);
-  const auto observe = [this](auto& setting, bool rebinds) {
+  const auto observe = [this](const auto& setting, bool rebinds) {
     subscriptions_.push_back(
         setting.observe([this, rebinds](const auto&) { tellShortcuts(rebinds); }));
   };
