@@ -225,7 +225,7 @@ class Figures {
     constexpr auto interval = 50ms;
     runOnMainThread([this] {
       dictation_.isRecording = true;
-      dictation_.statusText = "Listening";
+      dictation_.statusText = words("Listening");
       hud_.show();
     });
     std::this_thread::sleep_for(500ms);

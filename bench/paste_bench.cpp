@@ -194,7 +194,7 @@ int run(int argumentCount, char** arguments) {
 
   Pastes pastes(program, arguments[2]);
   const auto counting = program.dictation().statusText.observe(
-      [&](const std::string& status) { pastes.count(status); });
+      [&](const Words& status) { pastes.count(status.english()); });
   std::thread user([&] {
     const int status =
         pastes.take(arguments[1], std::atoi(arguments[3]), std::atoi(arguments[4])) ? 0 : 1;

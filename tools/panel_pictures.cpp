@@ -23,10 +23,14 @@
 #include "hosts/linux/qt/qt_screens.h"
 #include "hosts/linux/qt/qt_windows.h"
 #include "hosts/simulated/simulated_desktop.h"
+#include "input/shortcut_model.h"
 #include "shell/review/review_panel.h"
 #include "shell/status/dictation_hud.h"
 #include "shell/toast/toast_panel.h"
 #include "simulation/world/sample_form.h"
+#include "state/cycle_hot_key_preset.h"
+#include "state/language_labels.h"
+#include "state/writing_material.h"
 #include "views/quick_views.h"
 
 namespace quillo {
@@ -37,84 +41,89 @@ using namespace std::chrono_literals;
 // What the status panel is pictured with.
 struct Status {
   const char* name;
-  const char* text;
+  Literal text;
   bool isRecording = false;
   bool isProcessing = false;
-  const char* error = nullptr;
+  Literal error = {};
   bool canRetry = false;
   float loudness = 0;
 };
 constexpr Status statusStates[] = {
-    {.name = "listening-quiet", .text = "Listening", .isRecording = true, .loudness = 0.1f},
-    {.name = "listening-medium", .text = "Listening", .isRecording = true, .loudness = 0.36f},
-    {.name = "listening-loud", .text = "Listening", .isRecording = true, .loudness = 0.95f},
+    {.name = "listening-quiet", .text = words("Listening"), .isRecording = true, .loudness = 0.1f},
+    {.name = "listening-medium",
+     .text = words("Listening"),
+     .isRecording = true,
+     .loudness = 0.36f},
+    {.name = "listening-loud", .text = words("Listening"), .isRecording = true, .loudness = 0.95f},
     {.name = "limit-reached",
-     .text = "10-min limit reached",
+     .text = words("10-min limit reached"),
      .isRecording = true,
      .loudness = 0.6f},
-    {.name = "transcribing", .text = "Transcribing", .isProcessing = true},
-    {.name = "polishing", .text = "Polishing", .isProcessing = true},
-    {.name = "inserted", .text = "Inserted"},
-    {.name = "copied", .text = "Copied — auto-paste off"},
-    {.name = "retrying", .text = "Retrying", .isProcessing = true, .canRetry = true},
+    {.name = "transcribing", .text = words("Transcribing"), .isProcessing = true},
+    {.name = "polishing", .text = words("Polishing"), .isProcessing = true},
+    {.name = "inserted", .text = words("Inserted")},
+    {.name = "copied", .text = words("Copied — auto-paste off")},
+    {.name = "retrying", .text = words("Retrying"), .isProcessing = true, .canRetry = true},
     {.name = "no-microphone",
-     .text = "Microphone permission needed",
-     .error = "Enable microphone access in System Settings."},
-    {.name = "sign-in", .text = "Sign in to dictate", .error = "Opening sign-in…"},
+     .text = words("Microphone permission needed"),
+     .error = words("Enable microphone access in System Settings.")},
+    {.name = "sign-in", .text = words("Sign in to dictate"), .error = words("Opening sign-in…")},
     {.name = "no-start",
-     .text = "Could not start recording",
-     .error = "Failed to start microphone recording."},
-    {.name = "too-short", .text = "Ready", .error = "Recording was too short."},
-    {.name = "no-speech", .text = "Ready", .error = "No speech was detected."},
+     .text = words("Could not start recording"),
+     .error = words("Failed to start microphone recording.")},
+    {.name = "too-short", .text = words("Ready"), .error = words("Recording was too short.")},
+    {.name = "no-speech", .text = words("Ready"), .error = words("No speech was detected.")},
     {.name = "timed-out",
-     .text = "Request timed out",
-     .error = "Request timed out. Please try again.",
+     .text = words("Request timed out"),
+     .error = words("Request timed out. Please try again."),
      .canRetry = true},
     {.name = "connection",
-     .text = "Connection problem",
-     .error = "No internet connection. Check Wi-Fi or cellular data.",
+     .text = words("Connection problem"),
+     .error = words("No internet connection. Check Wi-Fi or cellular data."),
      .canRetry = true},
     {.name = "too-large",
-     .text = "Recording too large",
-     .error = "The recording exceeds the maximum size.",
+     .text = words("Recording too large"),
+     .error = words("The recording exceeds the maximum size."),
      .canRetry = true},
     {.name = "sign-in-required",
-     .text = "Sign in required",
-     .error = "Please sign in to continue.",
+     .text = words("Sign in required"),
+     .error = words("Please sign in to continue."),
      .canRetry = true},
     {.name = "no-speech-heard",
-     .text = "No speech detected",
-     .error = "The service heard no speech.",
+     .text = words("No speech detected"),
+     .error = words("The service heard no speech."),
      .canRetry = true},
     {.name = "other-failure",
-     .text = "Couldn't transcribe",
-     .error = "Something went wrong. Please try again.",
+     .text = words("Couldn't transcribe"),
+     .error = words("Something went wrong. Please try again."),
      .canRetry = true},
     {.name = "long-failure",
-     .text = "Couldn't transcribe",
-     .error = "The speech service could not read this recording. It was kept on this computer, "
-              "and it can be sent again as often as you like until it is understood.",
+     .text = words("Couldn't transcribe"),
+     .error =
+         words("The speech service could not read this recording. It was kept on this computer, "
+               "and it can be sent again as often as you like until it is understood."),
      .canRetry = true},
     {.name = "copied-no-access",
-     .text = "Copied to clipboard",
-     .error = "Text was copied. Turn on Accessibility access for Quillo to paste "
-              "automatically."},
+     .text = words("Copied to clipboard"),
+     .error = words("Text was copied. Turn on Accessibility access for Quillo to paste "
+                    "automatically.")},
     {.name = "copied-no-target",
-     .text = "Copied to clipboard",
-     .error = "Text was copied. Click where you want it, then use Paste Last Result from the "
-              "menu bar."},
+     .text = words("Copied to clipboard"),
+     .error = words("Text was copied. Click where you want it, then use Paste Last Result from the "
+                    "menu bar.")},
     {.name = "copied-secure-input",
-     .text = "Copied to clipboard",
-     .error = "Text was copied. Secure keyboard entry is on (a password field, or an app like "
-              "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
-              "paste it."},
+     .text = words("Copied to clipboard"),
+     .error =
+         words("Text was copied. Secure keyboard entry is on (a password field, or an app like "
+               "Terminal or a password manager), so macOS blocks auto-paste — press Cmd+V to "
+               "paste it.")},
     {.name = "inserted-raw",
-     .text = "Inserted",
-     .error = "Couldn't polish the text — inserted the raw transcription."},
+     .text = words("Inserted"),
+     .error = words("Couldn't polish the text — inserted the raw transcription.")},
     {.name = "pasting-raw",
-     .text = "Pasting",
+     .text = words("Pasting"),
      .isProcessing = true,
-     .error = "Couldn't translate — inserted your original words. Please try again."},
+     .error = words("Couldn't translate — inserted your original words. Please try again.")},
 };
 
 // Something for a panel to lie on.
@@ -183,7 +192,8 @@ class Pictures {
     dictation_.isRecording = state.isRecording;
     dictation_.isProcessing = state.isProcessing;
     dictation_.statusText = state.text;
-    dictation_.lastError = state.error ? std::optional<std::string>(state.error) : std::nullopt;
+    dictation_.lastError =
+        state.error == Literal() ? std::nullopt : std::optional<Words>(state.error);
     dictation_.canRetryLast = state.canRetry;
     hud_.show();
     for (int i = 0; state.isRecording && i < 64; ++i) {
@@ -202,15 +212,20 @@ class Pictures {
   // --- The others ---
 
   Task<> playToasts() {
-    for (const auto& [name, text] :
-         {std::pair{"short", "OK"},
-          {"profile", "Work mail · Improve"},
-          {"languages", "English (United Kingdom) → Portuguese (Brazil)"},
-          {"busy", "⌃G is already in use — pick another in Settings"},
-          {"long",
-           "A profile whose owner gave it a very long name, longer than any screen is wide, since "
-           "nothing kept him from writing down what it is for, whom it is for, and when he means "
-           "to use it next"}}) {
+    const std::pair<const char*, Words> toasts[] = {
+        {"short", words("OK")},
+        {"profile", words("{profile} · {mode}",
+                          {{"profile", asItStands("Work mail")}, {"mode", modeLabel("improve")}})},
+        {"languages", languagePairLabel("en-GB", "pt-BR")},
+        {"busy", words("{shortcut} is already in use — pick another in Settings",
+                       {{"shortcut", defaultCycleHotKey.label()}})},
+        {"long",
+         asItStands(
+             "A profile whose owner gave it a very long name, longer than any screen is wide, "
+             "since "
+             "nothing kept him from writing down what it is for, whom it is for, and when he means "
+             "to use it next")}};
+    for (const auto& [name, text] : toasts) {
       toast_.showToast(text);
       co_await sleepFor(300ms);
       take(std::string("toast-") + name);
@@ -229,16 +244,16 @@ class Pictures {
       longText += "We meet at nine in the small room on the second floor, and bring the figures. ";
     const std::vector<Review> reviews = {
         {"matches",
-         {"Could we move our meeting to Thursday at ten?", "English",
+         {"Could we move our meeting to Thursday at ten?", languageLabel("en"),
           "Could we postpone our meeting to Thursday at ten?",
-          "Könnten wir unser Treffen auf Donnerstag um zehn verschieben?", "German"}},
+          "Könnten wir unser Treffen auf Donnerstag um zehn verschieben?", languageLabel("de")}},
         {"differs",
-         {"The cheque bounced, so please give me a ring.", "English",
+         {"The cheque bounced, so please give me a ring.", languageLabel("en"),
           "The control jumped, therefore hand me jewellery.",
-          "La comprobación rebotó, así que dame un anillo.", "Spanish"},
+          "La comprobación rebotó, así que dame un anillo.", languageLabel("es")},
          true},
-        {"plain", {"See you soon.", "Auto", "", "À bientôt.", "French"}},
-        {"long", {longText, "English", longText, longText, "English (United Kingdom)"}},
+        {"plain", {"See you soon.", languageLabel("auto"), "", "À bientôt.", languageLabel("fr")}},
+        {"long", {longText, languageLabel("en"), longText, longText, languageLabel("en-GB")}},
     };
     for (const Review& review : reviews) {
       appState_.escInserts = review.escInserts;
@@ -252,8 +267,9 @@ class Pictures {
 
   // Which button the keyboard is at.
   Task<> playKeyboard() {
-    const auto reviewing = start(
-        mainThread_, review_.present({"See you soon.", "English", "", "À bientôt.", "French"}));
+    const auto reviewing =
+        start(mainThread_, review_.present({"See you soon.", languageLabel("en"), "", "À bientôt.",
+                                            languageLabel("fr")}));
     co_await sleepFor(500ms);
     press(Qt::Key_Tab);
     co_await sleepFor(200ms);
@@ -263,22 +279,22 @@ class Pictures {
   }
 
   Task<> playAlerts() {
-    static const std::pair<const char*, Alerts::Alert> alerts[] = {
+    const std::pair<const char*, Alerts::Alert> alerts[] = {
         {"plan-limit",
-         {"Plan limit reached",
-          "You've used today's free minutes. Upgrade your plan or try again tomorrow.",
-          {"View Plans", "Not now"}}},
+         {words("Plan limit reached"),
+          asItStands("You've used today's free minutes. Upgrade your plan or try again tomorrow."),
+          {words("View Plans"), words("Not now")}}},
         {"device-limit",
-         {"This Mac's free limit reached",
-          "You've reached your plan limit. Upgrade your plan or try again later.",
-          {"View Plans", "Not now"}}},
+         {words("This Mac's free limit reached"),
+          words("You've reached your plan limit. Upgrade your plan or try again later."),
+          {words("View Plans"), words("Not now")}}},
         {"selection-bubble",
-         {"New: edit any text, anywhere",
-          "Select text in any app — a small Fix / Improve / Translate bar appears over it and "
-          "rewrites it in place. It follows your custom instructions, and you can summon it on "
-          "the current selection any time with ⌃⌥E.\n\nTurn it on? (You can change this later in "
-          "Settings → Selection edit bubble.)",
-          {"Turn it on", "Not now"}}},
+         {words("New: edit any text, anywhere"),
+          words("Select text in any app — a small Fix / Improve / Translate bar appears over it "
+                "and rewrites it in place. It follows your custom instructions, and you can summon "
+                "it on the current selection any time with ⌃⌥E.\n\nTurn it on? (You can change "
+                "this later in Settings → Selection edit bubble.)"),
+          {words("Turn it on"), words("Not now")}}},
     };
     for (const auto& [name, alert] : alerts) {
       const Timer look(mainThread_, 600ms, [this, file = std::string("alert-") + name] {
@@ -298,7 +314,7 @@ class Pictures {
     appState_.activationMode = "toggle";
     sim::SampleForm sample(appState_);
     const auto window =
-        windows_.make({"quillo-pictures", "Quillo", {880, 600}, {880, 640}}, sample.form());
+        windows_.make({"quillo-pictures", words("Quillo"), {880, 600}, {880, 640}}, sample.form());
     window->makeKeyAndOrderFront();
     sample.level() = 0.62f;
     co_await sleepFor(600ms);
@@ -319,15 +335,16 @@ class Pictures {
     appState_.noiseReduction = true;
 
     forms::Form sheet(
-        {.title = "Delete everything?",
+        {.title = words("Delete everything?"),
          .sections = {
              {.rows = {{.id = "why",
-                        .kind = forms::Note{"All that is kept here goes, and cannot be "
-                                            "brought back."}}}},
-             {.rows = {{.id = "delete",
-                        .kind = forms::Button{"Delete", [] {}, forms::ButtonStyle::destructive}},
-                       {.id = "keep",
-                        .kind = forms::Button{"Keep", [] {}, forms::ButtonStyle::prominent}}}}}});
+                        .kind = forms::Note{words("All that is kept here goes, and cannot be "
+                                                  "brought back.")}}}},
+             {.rows = {
+                  {.id = "delete",
+                   .kind = forms::Button{words("Delete"), [] {}, forms::ButtonStyle::destructive}},
+                  {.id = "keep",
+                   .kind = forms::Button{words("Keep"), [] {}, forms::ButtonStyle::prominent}}}}}});
     window->beginSheet(sheet);
     co_await sleepFor(300ms);
     take("form-sheet");
@@ -389,7 +406,8 @@ class Pictures {
                         desktop_.random(), desktop_.machine(),      desktop_.loginItem(),
                         application_,      desktop_.log()};
   DictationState dictation_;
-  MacDictationHUD hud_{mainThread_, panels_, screens_, [] { return "Ctrl+Option+Space"; }};
+  MacDictationHUD hud_{mainThread_, panels_, screens_,
+                       [] { return shortcutDisplayText({"toggle", "ctrl_opt_space", ""}); }};
   ToastPanel toast_{mainThread_, panels_, screens_};
   MacReviewPanel review_{mainThread_, panels_, screens_, application_, appState_};
 };

@@ -40,12 +40,12 @@ void front(Findings& findings, const JsonCursor& cursor) {
 Json buttonsOf(const VirtualPanel& panel) {
   Json names = Json::array();
   for (const Control& control : panel.content().controls())
-    if (!control.name.empty()) names.push_back(control.name);
+    if (!control.name.empty()) names.push_back(control.name.english());
   return names;
 }
 
 Json describePanel(const VirtualPanel& panel) {
-  Json described = {{"texts", panel.content().texts()},
+  Json described = {{"texts", english(panel.content().texts())},
                     {"buttons", buttonsOf(panel)},
                     {"takesClicks", panel.takesClicks()},
                     {"icon", nullptr},
@@ -107,9 +107,9 @@ void question(Findings& findings, const JsonCursor& cursor) {
   const simulated::ScriptedAlerts& alerts = findings.world.desktop().alerts();
   if (alerts.open() == 0) return findings.part(cursor, nullptr);
   const Alerts::Alert& asked = alerts.shown().back();
-  findings.part(
-      cursor,
-      {{"title", asked.messageText}, {"text", asked.informativeText}, {"buttons", asked.buttons}});
+  findings.part(cursor, {{"title", asked.messageText.english()},
+                         {"text", asked.informativeText.english()},
+                         {"buttons", english(asked.buttons)}});
 }
 
 // --- Menu and Dock ---
@@ -126,7 +126,7 @@ void menu(Findings& findings, const JsonCursor& cursor) {
 void menuTitles(Findings& findings, const JsonCursor& cursor) {
   Json titles = Json::array();
   for (const MenuItem& item : findings.world.desktop().statusItem().menu())
-    titles.push_back(item.isSeparator() ? "-" : item.title);
+    titles.push_back(item.isSeparator() ? "-" : item.title.english());
   findings.same(cursor, titles);
 }
 

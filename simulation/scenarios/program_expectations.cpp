@@ -5,12 +5,15 @@
 namespace quillo::sim {
 namespace {
 
+Json orNull(const std::optional<Words>& text) {
+  return text ? Json(text->english()) : Json(nullptr);
+}
 Json orNull(const std::optional<std::string>& text) {
   return text ? Json(*text) : Json(nullptr);
 }
 
 void status(Findings& findings, const JsonCursor& cursor) {
-  findings.same(cursor, findings.world.dictation().statusText.get());
+  findings.same(cursor, findings.world.dictation().statusText.get().english());
 }
 void error(Findings& findings, const JsonCursor& cursor) {
   findings.same(cursor, orNull(findings.world.dictation().lastError.get()));

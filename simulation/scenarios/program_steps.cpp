@@ -132,7 +132,7 @@ std::string_view nameOf(MacAuthResult::Kind kind) {
 
 Task<> tellResult(Trace& trace, std::string operation, Task<MacAuthResult> running) {
   const MacAuthResult result = co_await std::move(running);
-  trace.tell(events::Account{operation, nameOf(result.kind), result.text});
+  trace.tell(events::Account{operation, nameOf(result.kind), result.text.english()});
 }
 
 // Until it has ended, or a shorter while.

@@ -168,7 +168,7 @@ void until(World& world, const JsonCursor& cursor) {
   }
   if (!world.runUntil(condition, within))
     throw UnmetExpectation(
-        {{cursor.path(), wanted, "status " + world.dictation().statusText.get()}});
+        {{cursor.path(), wanted, "status " + world.dictation().statusText.get().english()}});
 }
 
 // --- Panels, menu, questions ---

@@ -489,8 +489,9 @@ void furnish(World& world, const std::optional<JsonCursor>& cursor, const PlaySt
   ifPresent(described, "languages",
             [&](const JsonCursor& tags) { desktop.machine().setPreferredLanguages(tags.texts()); });
   ifPresent(described, "takenChords", [&](const JsonCursor& chords) { takeChords(world, chords); });
-  ifPresent(described, "limitation",
-            [&](const JsonCursor& sentence) { desktop.session().setLimitation(sentence.text()); });
+  ifPresent(described, "limitation", [&](const JsonCursor& sentence) {
+    desktop.session().setLimitation(asItStands(sentence.text()));
+  });
   ifPresent(described, "files", [&](const JsonCursor& files) { describeFiles(world, files); });
   ifPresent(described, "disk", [&](const JsonCursor& disk) { describeDisk(world, disk); });
   if (const auto applications = described.find("applications")) {

@@ -126,7 +126,8 @@ bool ObservedWorkspace::activate(const RunningApplication& application) {
 }
 
 std::size_t ObservedAlerts::runModal(const Alert& alert) {
-  trace_.tell(events::Alert{alert.messageText, alert.informativeText, alert.buttons});
+  trace_.tell(events::Alert{alert.messageText.english(), alert.informativeText.english(),
+                            english(alert.buttons)});
   const std::size_t button = below_.runModal(alert);
   trace_.tell(events::AlertAnswered{button});
   return button;

@@ -22,7 +22,7 @@ class SampleForm {
  private:
   forms::Description describe();
   forms::Section dictation();
-  forms::Section words();
+  forms::Section writing();
   forms::Section you();
   void reset();
 

@@ -95,7 +95,7 @@ void World::openWindow() {
   if (!window_) {
     form_ = std::make_unique<SampleForm>(program_->appState());
     window_ = desktop_.windows().make({.identifier = "quillo-main",
-                                       .title = "Quillo",
+                                       .title = quillo::words("Quillo"),
                                        .minimumSize = {880, 600},
                                        .idealSize = {1000, 700}},
                                       form_->form());
@@ -115,9 +115,10 @@ void World::observeProgram() {
   observeFlag(state.isRecording, events::Flag::isRecording);
   observeFlag(state.isProcessing, events::Flag::isProcessing);
   observeFlag(state.canRetryLast, events::Flag::canRetryLast);
-  observe(state.statusText, [](const std::string& text) { return events::Status{text}; });
-  observe(state.lastError,
-          [](const std::optional<std::string>& text) { return events::Error{text}; });
+  observe(state.statusText, [](const Words& text) { return events::Status{text.english()}; });
+  observe(state.lastError, [](const std::optional<Words>& text) {
+    return events::Error{text ? std::optional(text->english()) : std::nullopt};
+  });
   observeShortcuts();
   observe(program_->appState().inputLanguage,
           [](const std::string& language) { return events::Language{language}; });
@@ -327,7 +328,7 @@ void World::lookAtStatusPanel() {
   if (desktop_.panels().visible() == panelsSeen_) return;
   panelsSeen_ = desktop_.panels().visible();
   const bool isVisible =
-      isLaunched() && desktop_.panels().showing(dictation().statusText.get()) != nullptr;
+      isLaunched() && desktop_.panels().showing(dictation().statusText.get().english()) != nullptr;
   if (isVisible == isStatusPanelSeen_) return;
   isStatusPanelSeen_ = isVisible;
   trace_.tell(events::StatusPanel{isVisible});
@@ -336,7 +337,7 @@ void World::lookAtStatusPanel() {
 void World::lookAtPanels() {
   std::vector<std::string> texts;
   for (const simulated::VirtualPanel* panel : desktop_.panels().visible())
-    std::ranges::copy(panel->content().texts(), std::back_inserter(texts));
+    std::ranges::move(english(panel->content().texts()), std::back_inserter(texts));
   if (texts == panelTextsSeen_) return;
   panelTextsSeen_ = std::move(texts);
   trace_.tell(events::Panels{panelTextsSeen_});

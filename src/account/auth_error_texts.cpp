@@ -7,39 +7,40 @@
 namespace quillo {
 namespace {
 
-constexpr const char* failedText = "Authentication failed.";
+constexpr Literal failedText = words("Authentication failed.");
 
-std::string textOfDescription(const std::string& description) {
-  if (description.find("Invalid login") != std::string::npos) return "Invalid email or password.";
+Words textOfDescription(const std::string& description) {
+  if (description.find("Invalid login") != std::string::npos)
+    return words("Invalid email or password.");
   if (description.find("already registered") != std::string::npos)
-    return "This email is already registered.";
-  return description;
+    return words("This email is already registered.");
+  return asItStands(description);
 }
 
-std::string textOfError(const SupabaseError& error) {
+Words textOfError(const SupabaseError& error) {
   if (error.errorDescription) return textOfDescription(*error.errorDescription);
   for (const auto* text : {&error.message, &error.msg, &error.error}) {
-    if (*text) return **text;
+    if (*text) return asItStands(**text);
   }
   return failedText;
 }
 
-std::string textOfURLError(int code) {
+Literal textOfURLError(int code) {
   switch (static_cast<URLErrorCode>(code)) {
     case URLErrorCode::notConnectedToInternet:
-      return "No internet connection.";
+      return words("No internet connection.");
     case URLErrorCode::networkConnectionLost:
-      return "Connection interrupted.";
+      return words("Connection interrupted.");
     case URLErrorCode::timedOut:
-      return "Request timed out.";
+      return words("Request timed out.");
     default:
-      return "Connection problem.";
+      return words("Connection problem.");
   }
 }
 
 }  // namespace
 
-std::string serverErrorText(std::string_view body) {
+Words serverErrorText(std::string_view body) {
   try {
     return textOfError(decodeRecord<SupabaseError>(body));
   } catch (const DecodingError&) {
@@ -47,7 +48,7 @@ std::string serverErrorText(std::string_view body) {
   }
 }
 
-std::string transportErrorText(const std::exception_ptr& error) {
+Words transportErrorText(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const InvalidResponseError& invalid) {
@@ -56,7 +57,7 @@ std::string transportErrorText(const std::exception_ptr& error) {
     if (system.domain() == urlErrorDomain) return textOfURLError(system.code());
   } catch (...) {
   }
-  return "Something went wrong. Please try again.";
+  return words("Something went wrong. Please try again.");
 }
 
 }  // namespace quillo

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <exception>
-#include <string>
 #include <string_view>
 
 #include "base/error.h"
@@ -13,13 +12,13 @@ namespace quillo {
 class InvalidResponseError final : public Error {
  public:
   std::string description() const override { return "The response is not an HTTP response."; }
-  std::optional<std::string> errorDescription() const override { return "Invalid response."; }
+  std::optional<Words> errorDescription() const override { return words("Invalid response."); }
 };
 
 // From the body of a reply that is not 200.
-std::string serverErrorText(std::string_view body);
+Words serverErrorText(std::string_view body);
 
 // From an error that was thrown on the way to a reply or while reading it.
-std::string transportErrorText(const std::exception_ptr& error);
+Words transportErrorText(const std::exception_ptr& error);
 
 }  // namespace quillo

@@ -1,21 +1,22 @@
 // How an operation on the account ended.
 #pragma once
 
-#include <string>
 #include <utility>
+
+#include "base/words.h"
 
 namespace quillo {
 
-// `text` is shown as it stands.
+// `text` is for the user.
 struct MacAuthResult {
   enum class Kind { success, error, needsConfirmation };
 
   Kind kind = Kind::error;
-  std::string text;
+  Words text;
 
-  static MacAuthResult success(std::string text) { return {Kind::success, std::move(text)}; }
-  static MacAuthResult error(std::string text) { return {Kind::error, std::move(text)}; }
-  static MacAuthResult needsConfirmation(std::string text) {
+  static MacAuthResult success(Words text) { return {Kind::success, std::move(text)}; }
+  static MacAuthResult error(Words text) { return {Kind::error, std::move(text)}; }
+  static MacAuthResult needsConfirmation(Words text) {
     return {Kind::needsConfirmation, std::move(text)};
   }
 

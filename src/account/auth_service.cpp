@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "account/auth_error_texts.h"
+#include "api/api_error.h"
 #include "api/records.h"
 
 namespace quillo {
@@ -94,7 +95,7 @@ Task<MacAuthResult> MacAuthService::performSignIn(std::string email, std::string
   if (reply.status != 200) co_return refusal(reply);
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
   beginSession(session);
-  co_return MacAuthResult::success(addressOf(session, std::move(email)));
+  co_return MacAuthResult::success(asItStands(addressOf(session, std::move(email))));
 }
 
 Task<MacAuthResult> MacAuthService::signUp(std::string email, std::string password,
@@ -110,9 +111,9 @@ Task<MacAuthResult> MacAuthService::performSignUp(std::string email, std::string
   if (reply.status != 200) co_return refusal(reply);
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
   if (!session.hasAccessToken())
-    co_return MacAuthResult::needsConfirmation("Check your email to confirm your account.");
+    co_return MacAuthResult::needsConfirmation(words("Check your email to confirm your account."));
   beginSession(session);
-  co_return MacAuthResult::success(addressOf(session, std::move(email)));
+  co_return MacAuthResult::success(asItStands(addressOf(session, std::move(email))));
 }
 
 Task<MacAuthResult> MacAuthService::verifySignup(std::string email, std::string code) {
@@ -124,27 +125,27 @@ Task<MacAuthResult> MacAuthService::performVerifySignup(std::string email, std::
       post("/auth/v1/verify", {{"email", email}, {"token", std::move(code)}, {"type", "signup"}}));
   if (reply.status != 200) co_return refusal(reply);
   const auto session = decodeRecord<SupabaseAuthResponse>(reply.body);
-  if (!session.hasTokens()) co_return MacAuthResult::error("Verification failed.");
+  if (!session.hasTokens()) co_return MacAuthResult::error(words("Verification failed."));
   beginSession(session);
-  co_return MacAuthResult::success(addressOf(session, std::move(email)));
+  co_return MacAuthResult::success(asItStands(addressOf(session, std::move(email))));
 }
 
 Task<MacAuthResult> MacAuthService::resendConfirmation(std::string email) {
   AccountRequest request = post("/auth/v1/resend", {{"email", email}, {"type", "signup"}});
   return interactively(
-      requestMail(std::move(request), std::move(email), "Failed to resend email."));
+      requestMail(std::move(request), std::move(email), words("Failed to resend email.")));
 }
 
 Task<MacAuthResult> MacAuthService::sendPasswordReset(std::string email) {
   AccountRequest request = post("/auth/v1/recover", {{"email", email}});
   return interactively(
-      requestMail(std::move(request), std::move(email), "Failed to send reset email."));
+      requestMail(std::move(request), std::move(email), words("Failed to send reset email.")));
 }
 
 Task<MacAuthResult> MacAuthService::requestMail(AccountRequest request, std::string email,
-                                                std::string refusalText) {
+                                                Words refusalText) {
   const HTTPResponse reply = co_await client_.send(std::move(request));
-  co_return reply.status == 200 ? MacAuthResult::success(std::move(email))
+  co_return reply.status == 200 ? MacAuthResult::success(asItStands(std::move(email)))
                                 : MacAuthResult::error(std::move(refusalText));
 }
 
@@ -159,13 +160,14 @@ Task<MacAuthResult> MacAuthService::performVerifyRecovery(std::string email, std
   const HTTPResponse verified = co_await client_.send(
       post("/auth/v1/verify",
            {{"email", std::move(email)}, {"token", std::move(code)}, {"type", "recovery"}}));
-  if (verified.status != 200) co_return MacAuthResult::error("Invalid or expired code.");
+  if (verified.status != 200) co_return MacAuthResult::error(words("Invalid or expired code."));
   const auto session = decodeRecord<SupabaseAuthResponse>(verified.body);
-  if (!session.hasAccessToken()) co_return MacAuthResult::error("Invalid verification response.");
+  if (!session.hasAccessToken())
+    co_return MacAuthResult::error(words("Invalid verification response."));
   const HTTPResponse saved =
       co_await updateUser(*session.accessToken, {{"password", std::move(newPassword)}});
-  co_return saved.status == 200 ? MacAuthResult::success("Password updated successfully.")
-                                : MacAuthResult::error("Failed to update password.");
+  co_return saved.status == 200 ? MacAuthResult::success(words("Password updated successfully."))
+                                : MacAuthResult::error(words("Failed to update password."));
 }
 
 Task<MacAuthResult> MacAuthService::changePassword(std::string newPassword) {
@@ -174,10 +176,12 @@ Task<MacAuthResult> MacAuthService::changePassword(std::string newPassword) {
 
 Task<MacAuthResult> MacAuthService::performChangePassword(std::string newPassword) {
   const auto accessToken = co_await ensureFreshToken();
-  if (!accessToken) co_return MacAuthResult::error("Please sign in again to change your password.");
+  if (!accessToken)
+    co_return MacAuthResult::error(words("Please sign in again to change your password."));
   const HTTPResponse reply =
       co_await updateUser(*accessToken, {{"password", std::move(newPassword)}});
-  co_return reply.status == 200 ? MacAuthResult::success("Password changed.") : refusal(reply);
+  co_return reply.status == 200 ? MacAuthResult::success(words("Password changed."))
+                                : refusal(reply);
 }
 
 Task<MacAuthResult> MacAuthService::updateFullName(std::string name) {
@@ -186,7 +190,7 @@ Task<MacAuthResult> MacAuthService::updateFullName(std::string name) {
 
 Task<MacAuthResult> MacAuthService::performUpdateFullName(std::string name) {
   const auto accessToken = co_await ensureFreshToken();
-  if (!accessToken) co_return MacAuthResult::error("Please sign in again.");
+  if (!accessToken) co_return MacAuthResult::error(signInAgain);
   const auto user = userId();
   try {
     co_await updateUser(*accessToken, {{"data", {{"full_name", name}}}});
@@ -194,7 +198,7 @@ Task<MacAuthResult> MacAuthService::performUpdateFullName(std::string name) {
     // The name counts as saved whatever comes back: the next profile shows what the server has.
   }
   if (isStillSignedIn(user)) fullName = std::move(name);
-  co_return MacAuthResult::success("Profile saved.");
+  co_return MacAuthResult::success(words("Profile saved."));
 }
 
 Task<HTTPResponse> MacAuthService::updateUser(std::string accessToken, Json body) {
@@ -210,16 +214,17 @@ Task<MacAuthResult> MacAuthService::deleteAccount() {
 
 Task<MacAuthResult> MacAuthService::performDeleteAccount() {
   const auto accessToken = co_await ensureFreshToken();
-  if (!accessToken) co_return MacAuthResult::error("Please sign in again to delete your account.");
+  if (!accessToken)
+    co_return MacAuthResult::error(words("Please sign in again to delete your account."));
   const auto user = userId();
   const HTTPResponse reply = co_await client_.send(
       {.method = "POST", .path = "/functions/v1/delete-user", .accessToken = *accessToken});
   if (reply.status == 403)
     co_return MacAuthResult::error(
-        "For your security, sign out and sign in again, then delete your account.");
+        words("For your security, sign out and sign in again, then delete your account."));
   if (reply.status != 200) co_return refusal(reply);
   if (isStillSignedIn(user)) signOut();
-  co_return MacAuthResult::success("Your account has been deleted.");
+  co_return MacAuthResult::success(words("Your account has been deleted."));
 }
 
 // --- Profile ---

@@ -44,8 +44,8 @@ class MacAuthService final : public SessionAuthority {
   Published<std::optional<std::string>> userEmail;
   Published<std::optional<std::string>> fullName;
   Published<std::optional<std::string>> avatarURL;
-  Published<bool> isLoading;                    // an interactive operation runs
-  Published<std::optional<std::string>> error;  // why the last one failed
+  Published<bool> isLoading;              // an interactive operation runs
+  Published<std::optional<Words>> error;  // why the last one failed
 
   // --- Interactive operations. They never throw; the result's text is for the user. ---
 
@@ -84,7 +84,7 @@ class MacAuthService final : public SessionAuthority {
   Task<MacAuthResult> performChangePassword(std::string newPassword);
   Task<MacAuthResult> performUpdateFullName(std::string name);
   Task<MacAuthResult> performDeleteAccount();
-  Task<MacAuthResult> requestMail(AccountRequest request, std::string email, std::string refusal);
+  Task<MacAuthResult> requestMail(AccountRequest request, std::string email, Words refusal);
 
   Task<HTTPResponse> updateUser(std::string accessToken, Json body);
 

@@ -7,32 +7,35 @@
 namespace quillo {
 namespace {
 
-constexpr const char* generalSentence = "Something went wrong. Please try again.";
-constexpr const char* networkSentence = "Connection problem. Please try again.";
+constexpr Literal generalSentence = words("Something went wrong. Please try again.");
+constexpr Literal networkSentence = words("Connection problem. Please try again.");
 
 struct CodeSentence {
   URLErrorCode code;
-  const char* sentence;
+  Literal sentence;
 };
 constexpr CodeSentence networkSentences[] = {
-    {URLErrorCode::timedOut, "Request timed out. Please try again."},
-    {URLErrorCode::networkConnectionLost, "Connection interrupted. Please try again."},
-    {URLErrorCode::notConnectedToInternet, "No internet connection. Check Wi-Fi or cellular data."},
+    {URLErrorCode::timedOut, words("Request timed out. Please try again.")},
+    {URLErrorCode::networkConnectionLost, words("Connection interrupted. Please try again.")},
+    {URLErrorCode::notConnectedToInternet,
+     words("No internet connection. Check Wi-Fi or cellular data.")},
 };
 
 // The service explains itself under one of two keys; other bodies are shown as they stand.
-std::string serverSentence(const std::string& body) {
+Words serverSentence(const std::string& body) {
   const std::string text = trimmed(body);
   if (const auto json = parseJson(text)) {
     for (const char* key : {"message", "error"}) {
       const auto sentence = lenientText(*json, key);
-      if (sentence && !sentence->empty()) return *sentence;
+      if (sentence && !sentence->empty()) return asItStands(*sentence);
     }
   }
-  return text.empty() ? generalSentence : text;
+  for (const Literal& own : {unknownError, signInAgain})
+    if (text == own.english()) return own;
+  return text.empty() ? generalSentence : asItStands(text);
 }
 
-std::string sentenceForNetworkError(const ErrorCode& error) {
+Literal sentenceForNetworkError(const ErrorCode& error) {
   if (error.domain != urlErrorDomain) return networkSentence;
   for (const auto& [code, sentence] : networkSentences)
     if (static_cast<int>(code) == error.code) return sentence;
@@ -70,7 +73,7 @@ std::string APIError::description() const {
   }
 }
 
-std::optional<std::string> APIError::errorDescription() const {
+std::optional<Words> APIError::errorDescription() const {
   switch (kind_) {
     case Kind::serverError:
       return serverSentence(body_);
@@ -79,7 +82,7 @@ std::optional<std::string> APIError::errorDescription() const {
     case Kind::decodingError:
       return generalSentence;
     case Kind::invalidResponse:
-      return "Couldn't reach the server. Please try again.";
+      return words("Couldn't reach the server. Please try again.");
   }
 }
 

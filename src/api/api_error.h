@@ -7,8 +7,13 @@
 #include <string>
 
 #include "base/error.h"
+#include "base/words.h"
 
 namespace quillo {
+
+// Bodies of a serverError that this program writes in place of the service.
+inline constexpr Literal unknownError = words("Unknown error");
+inline constexpr Literal signInAgain = words("Please sign in again.");
 
 class APIError final : public Error {
  public:
@@ -32,7 +37,7 @@ class APIError final : public Error {
   const std::exception_ptr& underlying() const { return underlying_; }
 
   std::string description() const override;
-  std::optional<std::string> errorDescription() const override;
+  std::optional<Words> errorDescription() const override;
 
  private:
   APIError(Kind kind, std::int64_t status, std::string body, std::exception_ptr underlying);

@@ -17,7 +17,7 @@ inline constexpr std::int64_t forbidden = 403;
 
 inline Task<> refreshOrRefuse(SessionAuthority& authority) {
   if (!co_await authority.refreshSession())
-    throw APIError::serverError(unauthorised, "Please sign in again.");
+    throw APIError::serverError(unauthorised, std::string(signInAgain.english()));
 }
 
 inline bool isRefusedSession(const APIError& error) {

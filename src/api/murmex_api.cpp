@@ -65,8 +65,9 @@ HTTPResponse httpResponse(URLResponse response) {
 // Throws APIError for every other status.
 const Bytes& bodyOfSuccess(const HTTPResponse& response) {
   if (response.status != statusOK)
-    throw APIError::serverError(response.status,
-                                isValidUtf8(response.body) ? response.body : "Unknown error");
+    throw APIError::serverError(response.status, isValidUtf8(response.body)
+                                                     ? response.body
+                                                     : std::string(unknownError.english()));
   return response.body;
 }
 

@@ -11,11 +11,11 @@ class AlertNavigator final : public Navigator {
  public:
   AlertNavigator(MainThread& mainThread, Alerts& alerts)
       : mainThread_(mainThread), alerts_(alerts) {}
-  void openSignIn(const std::string& message) override;
+  void openSignIn(const Words& message) override;
   void openPlans() override;
 
  private:
-  void tell(std::string title, std::string text);
+  void tell(Words title, Words text);
 
   MainThread& mainThread_;
   Alerts& alerts_;

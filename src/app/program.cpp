@@ -78,10 +78,10 @@ Program::~Program() {
 void Program::launch() {
   delegate_.applicationDidFinishLaunching();
   const auto limitation = ports_.session.limitation();
-  ports_.systemLog.write("[Quillo] " + limitation.value_or("shortcut armed"));
+  ports_.systemLog.write("[Quillo] " + (limitation ? limitation->english() : "shortcut armed"));
 }
 
-std::string Program::shortcutText() const {
+Words Program::shortcutText() const {
   return shortcutDisplayText(appState_);
 }
 
@@ -109,7 +109,7 @@ void Program::plugInUpperRooms() {
   appState_.setUsageSource([this] {
     return withFreshAuth<UsageData>(auth_, [this] { return api_.getUsage(appState_.identity()); });
   });
-  appState_.setToast([this](std::string_view text) { toast_.showToast(text); });
+  appState_.setToast([this](Words text) { toast_.showToast(std::move(text)); });
   appState_.setCyclePairBinding([this](std::int64_t keyCode, const std::string& character,
                                        std::int64_t modifiers, std::function<void()> action) {
     return cycleHotKey_.bindCyclePair(keyCode, character, modifiers, std::move(action));
@@ -137,10 +137,11 @@ void Program::receiveDesktopEvents() {
 
 // The course of a dictation can be followed in the system's log; it holds no text of the user.
 void Program::traceStatus() {
-  effects_.push_back(dictation_.statusText.observe(
-      [this](const std::string& status) { ports_.systemLog.write("[Quillo] status: " + status); }));
-  effects_.push_back(dictation_.lastError.observe([this](const std::optional<std::string>& error) {
-    if (error && !error->empty()) ports_.systemLog.write("[Quillo] " + *error);
+  effects_.push_back(dictation_.statusText.observe([this](const Words& status) {
+    ports_.systemLog.write("[Quillo] status: " + status.english());
+  }));
+  effects_.push_back(dictation_.lastError.observe([this](const std::optional<Words>& error) {
+    if (error && !error->empty()) ports_.systemLog.write("[Quillo] " + error->english());
   }));
 }
 

@@ -54,7 +54,7 @@ class Program {
   MacClipboardGate& clipboardGate() { return clipboardGate_; }
 
  private:
-  std::string shortcutText() const;
+  Words shortcutText() const;
   DictationHUDCommands hudCommands();
   MenuBarActions menuBarActions(std::function<void()> openDiagnosticsLog);
   void plugInUpperRooms();

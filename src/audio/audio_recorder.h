@@ -38,8 +38,10 @@ class MacAudioRecorder {
   class RecorderError final : public Error {
    public:
     static RecorderError failedToStart() { return {}; }
-    std::string description() const override { return "Failed to start microphone recording."; }
-    std::optional<std::string> errorDescription() const override { return description(); }
+    std::string description() const override { return errorDescription()->english(); }
+    std::optional<Words> errorDescription() const override {
+      return words("Failed to start microphone recording.");
+    }
   };
 
   class ValidationError final : public Error {
@@ -47,10 +49,11 @@ class MacAudioRecorder {
     enum class Kind { tooShort, tooSmall };
     explicit ValidationError(Kind kind) : kind_(kind) {}
     Kind kind() const { return kind_; }
-    std::string description() const override {
-      return kind_ == Kind::tooShort ? "Recording was too short." : "No usable audio was captured.";
+    std::string description() const override { return errorDescription()->english(); }
+    std::optional<Words> errorDescription() const override {
+      return kind_ == Kind::tooShort ? words("Recording was too short.")
+                                     : words("No usable audio was captured.");
     }
-    std::optional<std::string> errorDescription() const override { return description(); }
 
    private:
     Kind kind_;

@@ -7,17 +7,21 @@ const char* Error::what() const noexcept {
   return what_.c_str();
 }
 
-std::string describe(const std::exception_ptr& error) {
-  if (!error) return "no error";
+Words wordsOf(const std::exception_ptr& error) {
+  if (!error) return asItStands("no error");
   try {
     std::rethrow_exception(error);
   } catch (const Error& e) {
-    return e.errorDescription().value_or(e.description());
+    return e.errorDescription().value_or(asItStands(e.description()));
   } catch (const std::exception& e) {
-    return e.what();
+    return asItStands(e.what());
   } catch (...) {
-    return "unknown error";
+    return asItStands("unknown error");
   }
+}
+
+std::string describe(const std::exception_ptr& error) {
+  return wordsOf(error).english();
 }
 
 }  // namespace quillo

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "base/words.h"
+
 namespace quillo {
 
 class Error : public std::exception {
@@ -12,7 +14,7 @@ class Error : public std::exception {
   // For logs: what happened, in words.
   virtual std::string description() const = 0;
   // For the user: a sentence, or nothing when this error has none of its own.
-  virtual std::optional<std::string> errorDescription() const { return std::nullopt; }
+  virtual std::optional<Words> errorDescription() const { return std::nullopt; }
 
   const char* what() const noexcept override;
 
@@ -62,5 +64,7 @@ class SystemError : public Error {
 
 // What an exception says, for a log line: its own sentence, or else its description.
 std::string describe(const std::exception_ptr& error);
+// The same for the user, where nothing better is known to say.
+Words wordsOf(const std::exception_ptr& error);
 
 }  // namespace quillo

@@ -22,8 +22,8 @@ bool operator==(const Words& a, const Words& b) {
          sameArguments();
 }
 
-Words words(Literal literal, std::vector<Argument> arguments) {
-  Words made(literal);
+Words words(Message message, std::vector<Argument> arguments) {
+  Words made(message.literal);
   made.arguments_ = std::make_shared<const Words::Arguments>(std::move(arguments));
   return made;
 }

@@ -22,18 +22,29 @@ namespace quillo {
 // which takes string literals alone.
 class Literal {
  public:
-  consteval Literal(const char* text) : text_(text) {}
+  constexpr Literal() = default;
 
   constexpr std::string_view english() const { return text_; }
   friend constexpr bool operator==(const Literal&, const Literal&) = default;
 
  private:
+  explicit consteval Literal(const char* text) : text_(text) {}
+  friend consteval Literal words(const char* text);
+
   std::string_view text_;
 };
 
 consteval Literal words(const char* text) {
-  return {text};
+  return Literal(text);
 }
+
+// What words() with arguments takes: a literal, or one that was made before.
+struct Message {
+  consteval Message(const char* text) : literal(words(text)) {}
+  constexpr Message(Literal literal) : literal(literal) {}
+
+  Literal literal;
+};
 
 struct Argument;
 
@@ -60,7 +71,7 @@ class Words {
 
   Words(Kind kind, std::string text, std::string languageTag = {});
 
-  friend Words words(Literal literal, Arguments arguments);
+  friend Words words(Message message, Arguments arguments);
   friend Words asItStands(std::string text);
   friend Words languageNamed(std::string english, std::string tag);
   friend class Catalog;
@@ -88,7 +99,7 @@ struct Argument {
 };
 
 // A message by ICU's rules: every text with a brace is one.
-Words words(Literal literal, std::vector<Argument> arguments);
+Words words(Message message, std::vector<Argument> arguments);
 
 // What is not the program's to say in another language: what the user, the service or the system
 // wrote.

@@ -12,9 +12,10 @@ constexpr Duration pasteLastShown = 1200ms;
 constexpr Duration pasteLastFailureShown = 3s;
 
 // A language as the review panel names it.
-std::string reviewLabel(const std::string& code) {
-  if (code == automaticLanguage) return "Auto";
-  return englishIdentifierName(code).value_or(code);
+Words reviewLabel(const std::string& code) {
+  if (code == automaticLanguage) return words("Auto");
+  const auto name = englishIdentifierName(code);
+  return name ? languageNamed(*name, code) : asItStands(code);
 }
 
 }  // namespace
@@ -48,14 +49,14 @@ Task<Delivery::End> Delivery::deliver(FinishedText text) {
   } else if (settings_.autoPaste) {
     co_await insert(text.finalText, text.target, "auto-paste");
   } else {
-    copy(text.finalText, "Copied — auto-paste off");
+    copy(text.finalText, words("Copied — auto-paste off"));
   }
   record(text);
   co_return End::delivered;
 }
 
 Task<> Delivery::verify(std::string finalText, LanguagePair pair) {
-  dictation_.statusText = "Verifying";
+  dictation_.statusText = words("Verifying");
   try {
     dictation_.lastVerification =
         co_await pipeline_.verifyTranslation(std::move(finalText), std::move(pair));
@@ -79,10 +80,10 @@ Task<Delivery::End> Delivery::deliverReviewed(FinishedText text) {
       break;
     case ReviewDecision::discard:
       // The user may still want the text.
-      copy(text.finalText, std::string(copiedStatus));
+      copy(text.finalText, copiedStatus);
       break;
     case ReviewDecision::reRecord:
-      dictation_.statusText = "Ready";
+      dictation_.statusText = words("Ready");
       co_return End::recordAgain;
   }
   co_return End::delivered;
@@ -91,20 +92,20 @@ Task<Delivery::End> Delivery::deliverReviewed(FinishedText text) {
 Task<Delivery::Inserted> Delivery::insert(std::string text,
                                           std::optional<RunningApplication> target,
                                           std::string_view caller) {
-  dictation_.statusText = "Pasting";
+  dictation_.statusText = words("Pasting");
   if (co_await insertion_.insertText(std::move(text), std::move(target))) {
-    dictation_.statusText = std::string(insertedStatus);
+    dictation_.statusText = insertedStatus;
     co_return Inserted::yes;
   }
   const auto reason = insertion_.lastInsertFailure();
-  dictation_.statusText = std::string(copiedStatus);
-  dictation_.lastError = std::string(insertFailureMessage(reason));
+  dictation_.statusText = copiedStatus;
+  dictation_.lastError = insertFailureMessage(reason);
   log_.log("dictation", std::string(caller) +
                             " copied fallback reason=" + std::string(insertFailureName(reason)));
   co_return Inserted::no;
 }
 
-void Delivery::copy(const std::string& text, std::string status) {
+void Delivery::copy(const std::string& text, Words status) {
   insertion_.copyString(text);
   dictation_.statusText = std::move(status);
 }
@@ -117,7 +118,7 @@ void Delivery::record(const FinishedText& text) {
 
 Task<> Delivery::pasteLast(std::string text, std::optional<RunningApplication> target) {
   dictation_.lastError = std::nullopt;
-  dictation_.statusText = "Pasting";
+  dictation_.statusText = words("Pasting");
   panel_.show();
   const Inserted inserted = co_await insert(std::move(text), std::move(target), "paste last");
   panel_.hideAfter(inserted == Inserted::yes ? pasteLastShown : pasteLastFailureShown);

@@ -50,7 +50,7 @@ class Delivery {
   // `caller` begins the log line when the text could only be copied. It lives for ever.
   Task<Inserted> insert(std::string text, std::optional<RunningApplication> target,
                         std::string_view caller);
-  void copy(const std::string& text, std::string status);
+  void copy(const std::string& text, Words status);
   void record(const FinishedText& text);
 
   DictationState& dictation_;

@@ -26,9 +26,10 @@ constexpr Duration retryOffered = 12s;
 constexpr const char* startCue = "Tink";
 constexpr const char* resultCue = "Pop";
 
-std::string transformFailureText(const LanguagePair& pair) {
-  return pair.areEqual() ? "Couldn't polish the text — inserted the raw transcription."
-                         : "Couldn't translate — inserted your original words. Please try again.";
+Literal transformFailureText(const LanguagePair& pair) {
+  return pair.areEqual()
+             ? words("Couldn't polish the text — inserted the raw transcription.")
+             : words("Couldn't translate — inserted your original words. Please try again.");
 }
 
 }  // namespace
@@ -122,17 +123,17 @@ Task<> MacDictationController::refreshSessionIfNeeded() {
 }
 
 void MacDictationController::askForSignIn() {
-  statusText = "Sign in to dictate";
-  lastError = "Opening sign-in…";
+  statusText = words("Sign in to dictate");
+  lastError = words("Opening sign-in…");
   rooms_.navigator.openSignIn(
-      "Dictation needs an account on Mac. Your free plan is included — sign in to start "
-      "dictating.");
+      words("Dictation needs an account on Mac. Your free plan is included — sign in to start "
+            "dictating."));
   showFor(signInShown);
 }
 
 void MacDictationController::reportMicrophoneDenied() {
-  statusText = "Microphone permission needed";
-  lastError = "Enable microphone access in System Settings.";
+  statusText = words("Microphone permission needed");
+  lastError = words("Enable microphone access in System Settings.");
   showFor(startFailureShown);
 }
 
@@ -193,15 +194,15 @@ void MacDictationController::goLive() {
   isRecording = true;
   isProcessing = false;
   audioLevel = 0.0f;
-  statusText = "Listening";
+  statusText = words("Listening");
   play(startCue);
   rooms_.panel.show();
 }
 
 void MacDictationController::reportStartFailure(const std::exception_ptr& error) {
   rolling_.end();
-  statusText = "Could not start recording";
-  lastError = describe(error);
+  statusText = words("Could not start recording");
+  lastError = wordsOf(error);
   log("recording start failed: " + describe(error));
   showFor(startFailureShown);
 }
@@ -211,7 +212,7 @@ void MacDictationController::reportStartFailure(const std::exception_ptr& error)
 Task<> MacDictationController::stopAtMaximumLength() {
   if (!isRecording) co_return;
   const std::optional<std::string> session = rolling_.sessionId();
-  statusText = "10-min limit reached";
+  statusText = words("10-min limit reached");
   rooms_.panel.show();
   co_await sleepFor(limitNoticeShown);
   // Unless the user was quicker and speaks already again.
@@ -223,13 +224,13 @@ Task<> MacDictationController::stopAndProcess() {
   isRecording = false;
   isProcessing = true;
   audioLevel = 0.0f;
-  statusText = "Transcribing";
+  statusText = words("Transcribing");
   lastError = std::nullopt;
   rooms_.panel.show();
   const std::optional<Recording> recording = microphone_.stop();
   if (!recording) {
     isProcessing = false;
-    statusText = "Ready";
+    statusText = words("Ready");
     rooms_.panel.hideAfter(nothingRecordedShown);
     co_return;
   }
@@ -271,7 +272,7 @@ Task<MacDictationController::ProcessingEnd> MacDictationController::process(Reco
   lastVerification = std::nullopt;
   co_await checkCancellation();
 
-  statusText = settings_.writing.needsTransform() ? "Polishing" : "Preparing";
+  statusText = settings_.writing.needsTransform() ? words("Polishing") : words("Preparing");
   const LanguagePair pair = {settings_.writing.inputLanguage, settings_.writing.outputLanguage};
   const std::string text = co_await finalText(spoken.text, spoken.used, pair);
   co_await checkCancellation();
@@ -286,7 +287,7 @@ Task<MacDictationController::ProcessingEnd> MacDictationController::process(Reco
 }
 
 void MacDictationController::refuseRecording(const MacAudioRecorder::ValidationError& problem) {
-  statusText = "Ready";
+  statusText = words("Ready");
   lastError = problem.errorDescription();
   log("recording validation failed: " + problem.description());
 }
@@ -338,8 +339,8 @@ Snippets::Result MacDictationController::applyWritingRules(const std::string& tr
 
 void MacDictationController::reportNoSpeech() {
   isProcessing = false;
-  statusText = "Ready";
-  lastError = "No speech was detected.";
+  statusText = words("Ready");
+  lastError = words("No speech was detected.");
   rooms_.panel.hideAfter(problemShown);
 }
 
@@ -356,22 +357,22 @@ Task<std::string> MacDictationController::finalText(std::string rawText,
 MacDictationController::ProcessingEnd MacDictationController::handleFailure(
     const std::exception_ptr& error) {
   if (isCancellation(error)) {
-    statusText = "Ready";
+    statusText = words("Ready");
     lastError = std::nullopt;
     log("processing cancelled; audio kept for retry");
     return ProcessingEnd::cancelled;
   }
   if (const auto limit = planLimitInfo(error)) {
-    statusText = "Plan limit reached";
+    statusText = words("Plan limit reached");
     lastError = std::nullopt;
     rooms_.panel.hideNow();
     showLimitAlert(*limit, ports_.application, ports_.alerts, rooms_.navigator);
     return ProcessingEnd::finished;  // a retry could not succeed
   }
-  const std::string message = userMessage(error);
-  statusText = std::string(statusTitle(message));
+  const Words message = userMessage(error);
+  statusText = statusTitle(message);
   lastError = message;
-  log("process failed; kept retry audio: " + message);
+  log("process failed; kept retry audio: " + message.english());
   return ProcessingEnd::failed;
 }
 
@@ -428,7 +429,7 @@ Task<> MacDictationController::retry() {
   microphone_.abandonStart();
   isProcessing = true;
   audioLevel = 0.0f;
-  statusText = "Retrying";
+  statusText = words("Retrying");
   lastError = std::nullopt;
   rooms_.panel.show();
   co_await runProcessing(*recording);
@@ -437,14 +438,14 @@ Task<> MacDictationController::retry() {
 void MacDictationController::dismissLastFailure() {
   rooms_.panel.hideNow();
   lastError = std::nullopt;
-  statusText = "Ready";
+  statusText = words("Ready");
   failed_.dismiss();
 }
 
 void MacDictationController::copyLastResult() {
   if (lastResult.get().empty()) return;
   rooms_.insertion.copyString(lastResult.get());
-  statusText = "Copied to clipboard";
+  statusText = words("Copied to clipboard");
   showFor(resultShown);
 }
 

@@ -10,26 +10,29 @@
 namespace quillo {
 namespace {
 
-constexpr std::string_view generalMessage = "Something went wrong. Please try again.";
-constexpr std::string_view generalLimitMessage =
-    "You've reached your plan limit. Upgrade your plan or try again later.";
+constexpr Literal generalMessage = words("Something went wrong. Please try again.");
+constexpr Literal generalLimitMessage =
+    words("You've reached your plan limit. Upgrade your plan or try again later.");
 
 struct TitleRule {
   std::string_view words;
-  std::string_view title;
+  Literal title;
 };
 
 // The first that is found in the message decides.
 constexpr std::array titleRules = {
-    TitleRule{"timed out", "Request timed out"},      TitleRule{"connection", "Connection problem"},
-    TitleRule{"internet", "Connection problem"},      TitleRule{"too large", "Recording too large"},
-    TitleRule{"maximum size", "Recording too large"}, TitleRule{"sign in", "Sign in required"},
-    TitleRule{"speech", "No speech detected"},
+    TitleRule{"timed out", words("Request timed out")},
+    TitleRule{"connection", words("Connection problem")},
+    TitleRule{"internet", words("Connection problem")},
+    TitleRule{"too large", words("Recording too large")},
+    TitleRule{"maximum size", words("Recording too large")},
+    TitleRule{"sign in", words("Sign in required")},
+    TitleRule{"speech", words("No speech detected")},
 };
-constexpr std::string_view generalTitle = "Couldn't transcribe";
+constexpr Literal generalTitle = words("Couldn't transcribe");
 
 // The sentence that an error has of its own, if it has one.
-std::optional<std::string> ownSentence(const std::exception_ptr& error) {
+std::optional<Words> ownSentence(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const Error& known) {
@@ -74,8 +77,9 @@ std::optional<PlanLimit> planLimitInfo(const std::exception_ptr& error) {
   }
   const std::optional<Json> reply = parseJson(body);
   if (!reply || !reply->is_object() || !saysLimit(*reply)) return std::nullopt;
+  const auto message = lenientText(*reply, "message");
   return PlanLimit{
-      .message = lenientText(*reply, "message").value_or(std::string(generalLimitMessage)),
+      .message = message ? asItStands(*message) : generalLimitMessage,
       .scope =
           lenientText(*reply, "limitScope") == "device" ? LimitScope::device : LimitScope::account,
   };
@@ -84,23 +88,24 @@ std::optional<PlanLimit> planLimitInfo(const std::exception_ptr& error) {
 void showLimitAlert(const PlanLimit& limit, Application& application, Alerts& alerts,
                     Navigator& navigator) {
   const Alerts::Alert alert = {
-      .messageText = limit.scope == LimitScope::device ? "This Mac's free limit reached"
-                                                       : "Plan limit reached",
+      .messageText = limit.scope == LimitScope::device ? words("This Mac's free limit reached")
+                                                       : words("Plan limit reached"),
       .informativeText = limit.message,
-      .buttons = {"View Plans", "Not now"},
+      .buttons = {words("View Plans"), words("Not now")},
   };
   application.activateIgnoringOtherApps();
   if (alerts.runModal(alert) == 0) navigator.openPlans();
 }
 
-std::string userMessage(const std::exception_ptr& error) {
+Words userMessage(const std::exception_ptr& error) {
   const auto sentence = ownSentence(error);
-  return sentence && !sentence->empty() ? *sentence : std::string(generalMessage);
+  return sentence && !sentence->empty() ? *sentence : generalMessage;
 }
 
-std::string_view statusTitle(std::string_view message) {
+Literal statusTitle(const Words& message) {
+  const std::string said = message.english();
   for (const TitleRule& rule : titleRules) {
-    if (containsIgnoringCase(message, rule.words)) return rule.title;
+    if (containsIgnoringCase(said, rule.words)) return rule.title;
   }
   return generalTitle;
 }

@@ -3,9 +3,8 @@
 
 #include <exception>
 #include <optional>
-#include <string>
-#include <string_view>
 
+#include "base/words.h"
 #include "core/navigator.h"
 #include "platform/alerts.h"
 #include "platform/application.h"
@@ -18,7 +17,7 @@ bool isCancellation(const std::exception_ptr& error);
 enum class LimitScope { account, device };
 
 struct PlanLimit {
-  std::string message;
+  Words message;
   LimitScope scope = LimitScope::account;
 };
 
@@ -30,9 +29,9 @@ void showLimitAlert(const PlanLimit& limit, Application& application, Alerts& al
                     Navigator& navigator);
 
 // The sentence for the user.
-std::string userMessage(const std::exception_ptr& error);
+Words userMessage(const std::exception_ptr& error);
 
-// The short status that goes with a sentence, by its words.
-std::string_view statusTitle(std::string_view message);
+// The short status that goes with a sentence, by its English words.
+Literal statusTitle(const Words& message);
 
 }  // namespace quillo

@@ -1,7 +1,7 @@
 // Where the core sends the user: places of the main window.
 #pragma once
 
-#include <string>
+#include "base/words.h"
 
 namespace quillo {
 
@@ -10,7 +10,7 @@ class Navigator {
  public:
   virtual ~Navigator() = default;
   // Shows the account panel with `message`.
-  virtual void openSignIn(const std::string& message) = 0;
+  virtual void openSignIn(const Words& message) = 0;
   virtual void openPlans() = 0;
 };
 

@@ -199,20 +199,20 @@ std::string cleanOutput(std::string_view text) {
 ValidationVerdict validateOutput(std::string_view original, std::string_view transformed) {
   const std::string before = trimmed(original);
   const std::string after = trimmed(transformed);
-  if (after.empty()) return Rejected{"Transformation returned empty text"};
-  if (isRefusal(after)) return Rejected{"Transformation error - using original text"};
+  if (after.empty()) return Rejected{words("Transformation returned empty text")};
+  if (isRefusal(after)) return Rejected{words("Transformation error - using original text")};
 
   const std::size_t beforeCount = characterCount(before);
   const CharacterCounts counts = countCharacters(after);
   const float ratio =
       static_cast<float>(counts.all) / static_cast<float>(std::max<std::size_t>(beforeCount, 1));
-  if (ratio < leastRatio) return Rejected{"Transformation too short"};
+  if (ratio < leastRatio) return Rejected{words("Transformation too short")};
   if (ratio > greatestRatio && beforeCount > longestThatMayGrow) {
-    return Rejected{"Transformation too long"};
+    return Rejected{words("Transformation too long")};
   }
   // More than four of five characters are neither.
   if (counts.all > 5 * counts.lettersAndNumbers) {
-    return Rejected{"Transformation contains mostly special characters"};
+    return Rejected{words("Transformation contains mostly special characters")};
   }
   return Accepted{};
 }

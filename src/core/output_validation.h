@@ -6,14 +6,16 @@
 #include <string_view>
 #include <variant>
 
+#include "base/words.h"
+
 namespace quillo {
 
 struct Rejected {
-  std::string reason;
+  Literal reason;
 };
 // Used, with a line in the log. No rule yields it yet.
 struct Suspicious {
-  std::string reason;
+  Literal reason;
 };
 struct Accepted {};
 

@@ -4,15 +4,16 @@
 #include <string>
 
 #include "base/task.h"
+#include "base/words.h"
 
 namespace quillo {
 
 struct ReviewRequest {
   std::string youSaid;
-  std::string youSaidLanguage;  // a label, as "German"
-  std::string means;            // translated back; may be empty
+  Words youSaidLanguage;  // a label, as "German"
+  std::string means;      // translated back; may be empty
   std::string willInsert;
-  std::string insertLanguage;  // a label
+  Words insertLanguage;  // a label
 };
 
 enum class ReviewDecision { insert, discard, reRecord };

@@ -17,7 +17,7 @@ constexpr std::size_t tailCharacters = 500;
 RollingTranscription::RollingTranscription(MainThread& mainThread, MurmexAPI& api,
                                            SessionAuthority& authority, const AccountState& account,
                                            const WritingSettings& writing, FileManager& files,
-                                           Log& log, Published<std::string>& statusText)
+                                           Log& log, Published<Words>& statusText)
     : mainThread_(mainThread),
       services_{api, authority},
       account_(account),
@@ -96,7 +96,7 @@ void RollingTranscription::rememberTail(const std::string& sessionId, const std:
 
 Task<std::optional<std::string>> RollingTranscription::awaitRollingTranscript() {
   if (rollingSegmentTasks_.empty()) co_return std::nullopt;
-  statusText_ = "Finishing transcription";
+  statusText_ = words("Finishing transcription");
   const auto tasks = rollingSegmentTasks_;
   std::vector<RollingSegmentTranscript> transcripts;
   transcripts.reserve(tasks.size());
@@ -133,7 +133,7 @@ std::optional<std::string> RollingTranscription::joinedText(
 
 void RollingTranscription::fallBack(const std::string& line) {
   log_.log("dictation", line);
-  statusText_ = "Transcribing";
+  statusText_ = words("Transcribing");
 }
 
 void RollingTranscription::cancelSegments() {

@@ -35,7 +35,7 @@ class RollingTranscription {
 
   RollingTranscription(MainThread& mainThread, MurmexAPI& api, SessionAuthority& authority,
                        const AccountState& account, const WritingSettings& writing,
-                       FileManager& files, Log& log, Published<std::string>& statusText);
+                       FileManager& files, Log& log, Published<Words>& statusText);
   RollingTranscription(const RollingTranscription&) = delete;
   RollingTranscription& operator=(const RollingTranscription&) = delete;
 
@@ -80,7 +80,7 @@ class RollingTranscription {
   const WritingSettings& writing_;
   FileManager& files_;
   Log& log_;
-  Published<std::string>& statusText_;
+  Published<Words>& statusText_;
 
   std::optional<std::string> rollingSessionId_;
   std::vector<TaskHandle<SegmentEnd>> rollingSegmentTasks_;  // in order of emission

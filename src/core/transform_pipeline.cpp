@@ -66,14 +66,15 @@ std::string TransformPipeline::checkedOutput(const std::string& rawText,
   const ValidationVerdict verdict = validateOutput(rawText, cleaned);
   if (const auto* rejected = std::get_if<Rejected>(&verdict)) {
     log_.log("dictation",
-             "transform REJECTED (" + rejected->reason +
+             "transform REJECTED (" + std::string(rejected->reason.english()) +
                  "); using raw transcription — raw=" + std::to_string(characterCount(rawText)) +
                  " chars, transformed=" + std::to_string(characterCount(cleaned)) + " chars, " +
                  writing_.inputLanguage.get() + "->" + writing_.outputLanguage.get());
     return rawText;
   }
   if (const auto* suspicious = std::get_if<Suspicious>(&verdict)) {
-    log_.log("dictation", "transform flagged suspicious but accepted: " + suspicious->reason);
+    log_.log("dictation", "transform flagged suspicious but accepted: " +
+                              std::string(suspicious->reason.english()));
   }
   return cleaned;
 }

@@ -59,38 +59,42 @@ std::string_view rawValueOf(ActivationMode mode) {
 
 // --- Texts ---
 
-std::string shortcutDisplayText(const ShortcutSettings& settings) {
+Words shortcutDisplayText(const ShortcutSettings& settings) {
   if (activationModeFrom(settings.activationMode.get()) == ActivationMode::hold)
-    return "Hold " + std::string(choiceFor(holdShortcuts, settings.holdShortcut.get()).label);
-  return std::string(choiceFor(toggleShortcuts, settings.toggleShortcut.get()).label);
+    return words("Hold {keys}", {{"keys", choiceFor(holdShortcuts, settings.holdShortcut.get()).label}});
+  return choiceFor(toggleShortcuts, settings.toggleShortcut.get()).label;
 }
 
-std::string shortcutUseText(const ShortcutSettings& settings) {
-  const std::string keys = shortcutDisplayText(settings);
+Words shortcutUseText(const ShortcutSettings& settings) {
   if (activationModeFrom(settings.activationMode.get()) == ActivationMode::hold)
-    return keys + ", speak, then release to insert.";
-  return "Press " + keys + " to start, again to stop.";
+    return words("Hold {keys}, speak, then release to insert.",
+                 {{"keys", choiceFor(holdShortcuts, settings.holdShortcut.get()).label}});
+  return words("Press {keys} to start, again to stop.",
+               {{"keys", choiceFor(toggleShortcuts, settings.toggleShortcut.get()).label}});
 }
 
-std::optional<std::string_view> toggleShortcutHint(ToggleShortcut shortcut) {
+std::optional<Literal> toggleShortcutHint(ToggleShortcut shortcut) {
   switch (shortcut) {
     case ToggleShortcut::ctrlOptSpace:
       return std::nullopt;
     case ToggleShortcut::fn:
-      return "Set System Settings → Keyboard → \"Press 🌐 to\" to \"Do Nothing\", otherwise Fn "
-             "also switches input source or opens Emoji. Fn needs an Apple Fn/Globe event — many "
-             "third-party external Fn keys are hardware-only; use Right Option for those "
-             "keyboards.";
+      return words(
+          "Set System Settings → Keyboard → \"Press 🌐 to\" to \"Do Nothing\", otherwise Fn "
+          "also switches input source or opens Emoji. Fn needs an Apple Fn/Globe event — many "
+          "third-party external Fn keys are hardware-only; use Right Option for those "
+          "keyboards.");
     case ToggleShortcut::rightOpt:
-      return "Right Option stops typing the special characters it normally inserts while this is "
-             "active.";
+      return words(
+          "Right Option stops typing the special characters it normally inserts while this is "
+          "active.");
   }
 }
 
-std::optional<std::string_view> holdShortcutHint(HoldShortcut shortcut) {
+std::optional<Literal> holdShortcutHint(HoldShortcut shortcut) {
   if (shortcut != HoldShortcut::fn) return std::nullopt;
-  return "Fn works only when macOS receives an Apple Fn/Globe event. Many third-party external Fn "
-         "keys are hardware-only; use Right Option for those keyboards.";
+  return words(
+      "Fn works only when macOS receives an Apple Fn/Globe event. Many third-party external Fn "
+      "keys are hardware-only; use Right Option for those keyboards.");
 }
 
 // --- Modifiers ---

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <string>
 #include <string_view>
 
-#include "platform/keyboard.h"
+#include "base/words.h"
+#include "platform/key_event.h"
 #include "state/shortcut_settings.h"
 
 namespace quillo {
@@ -19,33 +19,33 @@ template <class Value>
 struct ShortcutChoice {
   Value value;
   std::string_view rawValue;
-  std::string_view label;
+  Literal label;
 };
 
 enum class ActivationMode { toggle, hold };
 
 inline constexpr ShortcutChoice<ActivationMode> activationModes[] = {
-    {ActivationMode::toggle, "toggle", "Toggle"},
-    {ActivationMode::hold, "hold", "Hold to talk"},
+    {ActivationMode::toggle, "toggle", words("Toggle")},
+    {ActivationMode::hold, "hold", words("Hold to talk")},
 };
 
 // Modifiers that record while they are held.
 enum class HoldShortcut { ctrlOpt, optCmd, rightOpt, fn };
 
 inline constexpr ShortcutChoice<HoldShortcut> holdShortcuts[] = {
-    {HoldShortcut::ctrlOpt, "ctrl_opt", "Ctrl+Option"},
-    {HoldShortcut::optCmd, "opt_cmd", "Option+Command"},
-    {HoldShortcut::rightOpt, "right_opt", "Right Option"},
-    {HoldShortcut::fn, "fn", "Fn"},
+    {HoldShortcut::ctrlOpt, "ctrl_opt", words("Ctrl+Option")},
+    {HoldShortcut::optCmd, "opt_cmd", words("Option+Command")},
+    {HoldShortcut::rightOpt, "right_opt", words("Right Option")},
+    {HoldShortcut::fn, "fn", words("Fn")},
 };
 
 // Keys that start at one press and stop at the next.
 enum class ToggleShortcut { ctrlOptSpace, fn, rightOpt };
 
 inline constexpr ShortcutChoice<ToggleShortcut> toggleShortcuts[] = {
-    {ToggleShortcut::ctrlOptSpace, "ctrl_opt_space", "Ctrl+Option+Space"},
-    {ToggleShortcut::fn, "fn", "Fn"},
-    {ToggleShortcut::rightOpt, "right_opt", "Right Option"},
+    {ToggleShortcut::ctrlOptSpace, "ctrl_opt_space", words("Ctrl+Option+Space")},
+    {ToggleShortcut::fn, "fn", words("Fn")},
+    {ToggleShortcut::rightOpt, "right_opt", words("Right Option")},
 };
 
 // A text that is no raw value means the first choice of its table.
@@ -58,12 +58,12 @@ std::string_view rawValueOf(ActivationMode mode);
 // --- Texts ---
 
 // For the status surfaces: "Hold Fn", or "Ctrl+Option+Space".
-std::string shortcutDisplayText(const ShortcutSettings& settings);
+Words shortcutDisplayText(const ShortcutSettings& settings);
 // What to do to dictate, as a sentence.
-std::string shortcutUseText(const ShortcutSettings& settings);
+Words shortcutUseText(const ShortcutSettings& settings);
 // What to know about a key; nothing for most.
-std::optional<std::string_view> toggleShortcutHint(ToggleShortcut shortcut);
-std::optional<std::string_view> holdShortcutHint(HoldShortcut shortcut);
+std::optional<Literal> toggleShortcutHint(ToggleShortcut shortcut);
+std::optional<Literal> holdShortcutHint(HoldShortcut shortcut);
 
 // --- Modifiers, in the forms of the routes ---
 

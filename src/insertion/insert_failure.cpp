@@ -5,23 +5,24 @@ namespace {
 
 struct Texts {
   std::string_view name;
-  std::string_view message;
+  Literal message;
 };
 
 // In the order of the reasons.
 constexpr Texts failures[] = {
     {"accessibility",
-     "Text was copied. Turn on Accessibility access for Quillo to paste automatically."},
+     words("Text was copied. Turn on Accessibility access for Quillo to paste automatically.")},
     {"invalidTarget",
-     "Text was copied. Click where you want it, then use Paste Last Result from the menu bar."},
+     words("Text was copied. Click where you want it, then use Paste Last Result from the menu "
+           "bar.")},
     {"secureInput",
-     "Text was copied. Secure keyboard entry is on (a password field, or an app like Terminal or a "
-     "password manager), so macOS blocks auto-paste — press Cmd+V to paste it."},
+     words("Text was copied. Secure keyboard entry is on (a password field, or an app like "
+           "Terminal or a "
+           "password manager), so macOS blocks auto-paste — press Cmd+V to paste it.")},
 };
-constexpr Texts noFailure{
-    "none",
-    "Text was copied. If the target app blocked auto-paste, use Paste Last Result from the menu "
-    "bar."};
+constexpr Texts noFailure{"none", words("Text was copied. If the target app blocked auto-paste, "
+                                        "use Paste Last Result from the menu "
+                                        "bar.")};
 
 const Texts& textsOf(std::optional<InsertFailureReason> reason) {
   return reason ? failures[static_cast<std::size_t>(*reason)] : noFailure;
@@ -29,7 +30,7 @@ const Texts& textsOf(std::optional<InsertFailureReason> reason) {
 
 }  // namespace
 
-std::string_view insertFailureMessage(std::optional<InsertFailureReason> reason) {
+Literal insertFailureMessage(std::optional<InsertFailureReason> reason) {
   return textsOf(reason).message;
 }
 

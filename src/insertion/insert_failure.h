@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/words.h"
+
 namespace quillo {
 
 enum class InsertFailureReason {
@@ -13,11 +15,11 @@ enum class InsertFailureReason {
 };
 
 // The status text of every caller of insertText().
-inline constexpr std::string_view insertedStatus = "Inserted";
-inline constexpr std::string_view copiedStatus = "Copied to clipboard";
+inline constexpr Literal insertedStatus = words("Inserted");
+inline constexpr Literal copiedStatus = words("Copied to clipboard");
 
 // What the user can do next.
-std::string_view insertFailureMessage(std::optional<InsertFailureReason> reason);
+Literal insertFailureMessage(std::optional<InsertFailureReason> reason);
 // For log lines; "none" without a reason.
 std::string_view insertFailureName(std::optional<InsertFailureReason> reason);
 

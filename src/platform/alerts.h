@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <vector>
+
+#include "base/words.h"
 
 namespace quillo {
 
@@ -11,9 +12,9 @@ namespace quillo {
 class Alerts {
  public:
   struct Alert {
-    std::string messageText;
-    std::string informativeText;
-    std::vector<std::string> buttons;  // the first is the default one
+    Words messageText;
+    Words informativeText;
+    std::vector<Words> buttons;  // the first is the default one
   };
   virtual ~Alerts() = default;
   // Waits for the answer while timers and posted work go on: the index of the pressed button.

@@ -11,6 +11,8 @@
 #include <variant>
 #include <vector>
 
+#include "base/words.h"
+
 namespace quillo {
 
 // The key that presses a control wherever the focus is inside its window.
@@ -31,21 +33,21 @@ using ControlValue = std::variant<std::monostate, bool, std::string>;
 
 struct ControlOption {
   std::string value;
-  std::string label;
+  Words label;
 
   friend bool operator==(const ControlOption&, const ControlOption&) = default;
 };
 
 // Something to press or to change. One without a name is not seen; its key works all the same.
 struct Control {
-  std::string id;    // the same for as long as the program is; unique in its content
-  std::string name;  // as it is read aloud
+  std::string id;  // the same for as long as the program is; unique in its content
+  Words name;      // as it is read aloud
   // Absent for what only holds a value.
   std::function<void()> press;
   KeyEquivalent key = KeyEquivalent::none;
   ControlRole role = ControlRole::button;
   bool isEnabled = true;
-  std::string help;
+  Words help;
   ControlValue value;
   std::vector<ControlOption> options;
   // Absent for what is only pressed. A value of another kind, or none of the options, is ignored.
@@ -59,7 +61,7 @@ class Content {
   // Under which a host finds the view that draws it.
   virtual std::string_view viewName() const = 0;
   // What can be read in it now, from top to bottom.
-  virtual std::vector<std::string> texts() const = 0;
+  virtual std::vector<Words> texts() const = 0;
   // What can be worked in it now, in the order of the keyboard.
   virtual std::vector<Control> controls() const { return {}; }
   // False while keys may still arrive that the user meant for another window; they are dropped.

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <optional>
-#include <string>
+
+#include "base/words.h"
 
 namespace quillo {
 
@@ -12,7 +13,7 @@ class DesktopSession {
   virtual ~DesktopSession() = default;
   // Where in this session shortcuts and pastes do not work, and what does, as one sentence for the
   // user. Nothing when they work everywhere.
-  virtual std::optional<std::string> limitation() const = 0;
+  virtual std::optional<Words> limitation() const = 0;
 };
 
 }  // namespace quillo

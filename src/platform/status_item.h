@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "base/words.h"
+
 namespace quillo {
 
 struct MenuItem {
-  std::string title;  // empty: a line between groups
+  Words title;  // empty: a line between groups
   std::function<void()> action;
   std::vector<MenuItem> submenu;
   bool isEnabled = true;
@@ -24,7 +26,7 @@ class StatusItem {
   virtual ~StatusItem() = default;
   // `symbol` names one of the program's symbols, as "mic.circle.fill"; `description` is what it
   // means, for those who cannot see it.
-  virtual void setIcon(const std::string& symbol, const std::string& description) = 0;
+  virtual void setIcon(const std::string& symbol, const Words& description) = 0;
   // Replaces the menu. A menu that is open keeps its shape until it is closed.
   virtual void setMenu(std::vector<MenuItem> menu) = 0;
 };

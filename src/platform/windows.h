@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "base/words.h"
 #include "platform/content.h"
 #include "platform/geometry.h"
 
@@ -13,7 +14,7 @@ namespace quillo {
 struct WindowDescription {
   // Under which its frame is remembered, as "quillo-main".
   std::string identifier;
-  std::string title;
+  Words title;
   Size minimumSize;  // the user cannot make it smaller
   Size idealSize;    // until the user has chosen another
 };
@@ -38,7 +39,7 @@ class Window {
   // Whatever had the keyboard before gets it back.
   virtual void orderOut() = 0;
 
-  virtual void setTitle(const std::string& title) = 0;
+  virtual void setTitle(const Words& title) = 0;
   // A new window lies where the user left the last one of its identifier, moved and made smaller as
   // far as the screens demand; the first one in the middle of the screen where the user types.
   virtual Rect frame() const = 0;

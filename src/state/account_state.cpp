@@ -60,7 +60,7 @@ Task<> AccountState::refreshUsage() {
     if (defaults().text(userIdKey) == user) takeUsage(std::move(reply));
   } catch (...) {
     log_.log("usage", "refresh failed: " + describe(std::current_exception()));
-    usageError = "Usage could not be refreshed.";
+    usageError = words("Usage could not be refreshed.");
   }
   const Duration taken = mainThread_.now() - began;
   // Cancelled or not, the refresh is over when the wait is.

@@ -11,6 +11,7 @@
 #include "base/log.h"
 #include "base/published.h"
 #include "base/task.h"
+#include "base/words.h"
 #include "platform/clock.h"
 #include "state/setting_group.h"
 
@@ -26,7 +27,7 @@ class AccountState : private SettingGroup {
 
   Published<std::optional<UsageData>> usage;
   Published<bool> isRefreshingUsage;
-  Published<std::optional<std::string>> usageError;
+  Published<std::optional<Words>> usageError;
 
   Setting<std::string> plan = text("plan", "free");
 

@@ -35,11 +35,11 @@ MacAppState::MacAppState(MainThread& mainThread, UserDefaults& defaults, Clock& 
 void MacAppState::registerCycleHotKey() {
   if (!bindCyclePair_) return;
   const auto cycle = [this] { start(mainThread_, cycleInLaterTurn()); };
-  const bool isBound =
-      bindCyclePair_(cycleHotKeyKeyCode, keyLabel(cycleHotKeyKeyCode), cycleHotKeyModifiers, cycle);
+  const bool isBound = bindCyclePair_(cycleHotKeyKeyCode, keyLabel(cycleHotKeyKeyCode).english(),
+                                      cycleHotKeyModifiers, cycle);
   if (isBound) return;
-  showToast(hotKeyLabel(cycleHotKeyKeyCode, cycleHotKeyModifiers) +
-            " is already in use — pick another in Settings");
+  showToast(words("{shortcut} is already in use — pick another in Settings",
+                  {{"shortcut", hotKeyLabel(cycleHotKeyKeyCode, cycleHotKeyModifiers)}}));
 }
 
 Task<> MacAppState::cycleInLaterTurn() {

@@ -4,23 +4,24 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string_view>
 
 #include "platform/hot_keys.h"
+#include "state/key_labels.h"
 
 namespace quillo {
 
 struct CycleHotKeyPreset {
   std::int64_t id;
-  std::string_view label;
   std::int64_t keyCode;    // virtual key code
   std::int64_t modifiers;  // bits of hot_key_modifiers
+
+  Words label() const { return hotKeyLabel(keyCode, modifiers); }
 };
 
 inline constexpr std::array<CycleHotKeyPreset, 3> cycleHotKeyPresets = {{
-    {0, "⌃G", 5, hot_key_modifiers::control},
-    {1, "⌃J", 38, hot_key_modifiers::control},
-    {2, "⌃;", 41, hot_key_modifiers::control},
+    {0, 5, hot_key_modifiers::control},
+    {1, 38, hot_key_modifiers::control},
+    {2, 41, hot_key_modifiers::control},
 }};
 inline constexpr CycleHotKeyPreset defaultCycleHotKey = cycleHotKeyPresets[0];
 

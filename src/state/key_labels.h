@@ -2,14 +2,17 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+
+#include "base/words.h"
 
 namespace quillo {
 
 // `keyCode` is a virtual key code: 5 gives "G", an unlisted one "Key 200".
-std::string keyLabel(std::int64_t keyCode);
+Words keyLabel(std::int64_t keyCode);
 
 // `modifiers` are bits of hot_key_modifiers: 5 with control gives "⌃G".
-std::string hotKeyLabel(std::int64_t keyCode, std::int64_t modifiers);
+Words hotKeyLabel(std::int64_t keyCode, std::int64_t modifiers);
+// The same with a blank between its keys, for who draws each by itself.
+Words hotKeyKeys(std::int64_t keyCode, std::int64_t modifiers);
 
 }  // namespace quillo

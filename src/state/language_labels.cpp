@@ -21,14 +21,18 @@ std::string beforeHyphen(std::string_view code) {
 
 }  // namespace
 
-std::string languageLabel(std::string_view code) {
-  if (code.empty() || code == automaticLanguage) return "Auto";
-  if (const auto name = englishLanguageName(beforeHyphen(code))) return capitalized(*name);
-  return englishIdentifierName(code).value_or(std::string(code));
+Words languageLabel(std::string_view code) {
+  if (code.empty() || code == automaticLanguage) return words("Auto");
+  const std::string language = beforeHyphen(code);
+  if (const auto name = englishLanguageName(language))
+    return languageNamed(capitalized(*name), language);
+  const auto name = englishIdentifierName(code);
+  return name ? languageNamed(*name, std::string(code)) : asItStands(std::string(code));
 }
 
-std::string languagePairLabel(std::string_view input, std::string_view output) {
-  return languageLabel(input) + " → " + languageLabel(output);
+Words languagePairLabel(std::string_view input, std::string_view output) {
+  return words("{input} → {output}",
+               {{"input", languageLabel(input)}, {"output", languageLabel(output)}});
 }
 
 std::string primaryLanguage(std::string_view code) {

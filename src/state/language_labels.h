@@ -6,63 +6,65 @@
 #include <string_view>
 #include <vector>
 
+#include "base/words.h"
+
 namespace quillo {
 
 struct Language {
   std::string_view code;
-  std::string_view name;
+  Literal name;
 };
 
 // What is offered for input and for output, in this order. A setting may hold any other code.
 inline constexpr std::array<Language, 38> languages = {{
-    {"ar", "Arabic"},
-    {"bn", "Bengali"},
-    {"zh-CN", "Chinese (Simplified)"},
-    {"zh-TW", "Chinese (Traditional)"},
-    {"cs", "Czech"},
-    {"da", "Danish"},
-    {"nl", "Dutch"},
-    {"en-GB", "English (UK)"},
-    {"en-US", "English (US)"},
-    {"fa", "Persian"},
-    {"tl", "Filipino"},
-    {"fi", "Finnish"},
-    {"fr", "French"},
-    {"de", "German"},
-    {"el", "Greek"},
-    {"he", "Hebrew"},
-    {"hi", "Hindi"},
-    {"hu", "Hungarian"},
-    {"id", "Indonesian"},
-    {"it", "Italian"},
-    {"ja", "Japanese"},
-    {"ko", "Korean"},
-    {"ku", "Kurdish (Kurmanji)"},
-    {"ckb", "Kurdish (Sorani)"},
-    {"ms", "Malay"},
-    {"nb", "Norwegian (Bokmal)"},
-    {"pl", "Polish"},
-    {"pt-BR", "Portuguese (Brazil)"},
-    {"pt-PT", "Portuguese (Portugal)"},
-    {"ro", "Romanian"},
-    {"ru", "Russian"},
-    {"es", "Spanish"},
-    {"sv", "Swedish"},
-    {"th", "Thai"},
-    {"tr", "Turkish"},
-    {"uk", "Ukrainian"},
-    {"ur", "Urdu"},
-    {"vi", "Vietnamese"},
+    {"ar", words("Arabic")},
+    {"bn", words("Bengali")},
+    {"zh-CN", words("Chinese (Simplified)")},
+    {"zh-TW", words("Chinese (Traditional)")},
+    {"cs", words("Czech")},
+    {"da", words("Danish")},
+    {"nl", words("Dutch")},
+    {"en-GB", words("English (UK)")},
+    {"en-US", words("English (US)")},
+    {"fa", words("Persian")},
+    {"tl", words("Filipino")},
+    {"fi", words("Finnish")},
+    {"fr", words("French")},
+    {"de", words("German")},
+    {"el", words("Greek")},
+    {"he", words("Hebrew")},
+    {"hi", words("Hindi")},
+    {"hu", words("Hungarian")},
+    {"id", words("Indonesian")},
+    {"it", words("Italian")},
+    {"ja", words("Japanese")},
+    {"ko", words("Korean")},
+    {"ku", words("Kurdish (Kurmanji)")},
+    {"ckb", words("Kurdish (Sorani)")},
+    {"ms", words("Malay")},
+    {"nb", words("Norwegian (Bokmal)")},
+    {"pl", words("Polish")},
+    {"pt-BR", words("Portuguese (Brazil)")},
+    {"pt-PT", words("Portuguese (Portugal)")},
+    {"ro", words("Romanian")},
+    {"ru", words("Russian")},
+    {"es", words("Spanish")},
+    {"sv", words("Swedish")},
+    {"th", words("Thai")},
+    {"tr", words("Turkish")},
+    {"uk", words("Ukrainian")},
+    {"ur", words("Urdu")},
+    {"vi", words("Vietnamese")},
 }};
 
 inline constexpr const char* automaticLanguage = "auto";  // as input: detection
 inline constexpr const char* defaultLanguage = "en-US";
 
 // "de" gives "German", "auto" gives "Auto"; a code without an English name is its own label.
-std::string languageLabel(std::string_view code);
+Words languageLabel(std::string_view code);
 
 // "English → German".
-std::string languagePairLabel(std::string_view input, std::string_view output);
+Words languagePairLabel(std::string_view input, std::string_view output);
 
 // "PT-br" gives "pt": the language of a tag, in lower case.
 std::string primaryLanguage(std::string_view code);

@@ -17,9 +17,9 @@ bool isOneOf(std::span<const std::string_view> names, std::string_view name) {
   return std::ranges::find(names, name) != names.end();
 }
 
-std::string labelOf(std::span<const WritingChoice> choices, std::string_view value) {
+Literal labelOf(std::span<const WritingChoice> choices, std::string_view value) {
   const auto found = std::ranges::find(choices, value, &WritingChoice::value);
-  return std::string(found == choices.end() ? choices.front().label : found->label);
+  return found == choices.end() ? choices.front().label : found->label;
 }
 
 }  // namespace
@@ -31,13 +31,13 @@ std::string normalizedMode(const std::optional<std::string>& value) {
   return "auto";
 }
 
-std::string modeLabel(std::string_view transformMode) {
+Literal modeLabel(std::string_view transformMode) {
   return labelOf(transformModes, normalizedMode(std::string(transformMode)));
 }
-std::string toneLabel(std::string_view tone) {
+Literal toneLabel(std::string_view tone) {
   return labelOf(tones, tone);
 }
-std::string formatLabel(std::string_view formatStyle) {
+Literal formatLabel(std::string_view formatStyle) {
   return labelOf(formatStyles, formatStyle);
 }
 

@@ -70,16 +70,21 @@ std::optional<std::size_t> indexOfSameSetting(const std::vector<WritingProfile>&
   return static_cast<std::size_t>(found - profiles.begin());
 }
 
-std::string profileDisplayName(const WritingProfile& profile) {
+Words profileDisplayName(const WritingProfile& profile) {
   const std::string name = trimmed(profile.name);
-  return name.empty() ? languagePairLabel(profile.inputLanguage, profile.outputLanguage) : name;
+  return name.empty() ? languagePairLabel(profile.inputLanguage, profile.outputLanguage)
+                      : asItStands(name);
 }
 
-std::string profileSummary(const WritingProfile& profile) {
-  const std::string style = modeLabel(profile.transformMode) + " · " + toneLabel(profile.tone) +
-                            " · " + formatLabel(profile.formatStyle);
+Words profileSummary(const WritingProfile& profile) {
+  const Words style =
+      words("{mode} · {tone} · {format}", {{"mode", modeLabel(profile.transformMode)},
+                                           {"tone", toneLabel(profile.tone)},
+                                           {"format", formatLabel(profile.formatStyle)}});
   if (isBlank(profile.name)) return style;
-  return languagePairLabel(profile.inputLanguage, profile.outputLanguage) + " · " + style;
+  return words("{languages} · {style}",
+               {{"languages", languagePairLabel(profile.inputLanguage, profile.outputLanguage)},
+                {"style", style}});
 }
 
 Bytes encodeProfiles(const std::vector<WritingProfile>& profiles) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/words.h"
 #include "platform/random.h"
 #include "state/setting.h"
 
@@ -28,9 +29,9 @@ std::optional<std::size_t> indexOfSameSetting(const std::vector<WritingProfile>&
                                               const WritingProfile& wanted);
 
 // The name, or the two languages when it is blank.
-std::string profileDisplayName(const WritingProfile& profile);
+Words profileDisplayName(const WritingProfile& profile);
 // "Improve · Friendly · Smart", with the languages in front when the profile has a name.
-std::string profileSummary(const WritingProfile& profile);
+Words profileSummary(const WritingProfile& profile);
 
 // A JSON array of objects.
 Bytes encodeProfiles(const std::vector<WritingProfile>& profiles);

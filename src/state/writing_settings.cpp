@@ -99,7 +99,8 @@ void WritingSettings::applyProfile(WritingProfile profile) {
   transformMode = normalizedMode(profile.transformMode);
   tone = profile.tone;
   formatStyle = profile.formatStyle;
-  showToast(profileDisplayName(profile) + " · " + modeLabel(profile.transformMode));
+  showToast(words("{profile} · {mode}", {{"profile", profileDisplayName(profile)},
+                                         {"mode", modeLabel(profile.transformMode)}}));
 }
 
 void WritingSettings::renameProfile(std::string_view id, std::string name) {
@@ -183,8 +184,8 @@ std::vector<GlossaryEntry> WritingSettings::glossaryForOutput() const {
   return glossaryFor(outputLanguage.get(), dictionaryGlossary);
 }
 
-void WritingSettings::showToast(std::string_view text) const {
-  if (toast_) toast_(text);
+void WritingSettings::showToast(Words text) const {
+  if (toast_) toast_(std::move(text));
 }
 
 }  // namespace quillo

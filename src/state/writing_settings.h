@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "api/records.h"
+#include "base/words.h"
 #include "platform/application.h"
 #include "platform/clock.h"
 #include "state/language_labels.h"
@@ -74,11 +75,11 @@ class WritingSettings : private SettingGroup {
   std::vector<GlossaryEntry> glossaryForOutput() const;
 
   // One line to the user that goes away by itself.
-  using Toast = std::function<void(std::string_view text)>;
+  using Toast = std::function<void(Words text)>;
   void setToast(Toast toast) { toast_ = std::move(toast); }
 
  protected:
-  void showToast(std::string_view text) const;
+  void showToast(Words text) const;
 
  private:
   void rememberLanguagePair(const std::string& input, const std::string& output);

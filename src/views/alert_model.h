@@ -17,14 +17,12 @@ class AlertModel final : public ContentModel {
   Q_PROPERTY(QString informativeText READ informativeText CONSTANT)
 
  public:
-  // `content` outlives the model.
-  explicit AlertModel(linux_host::AlertContent& content)
-      : ContentModel(content), content_(content) {}
+  // Both outlive the model.
+  AlertModel(linux_host::AlertContent& content, const Catalog& catalog)
+      : ContentModel(content, catalog), content_(content) {}
 
-  QString messageText() const { return QString::fromStdString(content_.alert().messageText); }
-  QString informativeText() const {
-    return QString::fromStdString(content_.alert().informativeText);
-  }
+  QString messageText() const { return shown(content_.alert().messageText); }
+  QString informativeText() const { return shown(content_.alert().informativeText); }
 
  private:
   linux_host::AlertContent& content_;

@@ -3,15 +3,12 @@
 #include "views/later.h"
 
 namespace quillo::views {
-namespace {
 
-QVariantMap toVariant(const Control& control) {
+QVariantMap ContentModel::toVariant(const Control& control) const {
   return {{"id", QString::fromStdString(control.id)},
-          {"title", QString::fromStdString(control.name)},
+          {"title", shown(control.name)},
           {"isDefault", control.key == KeyEquivalent::defaultAction}};
 }
-
-}  // namespace
 
 QVariantList ContentModel::controlList() const {
   QVariantList list;
@@ -29,7 +26,7 @@ QVariantMap ContentModel::controls() const {
 
 QString ContentModel::titleOf(const QString& id) const {
   const auto control = controlWithId(content_, id.toStdString());
-  return control ? QString::fromStdString(control->name) : QString();
+  return control ? shown(control->name) : QString();
 }
 
 void ContentModel::press(const QString& id) {

@@ -8,6 +8,7 @@
 #include <QVariantMap>
 #include <string>
 
+#include "base/catalog.h"
 #include "platform/content.h"
 
 namespace quillo::views {
@@ -22,8 +23,8 @@ class ContentModel : public QObject {
   Q_PROPERTY(QVariantList controlList READ controlList NOTIFY changed)
 
  public:
-  // `content` outlives the model.
-  explicit ContentModel(Content& content) : content_(content) {}
+  // Both outlive the model.
+  ContentModel(Content& content, const Catalog& catalog) : content_(content), catalog_(catalog) {}
 
   QVariantMap controls() const;
   QVariantList controlList() const;
@@ -39,10 +40,17 @@ class ContentModel : public QObject {
  Q_SIGNALS:
   void changed();
 
+ protected:
+  // As the user reads it.
+  QString shown(const Words& words) const { return QString::fromStdString(catalog_.text(words)); }
+  const Catalog& catalog() const { return catalog_; }
+
  private:
+  QVariantMap toVariant(const Control& control) const;
   void changeNow(const std::string& id, const ControlValue& value);
 
   Content& content_;
+  const Catalog& catalog_;
 };
 
 }  // namespace quillo::views

@@ -17,8 +17,12 @@ QVariantList toVariants(const Models& models) {
 // --- Rows ---
 
 FormRowModel::FormRowModel(const forms::Form& form, const forms::Section& section,
-                           const forms::Row& row)
-    : form_(form), section_(section), row_(row), state_(form.stateOf(section, row)) {
+                           const forms::Row& row, const Catalog& catalog)
+    : form_(form),
+      section_(section),
+      row_(row),
+      catalog_(catalog),
+      state_(form.stateOf(section, row)) {
   elements_.setElements(state_.elements);
   if (const auto* const level = as<forms::Level>())
     levelChanges_ = level->observe([this](float now) {
@@ -42,10 +46,9 @@ FormRowModel::Kind FormRowModel::kind() const {
 }
 
 QString FormRowModel::title() const {
-  if (const auto* const button = as<forms::Button>()) return QString::fromStdString(button->title);
-  if (const auto* const field = as<forms::Field>())
-    return QString::fromStdString(field->placeholder);
-  if (const auto* const list = as<forms::List>()) return QString::fromStdString(list->emptyText);
+  if (const auto* const button = as<forms::Button>()) return shown(button->title);
+  if (const auto* const field = as<forms::Field>()) return shown(field->placeholder);
+  if (const auto* const list = as<forms::List>()) return shown(list->emptyText);
   return {};
 }
 
@@ -68,8 +71,8 @@ QVariantList FormRowModel::columns() const {
   QVariantList columns;
   if (const auto* const list = as<forms::List>())
     for (const forms::Column& column : list->columns)
-      columns.append(QVariantMap{{"id", QString::fromStdString(column.id)},
-                                 {"label", QString::fromStdString(column.label)}});
+      columns.append(
+          QVariantMap{{"id", QString::fromStdString(column.id)}, {"label", shown(column.label)}});
   return columns;
 }
 
@@ -83,7 +86,7 @@ QVariantList FormRowModel::options() const {
   QVariantList options;
   for (const ControlOption& option : state_.options)
     options.append(QVariantMap{{"value", QString::fromStdString(option.value)},
-                               {"label", QString::fromStdString(option.label)}});
+                               {"label", shown(option.label)}});
   return options;
 }
 
@@ -95,10 +98,11 @@ QStringList FormRowModel::draft() const {
 
 // --- Sections ---
 
-FormSectionModel::FormSectionModel(const forms::Form& form, const forms::Section& section)
-    : section_(section) {
+FormSectionModel::FormSectionModel(const forms::Form& form, const forms::Section& section,
+                                   const Catalog& catalog)
+    : section_(section), catalog_(catalog) {
   for (const forms::Row& row : section.rows)
-    rows_.push_back(std::make_unique<FormRowModel>(form, section, row));
+    rows_.push_back(std::make_unique<FormRowModel>(form, section, row, catalog));
 }
 
 void FormSectionModel::update() {
@@ -122,9 +126,10 @@ bool FormSectionModel::isVisible() const {
 
 // --- The form ---
 
-FormModel::FormModel(forms::Form& form) : ContentModel(form), form_(form) {
+FormModel::FormModel(forms::Form& form, const Catalog& catalog)
+    : ContentModel(form, catalog), form_(form) {
   for (const forms::Section& section : form.description().sections)
-    sections_.push_back(std::make_unique<FormSectionModel>(form, section));
+    sections_.push_back(std::make_unique<FormSectionModel>(form, section, catalog));
   changes_ = form.observe([this] {
     for (const auto& section : sections_) section->update();
   });

@@ -52,13 +52,14 @@ class FormRowModel final : public QObject {
   enum Tone { Plain, Ready, Warning };
   Q_ENUM(Tone)
 
-  FormRowModel(const forms::Form& form, const forms::Section& section, const forms::Row& row);
+  FormRowModel(const forms::Form& form, const forms::Section& section, const forms::Row& row,
+               const Catalog& catalog);
 
   void update();
 
   QString id() const { return QString::fromStdString(row_.id); }
   Kind kind() const;
-  QString label() const { return QString::fromStdString(row_.label); }
+  QString label() const { return shown(row_.label); }
   QString title() const;
   bool isProminent() const;
   bool isDestructive() const;
@@ -67,13 +68,13 @@ class FormRowModel final : public QObject {
   QAbstractItemModel* elements() { return &elements_; }
   bool isVisible() const { return state_.isVisible; }
   bool isEnabled() const { return state_.isEnabled; }
-  QString help() const { return QString::fromStdString(state_.help); }
-  QString error() const { return QString::fromStdString(state_.error); }
+  QString help() const { return shown(state_.help); }
+  QString error() const { return shown(state_.error); }
   QVariant value() const;
   QVariantList options() const;
   QStringList draft() const;
   bool canAdd() const { return state_.canAdd(); }
-  QString text() const { return QString::fromStdString(state_.text); }
+  QString text() const { return shown(state_.text); }
   Tone tone() const { return static_cast<Tone>(state_.tone); }
   float level() const { return level_; }
 
@@ -87,9 +88,12 @@ class FormRowModel final : public QObject {
     return std::get_if<RowKind>(&row_.kind);
   }
 
+  QString shown(const Words& words) const { return QString::fromStdString(catalog_.text(words)); }
+
   const forms::Form& form_;
   const forms::Section& section_;
   const forms::Row& row_;
+  const Catalog& catalog_;
   forms::RowState state_;
   ElementModel elements_;
   float level_ = 0;
@@ -107,11 +111,11 @@ class FormSectionModel final : public QObject {
   Q_PROPERTY(bool isVisible READ isVisible NOTIFY changed)
 
  public:
-  FormSectionModel(const forms::Form& form, const forms::Section& section);
+  FormSectionModel(const forms::Form& form, const forms::Section& section, const Catalog& catalog);
 
   void update();
 
-  QString title() const { return QString::fromStdString(section_.title); }
+  QString title() const { return QString::fromStdString(catalog_.text(section_.title)); }
   QVariantList rows() const;
   bool isOfButtons() const;
   // With at least one row to see.
@@ -122,6 +126,7 @@ class FormSectionModel final : public QObject {
 
  private:
   const forms::Section& section_;
+  const Catalog& catalog_;
   std::vector<std::unique_ptr<FormRowModel>> rows_;
 };
 
@@ -133,10 +138,10 @@ class FormModel final : public ContentModel {
   Q_PROPERTY(QVariantList sections READ sections CONSTANT)
 
  public:
-  // `form` outlives the model.
-  explicit FormModel(forms::Form& form);
+  // Both outlive the model.
+  FormModel(forms::Form& form, const Catalog& catalog);
 
-  QString title() const { return QString::fromStdString(form_.description().title); }
+  QString title() const { return shown(form_.description().title); }
   QVariantList sections() const;
 
  private:

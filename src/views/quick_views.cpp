@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "views/alert_model.h"
 #include "views/bar_icon.h"
@@ -26,14 +27,14 @@ namespace quillo::views {
 namespace {
 
 template <class Shown, class Model>
-std::unique_ptr<QObject> modelOf(Content& content) {
-  return std::make_unique<Model>(dynamic_cast<Shown&>(content));
+std::unique_ptr<QObject> modelOf(Content& content, const Catalog& catalog) {
+  return std::make_unique<Model>(dynamic_cast<Shown&>(content), catalog);
 }
 
 struct View {
   std::string_view name;  // by which a content asks for it
   const char* scene;
-  std::unique_ptr<QObject> (*makeModel)(Content&);
+  std::unique_ptr<QObject> (*makeModel)(Content&, const Catalog&);
 };
 constexpr View views[] = {
     {MacDictationHUDView::name, "StatusPanel", modelOf<MacDictationHUDView, StatusModel>},
@@ -53,9 +54,9 @@ const View& viewOf(const Content& content) {
   return *view;
 }
 
-ShownScene makeScene(QQmlEngine& engine, Content& content) {
+ShownScene makeScene(QQmlEngine& engine, Content& content, const Catalog& catalog) {
   const View& view = viewOf(content);
-  ShownScene scene{view.makeModel(content), nullptr};
+  ShownScene scene{view.makeModel(content, catalog), nullptr};
   QQmlComponent component(&engine, sceneAddress(view.scene));
   // The scenes are part of the program: one that cannot be made is a fault of the build.
   if (!component.isReady())
@@ -67,7 +68,7 @@ ShownScene makeScene(QQmlEngine& engine, Content& content) {
 
 }  // namespace
 
-QuickViews::QuickViews() = default;
+QuickViews::QuickViews(Catalog catalog) : catalog_(std::move(catalog)) {}
 
 QuickViews::~QuickViews() = default;
 
@@ -87,17 +88,21 @@ void QuickViews::startEngine() {
 std::unique_ptr<linux_host::PanelView> QuickViews::makePanelView(Content& content) {
   if (!engine_) startEngine();
   const View& view = viewOf(content);
-  return std::make_unique<QuickPanelView>(*engine_, view.scene, view.makeModel(content));
+  return std::make_unique<QuickPanelView>(*engine_, view.scene, view.makeModel(content, catalog_));
 }
 
 std::unique_ptr<linux_host::WindowView> QuickViews::makeWindowView() {
   if (!engine_) startEngine();
   return std::make_unique<QuickWindowView>(
-      *engine_, [this](Content& content) { return makeScene(*engine_, content); });
+      *engine_, [this](Content& content) { return makeScene(*engine_, content, catalog_); });
 }
 
 QIcon QuickViews::barIcon(const std::string& symbol) {
   return views::barIcon(symbol);
+}
+
+QString QuickViews::text(const Words& words) const {
+  return QString::fromStdString(catalog_.text(words));
 }
 
 }  // namespace quillo::views

@@ -19,19 +19,20 @@ class ReviewModel final : public ContentModel {
   Q_PROPERTY(QVariantList sections READ sections CONSTANT)
 
  public:
-  // `view` outlives the model.
-  explicit ReviewModel(MacReviewView& view) : ContentModel(view), view_(view) {}
+  // Both outlive the model.
+  ReviewModel(MacReviewView& view, const Catalog& catalog)
+      : ContentModel(view, catalog), view_(view) {}
 
-  QString title() const { return QString::fromStdString(view_.title()); }
+  QString title() const { return shown(view_.title()); }
   QVariantList sections() const {
     QVariantList sections;
     for (const MacReviewView::Section& section : view_.sections())
-      sections.append(
-          QVariantMap{{"title", QString::fromStdString(section.title)},
-                      {"language", QString::fromStdString(section.language)},
-                      {"verdict", QString(section.verdict ? verdictText(*section.verdict) : "")},
-                      {"matches", section.verdict == ReviewVerdict::matches},
-                      {"text", QString::fromStdString(section.text)}});
+      sections.append(QVariantMap{
+          {"title", shown(section.title)},
+          {"language", shown(section.language)},
+          {"verdict", section.verdict ? shown(verdictText(*section.verdict)) : QString()},
+          {"matches", section.verdict == ReviewVerdict::matches},
+          {"text", QString::fromStdString(section.text)}});
     return sections;
   }
 

@@ -2,8 +2,8 @@
 
 namespace quillo::views {
 
-StatusModel::StatusModel(MacDictationHUDView& view)
-    : ContentModel(view),
+StatusModel::StatusModel(MacDictationHUDView& view, const Catalog& catalog)
+    : ContentModel(view, catalog),
       view_(view),
       contentChanges_(view.observe([this](const auto&) { Q_EMIT changed(); })),
       levelChanges_(view.observeLevel([this](float level) {

@@ -26,14 +26,14 @@ class StatusModel final : public ContentModel {
   enum StateColor { Red, Orange, Accent };
   Q_ENUM(StateColor)
 
-  // `view` outlives the model.
-  explicit StatusModel(MacDictationHUDView& view);
+  // Both outlive the model.
+  StatusModel(MacDictationHUDView& view, const Catalog& catalog);
 
   QString symbol() const { return QString::fromStdString(content().symbol); }
   StateColor color() const;
-  QString statusText() const { return QString::fromStdString(content().statusText); }
-  QString detail() const { return QString::fromStdString(content().detail); }
-  QString shortcutText() const { return QString::fromStdString(content().shortcutText); }
+  QString statusText() const { return shown(content().statusText); }
+  QString detail() const { return shown(content().detail); }
+  QString shortcutText() const { return shown(content().shortcutText); }
   bool showsMeter() const { return content().showsMeter; }
   float level() const { return level_; }
 

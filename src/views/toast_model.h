@@ -17,13 +17,13 @@ class ToastModel final : public ContentModel {
   Q_PROPERTY(QString text READ text NOTIFY changed)
 
  public:
-  // `view` outlives the model.
-  explicit ToastModel(MacToastView& view)
-      : ContentModel(view),
+  // Both outlive the model.
+  ToastModel(MacToastView& view, const Catalog& catalog)
+      : ContentModel(view, catalog),
         view_(view),
         changes_(view.text.observe([this](const auto&) { Q_EMIT changed(); })) {}
 
-  QString text() const { return QString::fromStdString(view_.text.get()); }
+  QString text() const { return shown(view_.text.get()); }
 
  private:
   MacToastView& view_;

@@ -14,7 +14,7 @@ TEST_F(AuthServiceTest, SigningInStoresTheSessionAndOpensTheUsersHistory) {
   launch();
   answer(tokenPath, 200, session("access1", "refresh1", "1800.0"));
   EXPECT_EQ(desktop_.await(auth_->signIn("ADA@example.org", "p\"w")),
-            MacAuthResult::success("ada@example.org"));
+            MacAuthResult::success(asItStands("ada@example.org")));
   EXPECT_EQ(refreshes().back().body, R"({"email":"ADA@example.org","password":"p\"w"})");
   EXPECT_EQ(defaults().text("mac.apiKey"), "access1");
   EXPECT_EQ(defaults().number("mac.tokenExpiresAt"), secondsNow() + 1800);
@@ -27,7 +27,8 @@ TEST_F(AuthServiceTest, ASessionNeedsNeitherALifetimeNorAUserAndTakesOldCopiesAw
   launchSignedIn();
   defaults().setText("mac.accessToken", "kept when the keychain refused");
   answer("/signup", 200, R"({"access_token":"access1"})");
-  EXPECT_EQ(desktop_.await(auth_->signUp("a@b.c", "pw", "")), MacAuthResult::success("a@b.c"));
+  EXPECT_EQ(desktop_.await(auth_->signUp("a@b.c", "pw", "")),
+            MacAuthResult::success(asItStands("a@b.c")));
   EXPECT_TRUE(auth_->isLoggedIn());
   EXPECT_FALSE(defaults().contains("mac.accessToken"));
   EXPECT_EQ(tokenStore_.read("mac.accessToken"), "access1");

@@ -34,7 +34,7 @@ TEST(DictationFailuresTest, KnowsACancelInEveryDisguise) {
 TEST(DictationFailuresTest, KnowsAPlanLimitByItsBody) {
   const auto message = [](std::exception_ptr error) {
     const auto limit = planLimitInfo(error);
-    return limit ? limit->message : "none";
+    return limit ? limit->message.english() : "none";
   };
   const std::string general =
       "You've reached your plan limit. Upgrade your plan or try again later.";

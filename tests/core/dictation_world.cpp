@@ -35,7 +35,7 @@ DictationWorld::DictationWorld() {
     return withFreshAuth<UsageData>(auth, [this] { return api.getUsage(state.identity()); });
   });
   statusObserver_ = dictation.statusText.observe(
-      [this](const std::string& text) { statusTexts.push_back(text); });
+      [this](const Words& text) { statusTexts.push_back(text.english()); });
   desktop.runFor(1s);
 }
 

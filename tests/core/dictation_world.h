@@ -65,7 +65,7 @@ class DictationWorld {
   // Recording files on the disk, by name.
   std::vector<std::string> recordings();
   std::string clipboard() { return desktop.pasteboard().text().value_or(""); }
-  std::string errorLine() const { return dictation.lastError.get().value_or(""); }
+  std::string errorLine() const { return dictation.lastError.get().value_or(Words()).english(); }
 
   SignedInDesktop desktop;
   simulated::SimulatedApplication& editor =

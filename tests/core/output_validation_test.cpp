@@ -18,7 +18,7 @@ std::string repeated(std::string_view piece, std::size_t count) {
 std::string judge(std::string_view original, std::string_view transformed) {
   const ValidationVerdict verdict = validateOutput(original, transformed);
   const auto* rejected = std::get_if<Rejected>(&verdict);
-  return rejected ? rejected->reason : "";
+  return std::string(rejected ? rejected->reason.english() : "");
 }
 
 struct CleanCase {

@@ -14,7 +14,7 @@ namespace quillo {
 
 class RecordedNavigator final : public Navigator {
  public:
-  void openSignIn(const std::string& message) override { signInMessages.push_back(message); }
+  void openSignIn(const Words& message) override { signInMessages.push_back(message.english()); }
   void openPlans() override { ++plansOpened; }
 
   std::vector<std::string> signInMessages;

@@ -56,7 +56,7 @@ class SegmentsByHand : public RollingFlow {
   }
   std::optional<std::string> joined() { return desktop.await(rolling->awaitRollingTranscript()); }
 
-  Published<std::string> status;
+  Published<Words> status;
   std::optional<RollingTranscription> rolling{
       std::in_place, desktop.mainThread(), api,           auth,  state,
       state,         desktop.files(),      desktop.log(), status};

@@ -36,7 +36,7 @@ class DictationHUDTest : public ::testing::Test {
 
   SimulatedDesktop desktop_;
   DictationState dictation_;
-  std::string shortcut_ = "Ctrl+Option+Space";
+  Words shortcut_ = words("Ctrl+Option+Space");
   std::vector<std::string> pressed_;
   MacDictationHUD hud_{desktop_.mainThread(), panels(), desktop_.screens(),
                        [this] { return shortcut_; }};
@@ -104,14 +104,14 @@ TEST_F(DictationHUDTest, HidingWithoutADelayWaitsForTheNextTurn) {
 // What the panel makes of the dictation's flags and texts.
 struct State {
   bool recording, processing;
-  std::optional<std::string> error;
+  std::optional<Words> error;
   bool canRetry;
   DictationHUDContent content;
   bool takesClicks;
 };
 
-std::vector<State> statesOfTheDictation(const std::string& shortcut) {
-  const std::string error = "Request timed out. Please try again.";
+std::vector<State> statesOfTheDictation(const Words& shortcut) {
+  const Words error = words("Request timed out. Please try again.");
   using enum StateColor;
   return {
       {true,
@@ -160,11 +160,11 @@ TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
     dictation_.isProcessing = state.processing;
     dictation_.lastError = state.error;
     dictation_.canRetryLast = state.canRetry;
-    dictation_.statusText = state.content.symbol;
+    dictation_.statusText = asItStands(state.content.symbol);
     DictationHUDContent expected = state.content;
-    expected.statusText = state.content.symbol;
-    EXPECT_EQ(hudContent(dictation_, shortcut_), expected) << expected.statusText;
-    EXPECT_EQ(takesClicks(), state.takesClicks) << expected.statusText;
+    expected.statusText = asItStands(state.content.symbol);
+    EXPECT_EQ(hudContent(dictation_, shortcut_), expected) << expected.symbol;
+    EXPECT_EQ(takesClicks(), state.takesClicks) << expected.symbol;
   }
   for (const char* button : {"Retry", "Dismiss", "Cancel"}) EXPECT_TRUE(panels().click(button));
   EXPECT_THAT(pressed_, ElementsAre("retry", "dismiss", "cancel"));
@@ -176,18 +176,18 @@ TEST_F(DictationHUDTest, WhatItShowsFollowsFromTheDictation) {
 
   // An error that has nothing to say keeps its symbol, but brings no row and no button.
   dictation_.isRecording = false;
-  dictation_.lastError = "";
+  dictation_.lastError = Words();
   EXPECT_EQ(hudContent(dictation_, shortcut_).symbol, "exclamationmark.triangle.fill");
   EXPECT_THAT(panel().content().controls(), IsEmpty());
 }
 
 TEST_F(DictationHUDTest, TheChordIsTheOneOfTheLatestShow) {
   hud_.show();
-  shortcut_ = "Hold Fn";
+  shortcut_ = words("Hold Fn");
   EXPECT_TRUE(panel().shows("Ctrl+Option+Space"));
   hud_.show();
   EXPECT_TRUE(panel().shows("Hold Fn"));
-  dictation_.statusText = "Inserted";
+  dictation_.statusText = words("Inserted");
   EXPECT_TRUE(panel().shows("Hold Fn"));
 }
 
@@ -199,7 +199,7 @@ class ToastTest : public DictationHUDTest {
 };
 
 TEST_F(ToastTest, StaysFadesAndGoes) {
-  toast_.showToast("OK");
+  toast_.showToast(words("OK"));
   VirtualPanel& shown = panel();
   // As small as it may be, and 120 below the top of the screen's visible part.
   EXPECT_EQ(shown.frame(), (Rect{{660, 711}, {120, 44}}));
@@ -210,8 +210,7 @@ TEST_F(ToastTest, StaysFadesAndGoes) {
   EXPECT_FALSE(shown.isVisible());
   EXPECT_EQ(shown.alpha(), 0);
 
-  const std::string text = "English (United Kingdom) → Portuguese (Brazil)";
-  toast_.showToast(text);
+  toast_.showToast(words("English (United Kingdom) → Portuguese (Brazil)"));
   EXPECT_TRUE(shown.isVisible());
   EXPECT_EQ(shown.alpha(), 1);
   EXPECT_GT(shown.frame().size.width, 280);
@@ -220,16 +219,16 @@ TEST_F(ToastTest, StaysFadesAndGoes) {
 }
 
 TEST_F(ToastTest, ASecondOneReplacesTheTextAndStartsTheTimeAnew) {
-  toast_.showToast("first");
+  toast_.showToast(words("first"));
   desktop_.runFor(1300ms);
-  toast_.showToast("second");
+  toast_.showToast(words("second"));
   EXPECT_EQ(panels().showing("first"), nullptr);
   desktop_.runFor(1400ms);
   ASSERT_NE(panels().showing("second"), nullptr);
 
   // Also in the middle of a fade.
   desktop_.runFor(100ms);
-  toast_.showToast("third");
+  toast_.showToast(words("third"));
   desktop_.runFor(1599ms);
   EXPECT_NE(panels().showing("third"), nullptr);
   desktop_.runFor(1ms);

@@ -13,12 +13,12 @@ using testing::ElementsAre;
 // "toggle sounds: Play sounds = on [help]", in brackets when it is disabled.
 std::string told(const Control& control) {
   static constexpr const char* roles[] = {"button", "toggle", "choice", "field"};
-  std::string text =
-      std::string(roles[static_cast<int>(control.role)]) + " " + control.id + ": " + control.name;
+  std::string text = std::string(roles[static_cast<int>(control.role)]) + " " + control.id + ": " +
+                     control.name.english();
   if (const bool* const isOn = std::get_if<bool>(&control.value))
     text += *isOn ? " = on" : " = off";
   if (const auto* const value = std::get_if<std::string>(&control.value)) text += " = " + *value;
-  if (!control.help.empty()) text += " [" + control.help + "]";
+  if (!control.help.empty()) text += " [" + control.help.english() + "]";
   return control.isEnabled ? text : "(" + text + ")";
 }
 
@@ -42,7 +42,7 @@ class FormTest : public testing::Test {
   int pressed_ = 0;
 
   List rules() {
-    return {.columns = {{"from", "Heard"}, {"to", "Written"}},
+    return {.columns = {{"from", words("Heard")}, {"to", words("Written")}},
             .elements = [this] { return rules_.get(); },
             .add =
                 [this](const auto& rule) {
@@ -57,42 +57,43 @@ class FormTest : public testing::Test {
                   rules_ = all;
                 },
             .watch = watch(rules_),
-            .emptyText = "No rules yet"};
+            .emptyText = words("No rules yet")};
   }
   Form form_{{
-      .title = "General",
-      .sections = {{.title = "Dictation",
-                    .rows = {{.id = "sounds",
-                              .label = "Play sounds",
-                              .help = "At the start and the end.",
-                              .kind = Toggle{bind(sounds_)}},
-                             {.id = "mode",
-                              .label = "Mode",
-                              .kind = Choice{bind(mode_),
-                                             [] {
-                                               return std::vector<ControlOption>{
-                                                   {"toggle", "Toggle"}, {"hold", "Hold to talk"}};
-                                             }},
-                              .isEnabled = [this] { return sounds_.get(); }},
-                             {.id = "access",
-                              .kind = Note{"Access is granted."},
-                              .isVisible = [this] { return isGranted_.get(); }}}},
-                   {.title = "You",
-                    .rows = {{.id = "email",
-                              .label = "E-mail",
-                              .kind = Field{bind(email_)},
-                              .error = Text(
-                                  [this] { return std::string(email_->empty() ? "" : "No @."); })},
-                             {.id = "rules", .label = "Rules", .kind = rules()},
-                             {.id = "done",
-                              .kind = Button{"Done", [this] { ++pressed_; }, ButtonStyle::prominent,
-                                             KeyEquivalent::defaultAction}}}}},
+      .title = words("General"),
+      .sections =
+          {{.title = words("Dictation"),
+            .rows = {{.id = "sounds",
+                      .label = words("Play sounds"),
+                      .help = words("At the start and the end."),
+                      .kind = Toggle{bind(sounds_)}},
+                     {.id = "mode",
+                      .label = words("Mode"),
+                      .kind = Choice{bind(mode_),
+                                     [] {
+                                       return std::vector<ControlOption>{
+                                           {"toggle", words("Toggle")},
+                                           {"hold", words("Hold to talk")}};
+                                     }},
+                      .isEnabled = [this] { return sounds_.get(); }},
+                     {.id = "access",
+                      .kind = Note{words("Access is granted.")},
+                      .isVisible = [this] { return isGranted_.get(); }}}},
+           {.title = words("You"),
+            .rows = {{.id = "email",
+                      .label = words("E-mail"),
+                      .kind = Field{bind(email_)},
+                      .error = Text([this] { return email_->empty() ? Words() : words("No @."); })},
+                     {.id = "rules", .label = words("Rules"), .kind = rules()},
+                     {.id = "done",
+                      .kind = Button{words("Done"), [this] { ++pressed_; }, ButtonStyle::prominent,
+                                     KeyEquivalent::defaultAction}}}}},
       .watches = {watch(isGranted_)},
   }};
 };
 
 TEST_F(FormTest, WhatCanBeReadAndWorkedFollowsTheValues) {
-  EXPECT_THAT(form_.texts(),
+  EXPECT_THAT(english(form_.texts()),
               ElementsAre("General", "Dictation", "Play sounds", "At the start and the end.",
                           "Mode", "Toggle", "You", "E-mail", "Rules", "No rules yet"));
   EXPECT_THAT(controls(), ElementsAre("toggle sounds: Play sounds = on [At the start and the end.]",
@@ -116,7 +117,7 @@ TEST_F(FormTest, WhatCanBeReadAndWorkedFollowsTheValues) {
                   "field rules.new.from: Heard = cheque", "field rules.new.to: Written = check",
                   "button rules.add: Add", "button done: Done"));
   press("rules.add");
-  EXPECT_THAT(form_.texts(),
+  EXPECT_THAT(english(form_.texts()),
               ElementsAre("General", "Dictation", "Play sounds", "At the start and the end.",
                           "Mode", "Hold to talk", "Access is granted.", "You", "E-mail", "ada",
                           "No @.", "Rules", "cheque → check"));

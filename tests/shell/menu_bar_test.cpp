@@ -38,14 +38,14 @@ class MenuBarTest : public AccountTest {
   std::vector<std::string> titles() {
     std::vector<std::string> titles;
     for (const MenuItem& entry : item().menu())
-      titles.push_back(entry.isSeparator() ? "-" : entry.title);
+      titles.push_back(entry.isSeparator() ? "-" : entry.title.english());
     return titles;
   }
   // Of the items of the dictation, those that can be chosen.
   std::vector<std::string> choices() {
     std::vector<std::string> choices;
     for (std::size_t i = 0; i < 4; ++i)
-      if (item().menu()[i].isEnabled) choices.push_back(item().menu()[i].title);
+      if (item().menu()[i].isEnabled) choices.push_back(item().menu()[i].title.english());
     return choices;
   }
 

@@ -45,8 +45,8 @@ class ReviewPanelTest : public StateTest {
   TaskHandle<ReviewDecision> open(std::string means = "See you tomorrow at nine") {
     const auto reviewing =
         start(desktop_.mainThread(),
-              review_->present({"See you tomorrow at nine", "English", std::move(means),
-                                "Bis morgen um neun", "German"}));
+              review_->present({"See you tomorrow at nine", words("English"), std::move(means),
+                                "Bis morgen um neun", words("German")}));
     desktop_.runFor(249ms);
     EXPECT_FALSE(panels().press(KeyEquivalent::defaultAction));
     desktop_.runFor(1ms);

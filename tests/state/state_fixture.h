@@ -23,7 +23,7 @@ class StateTest : public testing::Test {
     state_.emplace(desktop_.mainThread(), desktop_.userDefaults(), desktop_.clock(),
                    desktop_.random(), desktop_.machine(), desktop_.loginItem(),
                    desktop_.application(), desktop_.log());
-    state_->setToast([this](std::string_view text) { toasts_.emplace_back(text); });
+    state_->setToast([this](const Words& text) { toasts_.push_back(text.english()); });
     return *state_;
   }
   simulated::MemoryUserDefaults& stored() { return desktop_.userDefaults(); }

@@ -65,15 +65,16 @@ class FormOnScreen : public testing::Test {
       if (anyBelow(*element.child(i), found)) return true;
     return false;
   }
-  static bool any(QAccessible::Role role, const std::string& name, const Found& also = {}) {
+  static bool any(QAccessible::Role role, const Words& name, const Found& also = {}) {
     return anyBelow(*QAccessible::queryAccessibleInterface(&quickWindow()), [&](auto& element) {
-      return element.role() == role && element.text(QAccessible::Name).toStdString() == name &&
+      return element.role() == role &&
+             element.text(QAccessible::Name).toStdString() == name.english() &&
              (!also || also(element));
     });
   }
   static bool isTold(const Control& control) {
     const auto hasHelp = [&](QAccessibleInterface& element) {
-      return element.text(QAccessible::Description).toStdString() == control.help;
+      return element.text(QAccessible::Description).toStdString() == control.help.english();
     };
     switch (control.role) {
       case ControlRole::button:
@@ -95,8 +96,8 @@ class FormOnScreen : public testing::Test {
     return any(QAccessible::RadioButton, chosen->label,
                [](auto& element) { return bool(element.state().checked); }) ||
            any(QAccessible::ComboBox, control.name, [&](auto& element) {
-             return hasHelp(element) &&
-                    element.child(0)->text(QAccessible::Name).toStdString() == chosen->label;
+             return hasHelp(element) && element.child(0)->text(QAccessible::Name).toStdString() ==
+                                            chosen->label.english();
            });
   }
   void expectAllTold() {
@@ -123,7 +124,7 @@ class FormOnScreen : public testing::Test {
                         unseen_.application(), unseen_.log()};
   sim::SampleForm sample_{appState_};
   std::unique_ptr<Window> window_ =
-      windows_.make({"quillo-main", "Quillo", {880, 600}, {880, 600}}, sample_.form());
+      windows_.make({"quillo-main", words("Quillo"), {880, 600}, {880, 600}}, sample_.form());
 };
 
 TEST_F(FormOnScreen, TheKeyboardReachesEveryControlAndAllIsTold) {
@@ -158,11 +159,11 @@ TEST_F(FormOnScreen, KeysChangeTheSettings) {
   press(aKey);
   press(returnKey);
   EXPECT_TRUE(runUntil([&] { return appState_.dictionaryVocabulary->size() == 2; }));
-  EXPECT_TRUE(runUntil([&] { return any(QAccessible::Button, "Remove a"); }));
+  EXPECT_TRUE(runUntil([&] { return any(QAccessible::Button, words("Remove a")); }));
   goTo("E-mail");
   press(aKey);
   EXPECT_TRUE(
-      runUntil([] { return any(QAccessible::AlertMessage, "An address has an @ in it."); }));
+      runUntil([] { return any(QAccessible::AlertMessage, words("An address has an @ in it.")); }));
   expectAllTold();
   expectNothingCut(*quickWindow().contentItem());
 

@@ -116,7 +116,7 @@ class PanelsOnScreen : public testing::Test {
   InsertionSettings settings_{registry_};
   DictationState dictation_;
   std::vector<std::string> pressed_;
-  MacDictationHUD hud_{host_.mainThread(), panels_, screens_, [] { return "Fn"; }};
+  MacDictationHUD hud_{host_.mainThread(), panels_, screens_, [] { return words("Fn"); }};
   ToastPanel toast_{host_.mainThread(), panels_, screens_};
   MacReviewPanel review_{host_.mainThread(), panels_, screens_, application_, settings_};
 };
@@ -128,7 +128,7 @@ TEST_F(PanelsOnScreen, AClickGoesThroughARecordingAndHitsTheButtonsOfAFailure) {
   EXPECT_TRUE(clickReachesBelow(shown()->geometry().center()));
 
   dictation_.isRecording = false;
-  dictation_.lastError = "Request timed out. Please try again.";
+  dictation_.lastError = words("Request timed out. Please try again.");
   dictation_.canRetryLast = true;
   click("Retry");
   ASSERT_TRUE(runUntil([&] { return pressed_.size() == 1; }));
@@ -160,7 +160,7 @@ TEST_F(PanelsOnScreen, WithoutACompositorTheWindowIsCutOutWhereThePanelIsDrawn) 
   host_.runFor(250ms);  // any motion has ended
   EXPECT_TRUE(isCutOut());
   dictation_.isRecording = false;
-  dictation_.lastError = "Request timed out. Please try again.";
+  dictation_.lastError = words("Request timed out. Please try again.");
   dictation_.canRetryLast = true;
   host_.runFor(500ms);
   EXPECT_TRUE(isCutOut());
@@ -169,7 +169,7 @@ TEST_F(PanelsOnScreen, WithoutACompositorTheWindowIsCutOutWhereThePanelIsDrawn) 
   for (int i = 0; i < 40; ++i) {
     dictation_.isRecording = i % 3 == 0;
     dictation_.isProcessing = i % 3 == 1;
-    dictation_.lastError = i % 2 == 0 ? std::optional<std::string>("It failed.") : std::nullopt;
+    dictation_.lastError = i % 2 == 0 ? std::optional<Words>(words("It failed.")) : std::nullopt;
     if (i % 7 == 0) hud_.hideNow();
     if (i % 7 == 1) hud_.show();
     host_.runFor(5ms);
@@ -226,7 +226,7 @@ TEST_F(PanelsOnScreen, PanelsLieOnTheScreenWhereTheUserTypes) {
     EXPECT_TRUE(liesAt(whole.width() * 3 / 4, statusHeight));
     EXPECT_TRUE(below_.hasFocus());
     hud_.hideNow();
-    toast_.showToast("English → German");
+    toast_.showToast(words("English → German"));
     EXPECT_TRUE(liesAt(whole.width() * 3 / 4, 120 + shown()->height() / 2));
     ASSERT_TRUE(runUntil([] { return shown() == nullptr; }));
 
@@ -255,7 +255,8 @@ TEST_F(PanelsOnScreen, ALongReviewScrollsInsteadOfGrowing) {
 
 TEST_F(PanelsOnScreen, AnAlertIsAnsweredByKeysAndButtons) {
   linux_host::QtAlerts alerts(panels_, screens_);
-  const Alerts::Alert question{"Plan limit reached", "Upgrade?", {"View Plans", "Not now"}};
+  const Alerts::Alert question{
+      words("Plan limit reached"), words("Upgrade?"), {words("View Plans"), words("Not now")}};
   const auto answerTo = [&](const std::function<void()>& user) {
     const Timer later(host_.mainThread(), 500ms, user);
     return alerts.runModal(question);
@@ -414,8 +415,8 @@ class AssistiveTechnology {
 TEST_F(PanelsOnScreen, AnAssistiveTechnologyReadsEveryControl) {
   QAccessible::setRootObject(qApp);  // as exec() does
   AssistiveTechnology reader;
-  dictation_.statusText = "Request timed out";
-  dictation_.lastError = "Request timed out. Please try again.";
+  dictation_.statusText = words("Request timed out");
+  dictation_.lastError = words("Request timed out. Please try again.");
   dictation_.canRetryLast = true;
   hud_.show();
   host_.runFor(100ms);
@@ -436,11 +437,14 @@ TEST_F(PanelsOnScreen, AnAssistiveTechnologyReadsEveryControl) {
     question = reader.read();
     reader.press("View Plans");
   });
-  EXPECT_EQ(alerts.runModal({"Plan limit reached", "Upgrade?", {"View Plans", "Not now"}}), 0u);
+  EXPECT_EQ(alerts.runModal({words("Plan limit reached"),
+                             words("Upgrade?"),
+                             {words("View Plans"), words("Not now")}}),
+            0u);
   EXPECT_THAT(question, IsSupersetOf({"dialog: Plan limit reached", "label: Upgrade?",
                                       "push button: View Plans", "push button: Not now"}));
 
-  toast_.showToast("English → German");
+  toast_.showToast(words("English → German"));
   host_.runFor(100ms);
   EXPECT_THAT(reader.read(), IsSupersetOf({"label: English → German"}));
 

@@ -32,8 +32,8 @@ TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
   views::QuickViews views;
   linux_host::QtStatusItem item(views);
   std::string chosen;
-  item.setMenu({{.title = "Start Dictation", .action = [&] { chosen = "start"; }},
-                {.title = "Quit Quillo", .action = [&] { chosen = "quit"; }}});
+  item.setMenu({{.title = words("Start Dictation"), .action = [&] { chosen = "start"; }},
+                {.title = words("Quit Quillo"), .action = [&] { chosen = "quit"; }}});
 
   // Where a pixel of that colour is drawn in the bar.
   const auto find = [](QRgb color) -> std::optional<QPoint> {
@@ -48,9 +48,9 @@ TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
     return std::nullopt;
   };
   constexpr QRgb resting = 0xff3f4350, recording = 0xffe5383b;
-  item.setIcon("waveform.circle", "Quillo");
+  item.setIcon("waveform.circle", words("Quillo"));
   ASSERT_TRUE(host.runUntil([&] { return find(resting).has_value(); }, 20s));
-  item.setIcon("mic.circle.fill", "Quillo: recording");
+  item.setIcon("mic.circle.fill", words("Quillo: recording"));
   ASSERT_TRUE(host.runUntil([&] { return find(recording) && !find(resting); }, 20s));
 
   contracts::clickAt(*connection, *find(recording));

@@ -1,10 +1,10 @@
 // A panel of rows, described once. What can be read in it, what can be pressed and changed, what an
 // assistive technology is told and what is drawn all follow from the description.
 //
-//   Form form({.title = "General",
-//              .sections = {{.title = "Sound",
+//   Form form({.title = words("General"),
+//              .sections = {{.title = words("Sound"),
 //                            .rows = {{.id = "sounds",
-//                                      .label = "Play sounds",
+//                                      .label = words("Play sounds"),
 //                                      .kind = Toggle{bind(appState.soundsEnabled)}}}}}});
 #pragma once
 
@@ -36,14 +36,14 @@ struct Binding {
 class Text {
  public:
   Text() = default;
-  Text(std::string text) : text_([text = std::move(text)] { return text; }) {}
-  Text(const char* text) : Text(std::string(text)) {}
-  Text(std::function<std::string()> text) : text_(std::move(text)) {}
+  Text(Words text) : text_([text = std::move(text)] { return text; }) {}
+  Text(Literal text) : Text(Words(text)) {}
+  Text(std::function<Words()> text) : text_(std::move(text)) {}
 
-  std::string now() const { return text_ ? text_() : std::string(); }
+  Words now() const { return text_ ? text_() : Words(); }
 
  private:
-  std::function<std::string()> text_;
+  std::function<Words()> text_;
 };
 
 using Options = std::function<std::vector<ControlOption>()>;
@@ -72,14 +72,14 @@ enum class FieldStyle { line, lines, secret };
 // Changes with every key.
 struct Field {
   Binding<std::string> value;
-  std::string placeholder{};
+  Words placeholder{};
   FieldStyle style = FieldStyle::line;
 };
 
 // The parts of a list's element, in the order of its columns.
 struct Column {
   std::string id;
-  std::string label;  // also seen in the empty field of a new element
+  Words label;  // also seen in the empty field of a new element
 };
 
 // Elements can be added and removed. What is typed for a new one is kept here until it is added.
@@ -89,7 +89,7 @@ struct List {
   std::function<void(const std::vector<std::string>& columns)> add;
   std::function<void(std::size_t index)> remove;
   Watch watch;
-  std::string emptyText{};
+  Words emptyText{};
 };
 
 // Something that is measured, 0...1, and changes too often to count as a change of the form.
@@ -107,7 +107,7 @@ struct Note {
 enum class ButtonStyle { plain, prominent, destructive };
 
 struct Button {
-  std::string title;
+  Words title;
   std::function<void()> press;
   ButtonStyle style = ButtonStyle::plain;
   KeyEquivalent key = KeyEquivalent::none;
@@ -121,9 +121,9 @@ using Condition = std::function<bool()>;
 struct Row {
   using Kind = std::variant<Toggle, Choice, Shortcut, Field, List, Level, Note, Button>;
 
-  std::string id;     // the same for as long as the program is; unique in its form
-  std::string label;  // may be empty for a note and a button
-  Text help{};        // a sentence below the label
+  std::string id;  // the same for as long as the program is; unique in its form
+  Words label;     // may be empty for a note and a button
+  Text help{};     // a sentence below the label
   Kind kind;
   Condition isVisible{};
   Condition isEnabled{};
@@ -131,13 +131,13 @@ struct Row {
 };
 
 struct Section {
-  std::string title;  // may be empty
+  Words title;  // may be empty
   std::vector<Row> rows;
   Condition isVisible{};
 };
 
 struct Description {
-  std::string title;
+  Words title;
   std::vector<Section> sections;
   // What conditions and texts look at beside the bound values.
   std::vector<Watch> watches{};

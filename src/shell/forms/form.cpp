@@ -30,18 +30,18 @@ Watch watchOf(const Row::Kind& kind) {
                     kind);
 }
 
-std::string labelOf(const std::vector<ControlOption>& options, const std::string& value) {
+Words labelOf(const std::vector<ControlOption>& options, const std::string& value) {
   const auto option = std::ranges::find(options, value, &ControlOption::value);
-  return option == options.end() ? value : option->label;
+  return option == options.end() ? asItStands(value) : option->label;
 }
 
 // What can be read of a row's value.
-std::vector<std::string> readableValue(const Row& row, const RowState& state) {
-  std::vector<std::string> texts;
+std::vector<Words> readableValue(const Row& row, const RowState& state) {
+  std::vector<Words> texts;
   if (!state.text.empty()) texts.push_back(state.text);
   if (const auto* const value = std::get_if<std::string>(&state.value))
     texts.push_back(labelOf(state.options, *value));
-  for (const auto& element : state.elements) texts.push_back(readable(element));
+  for (const auto& element : state.elements) texts.push_back(asItStands(readable(element)));
   const auto* const list = std::get_if<List>(&row.kind);
   if (list && state.elements.empty()) texts.push_back(list->emptyText);
   return texts;
@@ -103,8 +103,8 @@ RowState Form::stateOf(const Section& section, const Row& row) const {
   return state;
 }
 
-std::vector<std::string> Form::texts() const {
-  std::vector<std::string> texts{description_.title};
+std::vector<Words> Form::texts() const {
+  std::vector<Words> texts{description_.title};
   for (const Section& section : description_.sections) {
     if (!holds(section.isVisible)) continue;
     texts.push_back(section.title);
@@ -116,7 +116,7 @@ std::vector<std::string> Form::texts() const {
       texts.insert(texts.end(), {state.help, state.error});
     }
   }
-  std::erase(texts, std::string());
+  std::erase(texts, Words());
   return texts;
 }
 
@@ -132,7 +132,7 @@ std::vector<Control> Form::controls() const {
 }
 
 std::vector<Control> Form::controlsOf(const Row& row, const RowState& state) const {
-  const std::string help = state.error.empty() ? state.help : state.error;
+  const Words help = state.error.empty() ? state.help : state.error;
   Control control{.id = row.id,
                   .name = row.label,
                   .isEnabled = state.isEnabled,
@@ -174,10 +174,11 @@ std::vector<Control> Form::listControls(const Row& row, const List& list,
   const std::shared_ptr<Draft> draft = drafts_.at(row.id);
   std::vector<Control> controls;
   for (std::size_t i = 0; i < state.elements.size(); ++i)
-    controls.push_back({.id = row.id + "." + std::to_string(i) + ".remove",
-                        .name = "Remove " + readable(state.elements[i]),
-                        .press = [remove = list.remove, i] { remove(i); },
-                        .isEnabled = state.isEnabled});
+    controls.push_back(
+        {.id = row.id + "." + std::to_string(i) + ".remove",
+         .name = words("Remove {what}", {{"what", asItStands(readable(state.elements[i]))}}),
+         .press = [remove = list.remove, i] { remove(i); },
+         .isEnabled = state.isEnabled});
   for (std::size_t i = 0; i < list.columns.size(); ++i)
     controls.push_back({.id = row.id + ".new." + list.columns[i].id,
                         .name = list.columns[i].label,
@@ -196,7 +197,7 @@ std::vector<Control> Form::listControls(const Row& row, const List& list,
     add(columns);
   };
   controls.push_back({.id = row.id + ".add",
-                      .name = "Add",
+                      .name = words("Add"),
                       .press = addDraft,
                       .isEnabled = state.isEnabled && state.canAdd(),
                       .help = state.error});

@@ -17,13 +17,13 @@ namespace quillo::forms {
 struct RowState {
   bool isVisible = true;
   bool isEnabled = true;
-  std::string help;
-  std::string error;
+  Words help;
+  Words error;
   ControlValue value;
   std::vector<ControlOption> options;
   std::vector<std::vector<std::string>> elements;
   std::vector<std::string> draft;  // of a new element, a text a column
-  std::string text;                // of a note
+  Words text;                      // of a note
   NoteTone tone = NoteTone::plain;
 
   // Whether the draft has something to add.
@@ -46,7 +46,7 @@ class Form final : public Content {
 
   static constexpr std::string_view name = "form";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override;
+  std::vector<Words> texts() const override;
   std::vector<Control> controls() const override;
 
  private:

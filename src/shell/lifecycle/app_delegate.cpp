@@ -8,12 +8,13 @@ using namespace std::chrono_literals;
 constexpr Duration bubbleDelay = 2s;
 
 const Alerts::Alert bubbleIntro = {
-    "New: edit any text, anywhere",
-    "Select text in any app — a small Fix / Improve / Translate bar appears over it and rewrites "
-    "it in place. It follows your custom instructions, and you can summon it on the current "
-    "selection any time with ⌃⌥E.\n\nTurn it on? (You can change this later in Settings → "
-    "Selection edit bubble.)",
-    {"Turn it on", "Not now"}};
+    words("New: edit any text, anywhere"),
+    words("Select text in any app — a small Fix / Improve / Translate bar appears over it and "
+          "rewrites "
+          "it in place. It follows your custom instructions, and you can summon it on the current "
+          "selection any time with ⌃⌥E.\n\nTurn it on? (You can change this later in Settings → "
+          "Selection edit bubble.)"),
+    {words("Turn it on"), words("Not now")}};
 constexpr std::size_t turnItOn = 0;
 
 }  // namespace

@@ -15,7 +15,7 @@ constexpr Enabled when(bool condition) {
   return condition ? Enabled::yes : Enabled::no;
 }
 
-void add(Items& items, std::string title, const std::function<void()>& action,
+void add(Items& items, Words title, const std::function<void()>& action,
          Enabled enabled = Enabled::yes) {
   if (action) items.push_back({std::move(title), action, {}, enabled == Enabled::yes});
 }
@@ -28,20 +28,21 @@ Items limitationItems(const QuilloMenuBarContent& content) {
 Items dictationItems(const QuilloMenuBarContent& content, const MenuBarActions& actions) {
   const bool isIdle = !content.isRecording && !content.isProcessing;
   Items items;
-  add(items, content.isRecording ? "Stop Dictation" : "Start Dictation", actions.toggleRecording,
-      when(!content.isProcessing));
-  add(items, "Retry Last Dictation", actions.retryLastRecording,
+  add(items, content.isRecording ? words("Stop Dictation") : words("Start Dictation"),
+      actions.toggleRecording, when(!content.isProcessing));
+  add(items, words("Retry Last Dictation"), actions.retryLastRecording,
       when(content.canRetryLast && isIdle));
-  add(items, "Paste Last Result", actions.insertLastResult,
+  add(items, words("Paste Last Result"), actions.insertLastResult,
       when(content.hasLastResult && !content.isProcessing));
-  add(items, "Copy Last Result", actions.copyLastResult, when(content.hasLastResult));
+  add(items, words("Copy Last Result"), actions.copyLastResult, when(content.hasLastResult));
   return items;
 }
 
 // The label says what the chord will do.
-std::string cycleTitle(const QuilloMenuBarContent& content) {
-  const char* what = content.profiles.size() <= 1 ? "Swap Input / Output" : "Next Writing Profile";
-  return std::string(what) + " (" + content.cycleHotKeyLabel + ")";
+Words cycleTitle(const QuilloMenuBarContent& content) {
+  const std::vector<Argument> shortcut = {{"shortcut", content.cycleHotKeyLabel}};
+  return content.profiles.size() <= 1 ? words("Swap Input / Output ({shortcut})", shortcut)
+                                      : words("Next Writing Profile ({shortcut})", shortcut);
 }
 
 Items profileItems(const QuilloMenuBarContent& content, const MenuBarActions& actions) {
@@ -59,7 +60,8 @@ Items writingItems(const QuilloMenuBarContent& content, const MenuBarActions& ac
   Items items;
   add(items, cycleTitle(content), actions.cycleLanguagePair);
   if (!content.profiles.empty() && actions.applyProfile)
-    items.push_back({.title = "Switch Writing Profile", .submenu = profileItems(content, actions)});
+    items.push_back(
+        {.title = words("Switch Writing Profile"), .submenu = profileItems(content, actions)});
   return items;
 }
 
@@ -67,26 +69,28 @@ Items accountItems(const QuilloMenuBarContent& content, const MenuBarActions& ac
   Items items;
   if (content.isSignedIn) {
     const std::string email = content.userEmail.value_or("");
-    items.push_back({.title = email.empty() ? "Signed in" : email, .isEnabled = false});
+    items.push_back(
+        {.title = email.empty() ? words("Signed in") : asItStands(email), .isEnabled = false});
   } else {
-    add(items, "Sign in to dictate…", actions.showAccount);
+    add(items, words("Sign in to dictate…"), actions.showAccount);
   }
   return items;
 }
 
 Items programItems(const QuilloMenuBarContent& content, const MenuBarActions& actions) {
   Items items;
-  add(items, "Open Quillo", actions.showMainWindow);
-  add(items, content.isCheckingForUpdates ? "Checking for Updates…" : "Check for Updates…",
+  add(items, words("Open Quillo"), actions.showMainWindow);
+  add(items,
+      content.isCheckingForUpdates ? words("Checking for Updates…") : words("Check for Updates…"),
       actions.checkForUpdates, when(!content.isCheckingForUpdates));
   return items;
 }
 
 Items lastItems(const MenuBarActions& actions) {
   Items items;
-  add(items, "Report an Issue…", actions.reportIssue);
-  add(items, "Open Diagnostics Log…", actions.openDiagnosticsLog);
-  add(items, "Quit Quillo", actions.quit);
+  add(items, words("Report an Issue…"), actions.reportIssue);
+  add(items, words("Open Diagnostics Log…"), actions.openDiagnosticsLog);
+  add(items, words("Quit Quillo"), actions.quit);
   return items;
 }
 
@@ -109,10 +113,10 @@ std::string QuilloMenuBarContent::icon() const {
   return "waveform.circle";
 }
 
-std::string QuilloMenuBarContent::iconDescription() const {
-  if (isRecording) return "Quillo: recording";
-  if (hasUpdateBadge) return "Quillo: an update is available";
-  return "Quillo";
+Words QuilloMenuBarContent::iconDescription() const {
+  if (isRecording) return words("Quillo: recording");
+  if (hasUpdateBadge) return words("Quillo: an update is available");
+  return words("Quillo");
 }
 
 }  // namespace quillo

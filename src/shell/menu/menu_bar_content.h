@@ -30,12 +30,12 @@ struct MenuBarActions {
 
 // What the menu depends on.
 struct QuilloMenuBarContent {
-  std::optional<std::string> limitation;  // of the desktop's session, as a sentence
+  std::optional<Words> limitation;  // of the desktop's session, as a sentence
   bool isRecording = false;
   bool isProcessing = false;
   bool canRetryLast = false;
   bool hasLastResult = false;
-  std::string cycleHotKeyLabel;
+  Words cycleHotKeyLabel;
   std::vector<WritingProfile> profiles;
   std::optional<std::size_t> currentProfile;
   bool isSignedIn = false;
@@ -46,7 +46,7 @@ struct QuilloMenuBarContent {
   std::vector<MenuItem> items(const MenuBarActions& actions) const;
   // The name of a symbol, and what it means.
   std::string icon() const;
-  std::string iconDescription() const;
+  Words iconDescription() const;
 };
 
 }  // namespace quillo

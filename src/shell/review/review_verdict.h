@@ -3,12 +3,14 @@
 
 #include <string_view>
 
+#include "base/words.h"
+
 namespace quillo {
 
 enum class ReviewVerdict { matches, mayDiffer };
 
-constexpr const char* verdictText(ReviewVerdict verdict) {
-  return verdict == ReviewVerdict::matches ? "matches" : "may differ";
+constexpr Literal verdictText(ReviewVerdict verdict) {
+  return verdict == ReviewVerdict::matches ? words("matches") : words("may differ");
 }
 
 // By the words that both have, of all the words of the longer one. A word that is repeated counts

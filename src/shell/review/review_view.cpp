@@ -23,29 +23,30 @@ bool MacReviewView::acceptsKeys() const {
 
 std::vector<MacReviewView::Section> MacReviewView::sections() const {
   std::vector<Section> sections = {
-      {.title = "You said", .language = fields_.youSaidLanguage, .text = fields_.youSaid}};
+      {.title = words("You said"), .language = fields_.youSaidLanguage, .text = fields_.youSaid}};
   if (!fields_.means.empty())
-    sections.push_back({.title = "Means", .verdict = verdict_, .text = fields_.means});
-  sections.push_back(
-      {.title = "Will insert", .language = fields_.insertLanguage, .text = fields_.willInsert});
+    sections.push_back({.title = words("Means"), .verdict = verdict_, .text = fields_.means});
+  sections.push_back({.title = words("Will insert"),
+                      .language = fields_.insertLanguage,
+                      .text = fields_.willInsert});
   return sections;
 }
 
-std::vector<std::string> MacReviewView::texts() const {
-  std::vector<std::string> texts = {title()};
+std::vector<Words> MacReviewView::texts() const {
+  std::vector<Words> texts = {title()};
   for (Section& section : sections())
     texts.insert(texts.end(),
                  {section.title, section.verdict ? verdictText(*section.verdict) : section.language,
-                  section.text});
+                  asItStands(section.text)});
   return texts;
 }
 
 std::vector<Control> MacReviewView::controls() const {
   return {
-      {.id = "re-record", .name = "Re-record", .press = fields_.onReRecord},
-      {.id = "discard", .name = "Discard", .press = fields_.onDiscard},
+      {.id = "re-record", .name = words("Re-record"), .press = fields_.onReRecord},
+      {.id = "discard", .name = words("Discard"), .press = fields_.onDiscard},
       {.id = "insert",
-       .name = fields_.escInserts ? "Insert · ⏎ Esc" : "Insert",
+       .name = fields_.escInserts ? words("Insert · ⏎ Esc") : words("Insert"),
        .press = fields_.onInsert,
        .key = KeyEquivalent::defaultAction},
       {.id = "escape",

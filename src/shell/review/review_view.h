@@ -18,10 +18,10 @@ class MacReviewView final : public Content {
  public:
   struct Fields {
     std::string youSaid;
-    std::string youSaidLanguage;  // a label
-    std::string means;            // translated back; may be empty
+    Words youSaidLanguage;  // a label
+    std::string means;      // translated back; may be empty
     std::string willInsert;
-    std::string insertLanguage;  // a label
+    Words insertLanguage;  // a label
     bool escInserts = false;
     std::function<void()> onInsert;
     std::function<void()> onReRecord;
@@ -33,17 +33,17 @@ class MacReviewView final : public Content {
 
   // A text with what it is. Beside its title stands its language, or else a verdict on it.
   struct Section {
-    std::string title;
-    std::string language;
+    Words title;
+    Words language;
     std::optional<ReviewVerdict> verdict;
     std::string text;
   };
-  std::string title() const { return "Review translation"; }
+  Words title() const { return words("Review translation"); }
   std::vector<Section> sections() const;
 
   static constexpr std::string_view name = "review";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override;
+  std::vector<Words> texts() const override;
   std::vector<Control> controls() const override;
   bool acceptsKeys() const override;
 

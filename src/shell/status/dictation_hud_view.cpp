@@ -21,12 +21,12 @@ StateColor colorOf(const DictationState& dictation) {
 
 }  // namespace
 
-DictationHUDContent hudContent(const DictationState& dictation, std::string shortcut) {
+DictationHUDContent hudContent(const DictationState& dictation, Words shortcut) {
   DictationHUDContent content;
   content.symbol = symbolOf(dictation);
   content.color = colorOf(dictation);
   content.statusText = dictation.statusText.get();
-  content.detail = dictation.lastError.get().value_or("");
+  content.detail = dictation.lastError.get().value_or(Words());
   content.offersDismiss = !content.detail.empty();
   content.offersRetry = !content.detail.empty() && dictation.canRetryLast;
   content.offersCancel = dictation.isProcessing;
@@ -59,8 +59,8 @@ void MacDictationHUDView::refresh() {
   content_ = hudContent(dictation_, shortcut_);
 }
 
-std::vector<std::string> MacDictationHUDView::texts() const {
-  std::vector<std::string> texts = {content().statusText};
+std::vector<Words> MacDictationHUDView::texts() const {
+  std::vector<Words> texts = {content().statusText};
   if (!content().shortcutText.empty()) texts.push_back(content().shortcutText);
   if (!content().detail.empty()) texts.push_back(content().detail);
   return texts;
@@ -68,12 +68,12 @@ std::vector<std::string> MacDictationHUDView::texts() const {
 
 std::vector<Control> MacDictationHUDView::controls() const {
   std::vector<Control> controls;
-  const auto offer = [&](const char* id, const char* name, const std::function<void()>& press) {
-    controls.push_back({.id = id, .name = name, .press = press});
+  const auto offer = [&](const char* id, Words name, const std::function<void()>& press) {
+    controls.push_back({.id = id, .name = std::move(name), .press = press});
   };
-  if (content().offersDismiss) offer("dismiss", "Dismiss", commands_.dismissLastFailure);
-  if (content().offersCancel) offer("cancel", "Cancel", commands_.cancelProcessing);
-  if (content().offersRetry) offer("retry", "Retry", commands_.retryLastRecording);
+  if (content().offersDismiss) offer("dismiss", words("Dismiss"), commands_.dismissLastFailure);
+  if (content().offersCancel) offer("cancel", words("Cancel"), commands_.cancelProcessing);
+  if (content().offersRetry) offer("retry", words("Retry"), commands_.retryLastRecording);
   return controls;
 }
 

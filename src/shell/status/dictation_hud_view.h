@@ -18,9 +18,9 @@ enum class StateColor { red, orange, accent };
 struct DictationHUDContent {
   std::string symbol;
   StateColor color = StateColor::accent;
-  std::string statusText;
-  std::string detail;        // a sentence below the status; empty for none
-  std::string shortcutText;  // empty while it gives way to Cancel
+  Words statusText;
+  Words detail;        // a sentence below the status; empty for none
+  Words shortcutText;  // empty while it gives way to Cancel
   bool offersDismiss = false;
   bool offersCancel = false;
   bool offersRetry = false;
@@ -30,7 +30,7 @@ struct DictationHUDContent {
 };
 
 // `shortcut` is the chord that dictates, as the user reads it.
-DictationHUDContent hudContent(const DictationState& dictation, std::string shortcut);
+DictationHUDContent hudContent(const DictationState& dictation, Words shortcut);
 
 // What the buttons do.
 struct DictationHUDCommands {
@@ -42,7 +42,7 @@ struct DictationHUDCommands {
 // Follows the dictation. Main thread.
 class MacDictationHUDView final : public Content {
  public:
-  using ShortcutText = std::function<std::string()>;
+  using ShortcutText = std::function<Words()>;
 
   MacDictationHUDView(const DictationState& dictation, ShortcutText shortcutText,
                       DictationHUDCommands commands);
@@ -64,14 +64,14 @@ class MacDictationHUDView final : public Content {
 
   static constexpr std::string_view name = "status";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override;
+  std::vector<Words> texts() const override;
   std::vector<Control> controls() const override;
 
  private:
   const DictationState& dictation_;
   ShortcutText shortcutText_;
   DictationHUDCommands commands_;
-  std::string shortcut_;
+  Words shortcut_;
   Published<DictationHUDContent> content_;
   std::vector<Subscription> subscriptions_;
 };

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <string>
+#include <utility>
 
 #include "shell/panel_placement.h"
 
@@ -19,8 +19,8 @@ constexpr Duration fade = 200ms;
 
 }  // namespace
 
-void ToastPanel::showToast(std::string_view text) {
-  view_.text = std::string(text);
+void ToastPanel::showToast(Words text) {
+  view_.text = std::move(text);
   if (!panel_) {
     panel_ = panels_.make({initialSize, PanelStyle::status}, view_);
     panel_->setMouseEvents(MouseEvents::ignored);

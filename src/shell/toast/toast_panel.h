@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
 
 #include "base/task.h"
 #include "platform/panels.h"
@@ -18,7 +17,7 @@ class ToastPanel {
       : mainThread_(mainThread), panels_(panels), screens_(screens) {}
 
   // Replaces a toast that is still there.
-  void showToast(std::string_view text);
+  void showToast(Words text);
 
  private:
   void place();

@@ -1,7 +1,6 @@
 // What a toast shows.
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,11 +10,11 @@
 namespace quillo {
 
 struct MacToastView final : Content {
-  Published<std::string> text;
+  Published<Words> text;
 
   static constexpr std::string_view name = "toast";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override { return {text.get()}; }
+  std::vector<Words> texts() const override { return {text.get()}; }
 };
 
 }  // namespace quillo

@@ -82,7 +82,7 @@ void ProgramOnDesktop::dictateBy(const Keys& chord) {
   ASSERT_TRUE(startsToListen());
   speak();
   tap(chord);
-  EXPECT_TRUE(becomes("Inserted")) << dictation().statusText.get();
+  EXPECT_TRUE(becomes("Inserted")) << dictation().statusText.get().english();
   EXPECT_TRUE(editorBecomes(before + "Hello there.")) << editor_.text();
   EXPECT_FALSE(dictation().isRecording) << "one press acted twice";
 }

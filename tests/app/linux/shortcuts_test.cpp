@@ -56,7 +56,7 @@ TEST_F(ShortcutsOnDesktop, ABoundChordIsNotTheApplicationsAnyMore) {
   tap({keys::control, keys::g});
   speak();
   tap(chord);
-  EXPECT_TRUE(becomes("Copied — auto-paste off")) << dictation().statusText.get();
+  EXPECT_TRUE(becomes("Copied — auto-paste off")) << dictation().statusText.get().english();
   tap({keys::a});
   EXPECT_TRUE(editorBecomes("[space][g]a")) << editor().text();
 }
@@ -77,7 +77,7 @@ TEST_F(ShortcutsOnDesktop, HoldingAModifierRecordsUntilItComesUp) {
     speak();
     EXPECT_TRUE(dictation().isRecording);
     release(held);
-    EXPECT_TRUE(becomes("Inserted")) << dictation().statusText.get();
+    EXPECT_TRUE(becomes("Inserted")) << dictation().statusText.get().english();
     EXPECT_TRUE(editorBecomes(text += "Hello there.")) << editor().text();
   }
   // With another modifier it is another chord, and a short press is none.
@@ -108,7 +108,7 @@ TEST_F(ShortcutsOnDesktop, AnOpenMenuKeepsNobodyFromDictating) {
   speak();
   tap(chord);
   ASSERT_TRUE(runUntil([&] { return dictation().lastError.get().has_value(); }));
-  EXPECT_THAT(*dictation().lastError.get(), HasSubstr("Text was copied."));
+  EXPECT_THAT(dictation().lastError.get()->english(), HasSubstr("Text was copied."));
   EXPECT_EQ(desktop().pasteboard().string(), "Hello there.") << "it can be pasted by hand";
   EXPECT_EQ(editor().text(), "[space][space]") << "the menu's program has every key";
   editor().command("ungrab");

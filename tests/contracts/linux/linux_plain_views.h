@@ -75,6 +75,9 @@ class PlainViews final : public linux_host::Views {
     return std::make_unique<PlainWindowView>();
   }
   QIcon barIcon(const std::string&) override { return {}; }
+  QString text(const Words& words) const override {
+    return QString::fromStdString(words.english());
+  }
 
   Ground lastGround = Ground::translucent;
 };

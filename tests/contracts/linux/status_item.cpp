@@ -153,6 +153,9 @@ class OneIcon final : public linux_host::Views {
     picture.fill(Qt::red);
     return QIcon(picture);
   }
+  QString text(const Words& words) const override {
+    return QString::fromStdString(words.english());
+  }
 };
 
 class LinuxStatusItemHost final : public LinuxContractHost<StatusItemHost> {
@@ -203,8 +206,8 @@ INSTANTIATE_TEST_SUITE_P(RealDesktop, StatusItemContract, hostedBy<LinuxStatusIt
 TEST(LinuxStatusItem, ABarMayComeLateAndComeAgain) {
   LinuxStatusItemHost host;
   host.stopBar();
-  host.statusItem().setIcon("waveform.circle", "At rest");
-  host.statusItem().setMenu({{.title = "Start"}});
+  host.statusItem().setIcon("waveform.circle", words("At rest"));
+  host.statusItem().setMenu({{.title = words("Start")}});
   host.runFor(std::chrono::milliseconds(400));
   for (int start = 0; start < 2; ++start) {
     host.startBar();

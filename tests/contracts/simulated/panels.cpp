@@ -35,7 +35,7 @@ class SimulatedStatusItemHost final : public SimulatedHost<StatusItemHost> {
  public:
   simulated::VirtualStatusItem& statusItem() override { return desktop_.statusItem(); }
   bool isShown() override { return statusItem().isShown(); }
-  std::string description() override { return statusItem().description(); }
+  std::string description() override { return statusItem().description().english(); }
   std::vector<std::string> menu() override {
     std::vector<std::string> titles;
     list(statusItem().menu(), "", titles);
@@ -49,7 +49,7 @@ class SimulatedStatusItemHost final : public SimulatedHost<StatusItemHost> {
   static void list(const std::vector<MenuItem>& items, const std::string& indent,
                    std::vector<std::string>& titles) {
     for (const MenuItem& item : items) {
-      std::string title = item.isSeparator() ? "-" : item.title;
+      std::string title = item.isSeparator() ? "-" : item.title.english();
       if (item.isChecked) title = "*" + title;
       if (!item.isEnabled) title = "(" + title + ")";
       titles.push_back(indent + title);

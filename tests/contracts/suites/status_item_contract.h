@@ -27,7 +27,7 @@ class StatusItemHost : public ContractHost {
 class StatusItemContract : public PortContract<StatusItemHost> {
  protected:
   MenuItem noting(std::string title) {
-    return {.title = title, .action = [this, title] { chosen_.push_back(title); }};
+    return {.title = asItStands(title), .action = [this, title] { chosen_.push_back(title); }};
   }
   void expectMenu(const std::vector<std::string>& titles) {
     host().runUntil([&] { return host().menu() == titles; });
@@ -44,11 +44,11 @@ class StatusItemContract : public PortContract<StatusItemHost> {
 TEST_P(StatusItemContract, AppearsWithItsIconAndTellsWhatItMeans) {
   host().statusItem().setMenu({noting("Start")});
   EXPECT_FALSE(host().isShown());
-  host().statusItem().setIcon("waveform.circle", "At rest");
+  host().statusItem().setIcon("waveform.circle", words("At rest"));
   ASSERT_TRUE(host().runUntil([&] { return host().isShown(); }));
   EXPECT_EQ(host().description(), "At rest");
   expectMenu({"Start"});
-  host().statusItem().setIcon("mic.circle.fill", "Recording");
+  host().statusItem().setIcon("mic.circle.fill", words("Recording"));
   EXPECT_TRUE(host().runUntil([&] { return host().description() == "Recording"; }));
 }
 
@@ -57,11 +57,11 @@ TEST_P(StatusItemContract, ShowsItsMenuAndDoesWhatIsChosen) {
   disabled.isEnabled = false;
   MenuItem checked = noting("Work & ada_l & co");
   checked.isChecked = true;
-  host().statusItem().setIcon("waveform.circle", "At rest");
+  host().statusItem().setIcon("waveform.circle", words("At rest"));
   host().statusItem().setMenu({noting("Start"),
                                disabled,
                                MenuItem::separator(),
-                               {.title = "Profile", .submenu = {checked, noting("Home")}},
+                               {.title = words("Profile"), .submenu = {checked, noting("Home")}},
                                noting("Swap (⌃G)")});
   expectMenu({"Start", "(Retry)", "-", "Profile", "  *Work & ada_l & co", "  Home", "Swap (⌃G)"});
   host().choose("Start");
@@ -71,11 +71,12 @@ TEST_P(StatusItemContract, ShowsItsMenuAndDoesWhatIsChosen) {
 
   // Another meaning in the same shape, and then another shape.
   MenuItem unchecked = noting("Work & ada_l & co");
-  host().statusItem().setMenu({noting("Stop"),
-                               noting("Retry"),
-                               MenuItem::separator(),
-                               {.title = "Profile", .submenu = {unchecked, noting("Garden")}},
-                               noting("Swap (⌃J)")});
+  host().statusItem().setMenu(
+      {noting("Stop"),
+       noting("Retry"),
+       MenuItem::separator(),
+       {.title = words("Profile"), .submenu = {unchecked, noting("Garden")}},
+       noting("Swap (⌃J)")});
   expectMenu({"Stop", "Retry", "-", "Profile", "  Work & ada_l & co", "  Garden", "Swap (⌃J)"});
   host().choose("Garden");
   expectChosen({"Start", "Home", "Garden"});

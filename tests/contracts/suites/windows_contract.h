@@ -34,7 +34,7 @@ class WindowsContract : public PortContract<WindowsHost> {
  protected:
   void make() {
     window_ = host().windows().make({.identifier = "quillo-test",
-                                     .title = "Test",
+                                     .title = words("Test"),
                                      .minimumSize = {400, 300},
                                      .idealSize = {500, 350}},
                                     content_,

@@ -14,12 +14,12 @@ namespace quillo::contracts {
 class TestContent final : public Content {
  public:
   std::string_view viewName() const override { return "test"; }
-  std::vector<std::string> texts() const override { return {"Press"}; }
+  std::vector<Words> texts() const override { return {words("Press")}; }
   std::vector<Control> controls() const override {
     const auto note = [this](const char* what) {
       return [this, what] { pressed_->push_back(what); };
     };
-    return {{.id = "button", .name = "Press", .press = note("button")},
+    return {{.id = "button", .name = words("Press"), .press = note("button")},
             {.id = "return", .press = note("return"), .key = KeyEquivalent::defaultAction},
             {.id = "escape", .press = note("escape"), .key = KeyEquivalent::cancelAction}};
   }

@@ -1,6 +1,7 @@
 #include "hosts/linux/qt/alert_content.h"
 
 #include <chrono>
+#include <string>
 #include <utility>
 
 #include "hosts/linux/posix/monotonic_clock.h"
@@ -16,10 +17,10 @@ AlertContent::AlertContent(Alerts::Alert alert, std::function<void(std::size_t)>
     : alert_(std::move(alert)),
       answered_(std::move(answered)),
       keysCountFrom_(monotonicNow() + keysInFlight) {
-  if (alert_.buttons.empty()) alert_.buttons = {"OK"};
+  if (alert_.buttons.empty()) alert_.buttons = {words("OK")};
 }
 
-std::vector<std::string> AlertContent::texts() const {
+std::vector<Words> AlertContent::texts() const {
   return {alert_.messageText, alert_.informativeText};
 }
 

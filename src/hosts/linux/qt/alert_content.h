@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +22,7 @@ class AlertContent final : public Content {
 
   static constexpr std::string_view name = "alert";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override;
+  std::vector<Words> texts() const override;
   std::vector<Control> controls() const override;
   bool acceptsKeys() const override;
 

@@ -25,10 +25,14 @@ constexpr int answerMilliseconds = 1000;
 
 enum class BarKind { statusNotifier, oldTray };
 
+struct Look {
+  const Views& views;
+  BarKind kind;
+};
+
 // What is typed to choose an item is marked by & in Qt and by _ in a notifier's menu; Qt turns the
 // first & into _ there, and nothing else.
-QString titleOf(const MenuItem& entry, BarKind kind) {
-  QString title = QString::fromStdString(entry.title);
+QString marked(QString title, BarKind kind) {
   if (kind == BarKind::oldTray) return title.replace('&', "&&");
   title.replace('_', "__");
   if (const auto first = title.indexOf('&'); first >= 0) title.insert(first, '&');
@@ -41,8 +45,8 @@ bool haveSameShape(const std::vector<MenuItem>& a, const std::vector<MenuItem>& 
   });
 }
 
-void update(QAction& action, const MenuItem& entry, BarKind kind) {
-  action.setText(titleOf(entry, kind));
+void update(QAction& action, const MenuItem& entry, const Look& look) {
+  action.setText(marked(look.views.text(entry.title), look.kind));
   action.setEnabled(entry.isEnabled);
   action.setCheckable(entry.isChecked);
   action.setChecked(entry.isChecked);
@@ -56,13 +60,13 @@ void update(QAction& action, const MenuItem& entry, BarKind kind) {
 
 // Gives the actions of a menu, which has the shape of `entries`, their new meaning. A bar that
 // shows the menu at this moment keeps it open.
-void update(QMenu& menu, const std::vector<MenuItem>& entries, BarKind kind) {
+void update(QMenu& menu, const std::vector<MenuItem>& entries, const Look& look) {
   const QList<QAction*> actions = menu.actions();
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (entries[i].isSeparator()) continue;
     QAction& action = *actions[static_cast<qsizetype>(i)];
-    update(action, entries[i], kind);
-    if (action.menu()) update(*action.menu(), entries[i].submenu, kind);
+    update(action, entries[i], look);
+    if (action.menu()) update(*action.menu(), entries[i].submenu, look);
   }
 }
 
@@ -147,7 +151,7 @@ void QtStatusItem::makeItem() {
   bar_->item->show();
 }
 
-void QtStatusItem::setIcon(const std::string& symbol, const std::string& description) {
+void QtStatusItem::setIcon(const std::string& symbol, const Words& description) {
   if (bar_ && symbol == symbol_ && description == description_) return;
   symbol_ = symbol;
   description_ = description;
@@ -157,7 +161,7 @@ void QtStatusItem::setIcon(const std::string& symbol, const std::string& descrip
 void QtStatusItem::showIcon() {
   if (!bar_->item) return;
   bar_->item->setIcon(views_.barIcon(symbol_));
-  bar_->item->setToolTip(QString::fromStdString(description_));
+  bar_->item->setToolTip(views_.text(description_));
 }
 
 void QtStatusItem::setMenu(std::vector<MenuItem> menu) {
@@ -169,7 +173,7 @@ void QtStatusItem::setMenu(std::vector<MenuItem> menu) {
 
 void QtStatusItem::showMenu() {
   if (std::exchange(needsBuilding_, false)) build(bar_->menu, entries_);
-  update(bar_->menu, entries_, bar_->kind);
+  update(bar_->menu, entries_, {views_, bar_->kind});
 }
 
 }  // namespace quillo::linux_host

@@ -18,7 +18,7 @@ class QtStatusItem final : public StatusItem {
   explicit QtStatusItem(Views& views);
   ~QtStatusItem() override;
 
-  void setIcon(const std::string& symbol, const std::string& description) override;
+  void setIcon(const std::string& symbol, const Words& description) override;
   void setMenu(std::vector<MenuItem> menu) override;
 
  private:
@@ -32,7 +32,7 @@ class QtStatusItem final : public StatusItem {
 
   Views& views_;
   std::string symbol_;
-  std::string description_;
+  Words description_;
   std::vector<MenuItem> entries_;
   bool needsBuilding_ = false;
   std::unique_ptr<Bar> bar_;  // made with the first icon

@@ -33,7 +33,7 @@ bool QtWindow::isKey() const {
 void QtWindow::load() {
   view_ = windows_.views().makeWindowView();
   QWindow& window = view_->window();
-  window.setTitle(QString::fromStdString(description_.title));
+  window.setTitle(windows_.views().text(description_.title));
   window.setMinimumSize(
       QSizeF(description_.minimumSize.width, description_.minimumSize.height).toSize());
   window.installEventFilter(&events_);
@@ -71,9 +71,9 @@ void QtWindow::keepFrame() {
   windows_.frames().keep(description_.identifier, frame_);
 }
 
-void QtWindow::setTitle(const std::string& title) {
+void QtWindow::setTitle(const Words& title) {
   description_.title = title;
-  if (view_) view_->window().setTitle(QString::fromStdString(title));
+  if (view_) view_->window().setTitle(windows_.views().text(title));
 }
 
 Rect QtWindow::frame() const {

@@ -24,7 +24,7 @@ class QtWindow final : public Window {
   bool isKey() const override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
-  void setTitle(const std::string& title) override;
+  void setTitle(const Words& title) override;
   Rect frame() const override;
   void setFrame(const Rect& frame) override;
   void setContent(Content& content) override;

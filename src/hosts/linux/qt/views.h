@@ -5,11 +5,13 @@
 #include <QMargins>
 #include <QRegion>
 #include <QSizeF>
+#include <QString>
 #include <QWindow>
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "base/words.h"
 #include "platform/content.h"
 
 namespace quillo::linux_host {
@@ -58,6 +60,8 @@ class Views {
   virtual std::unique_ptr<WindowView> makeWindowView() = 0;
   // The symbol as a picture that stands out on light and dark bars.
   virtual QIcon barIcon(const std::string& symbol) = 0;
+  // In the user's language.
+  virtual QString text(const Words& words) const = 0;
 };
 
 }  // namespace quillo::linux_host

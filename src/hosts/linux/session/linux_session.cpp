@@ -13,11 +13,12 @@ std::string_view environment(const char* name) {
 
 }  // namespace
 
-std::optional<std::string> LinuxSession::limitation() const {
+std::optional<Words> LinuxSession::limitation() const {
   if (environment("WAYLAND_DISPLAY").empty() && environment("XDG_SESSION_TYPE") != "wayland")
     return std::nullopt;
-  return "In this Wayland session the shortcut and pasting reach X11 programs only; elsewhere "
-         "dictate from this menu, and paste by hand where the desktop shares its clipboard.";
+  return words(
+      "In this Wayland session the shortcut and pasting reach X11 programs only; elsewhere "
+      "dictate from this menu, and paste by hand where the desktop shares its clipboard.");
 }
 
 }  // namespace quillo::linux_host

@@ -10,7 +10,7 @@ namespace quillo::linux_host {
 // synthetic key goes from it to that window.
 class LinuxSession final : public DesktopSession {
  public:
-  std::optional<std::string> limitation() const override;
+  std::optional<Words> limitation() const override;
 };
 
 }  // namespace quillo::linux_host

@@ -10,14 +10,14 @@ namespace quillo::simulated {
 // Everything works everywhere at first.
 class ScriptedSession final : public DesktopSession {
  public:
-  std::optional<std::string> limitation() const override { return limitation_; }
+  std::optional<Words> limitation() const override { return limitation_; }
 
   // --- Driver ---
 
-  void setLimitation(std::optional<std::string> sentence) { limitation_ = std::move(sentence); }
+  void setLimitation(std::optional<Words> sentence) { limitation_ = std::move(sentence); }
 
  private:
-  std::optional<std::string> limitation_;
+  std::optional<Words> limitation_;
 };
 
 }  // namespace quillo::simulated

@@ -16,8 +16,7 @@ bool accepts(const Control& control, const ControlValue& value) {
 }  // namespace
 
 bool canRead(const Content& content, std::string_view text) {
-  const auto texts = content.texts();
-  return std::ranges::find(texts, text) != texts.end();
+  return std::ranges::any_of(content.texts(), [&](const Words& each) { return each == text; });
 }
 
 std::optional<Control> offered(const Content& content, std::string_view control) {

@@ -35,8 +35,8 @@ void VirtualPanel::orderOut() {
 
 Size VirtualPanel::fittingSize() const {
   Size size{50, 24};
-  for (const std::string& text : content_.texts()) {
-    size.width = std::max(size.width, 50 + 7 * static_cast<double>(characterCount(text)));
+  for (const Words& text : content_.texts()) {
+    size.width = std::max(size.width, 50 + 7 * static_cast<double>(characterCount(text.english())));
     size.height += 20;
   }
   return size;

@@ -5,8 +5,9 @@ namespace {
 
 const MenuItem* find(const std::vector<MenuItem>& menu, std::string_view path) {
   for (const MenuItem& item : menu) {
-    if (item.isSeparator() || !path.starts_with(item.title)) continue;
-    const std::string_view rest = path.substr(item.title.size());
+    const std::string title = item.title.english();
+    if (item.isSeparator() || !path.starts_with(title)) continue;
+    const std::string_view rest = path.substr(title.size());
     if (rest.empty()) return &item;
     if (!rest.starts_with('/')) continue;
     if (const MenuItem* below = find(item.submenu, rest.substr(1))) return below;
@@ -16,7 +17,7 @@ const MenuItem* find(const std::vector<MenuItem>& menu, std::string_view path) {
 
 }  // namespace
 
-void VirtualStatusItem::setIcon(const std::string& symbol, const std::string& description) {
+void VirtualStatusItem::setIcon(const std::string& symbol, const Words& description) {
   icon_ = symbol;
   description_ = description;
 }

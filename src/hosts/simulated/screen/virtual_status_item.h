@@ -11,14 +11,14 @@ namespace quillo::simulated {
 
 class VirtualStatusItem final : public StatusItem {
  public:
-  void setIcon(const std::string& symbol, const std::string& description) override;
+  void setIcon(const std::string& symbol, const Words& description) override;
   void setMenu(std::vector<MenuItem> menu) override { menu_ = std::move(menu); }
 
   // --- Driver ---
 
   bool isShown() const { return !icon_.empty(); }
   const std::string& icon() const { return icon_; }
-  const std::string& description() const { return description_; }
+  const Words& description() const { return description_; }
   const std::vector<MenuItem>& menu() const { return menu_; }
   // "Title", or "Submenu/Title"; null when there is none.
   const MenuItem* item(std::string_view path) const;
@@ -27,7 +27,7 @@ class VirtualStatusItem final : public StatusItem {
 
  private:
   std::string icon_;
-  std::string description_;
+  Words description_;
   std::vector<MenuItem> menu_;
 };
 

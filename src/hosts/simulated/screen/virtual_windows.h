@@ -25,7 +25,7 @@ class VirtualWindow final : public Window {
   bool isKey() const override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
-  void setTitle(const std::string& title) override { description_.title = title; }
+  void setTitle(const Words& title) override { description_.title = title; }
   Rect frame() const override { return frame_; }
   void setFrame(const Rect& frame) override;
   void setContent(Content& content) override { content_ = &content; }
@@ -35,7 +35,7 @@ class VirtualWindow final : public Window {
 
   // --- Driver ---
 
-  const std::string& title() const { return description_.title; }
+  const Words& title() const { return description_.title; }
   // What the user can work in: the sheet, where there is one.
   const Content& content() const { return sheet_ ? *sheet_ : *content_; }
   // What lies below a sheet can be read.
