@@ -142,8 +142,9 @@ class User {
 class Figures {
  public:
   Figures(UnaskingDesktop& desktop, std::size_t shows)
-      : shows_(shows),
-        hud_(desktop.mainThread(), desktop.panels(), desktop.screens(), [] { return "Fn"; }) {
+      : shows_(shows), hud_(desktop.mainThread(), desktop.panels(), desktop.screens(), [] {
+          return words("Fn");
+        }) {
     hud_.follow(
         dictation_,
         {.cancelProcessing = [] {}, .retryLastRecording = [] {}, .dismissLastFailure = [] {}});

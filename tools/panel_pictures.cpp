@@ -407,7 +407,7 @@ class Pictures {
                         application_,      desktop_.log()};
   DictationState dictation_;
   MacDictationHUD hud_{mainThread_, panels_, screens_,
-                       [] { return shortcutDisplayText({"toggle", "ctrl_opt_space", ""}); }};
+                       [this] { return shortcutDisplayText(appState_); }};
   ToastPanel toast_{mainThread_, panels_, screens_};
   MacReviewPanel review_{mainThread_, panels_, screens_, application_, appState_};
 };

@@ -11,6 +11,7 @@
 #include "platform/audio_devices.h"
 #include "platform/audio_system.h"
 #include "platform/file_manager.h"
+#include "platform/random.h"
 #include "state/recording_settings.h"
 
 namespace quillo {

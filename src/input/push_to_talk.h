@@ -10,7 +10,8 @@
 #include "input/dictation_controls.h"
 #include "input/hid_hot_key_monitor.h"
 #include "input/shortcut_model.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/key_event.h"
 #include "state/shortcut_settings.h"
 
 namespace quillo {

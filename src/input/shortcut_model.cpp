@@ -61,7 +61,8 @@ std::string_view rawValueOf(ActivationMode mode) {
 
 Words shortcutDisplayText(const ShortcutSettings& settings) {
   if (activationModeFrom(settings.activationMode.get()) == ActivationMode::hold)
-    return words("Hold {keys}", {{"keys", choiceFor(holdShortcuts, settings.holdShortcut.get()).label}});
+    return words("Hold {keys}",
+                 {{"keys", choiceFor(holdShortcuts, settings.holdShortcut.get()).label}});
   return choiceFor(toggleShortcuts, settings.toggleShortcut.get()).label;
 }
 

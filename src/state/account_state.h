@@ -13,6 +13,7 @@
 #include "base/task.h"
 #include "base/words.h"
 #include "platform/clock.h"
+#include "platform/random.h"
 #include "state/setting_group.h"
 
 namespace quillo {

@@ -7,6 +7,7 @@
 #include "base/log.h"
 #include "base/published.h"
 #include "platform/application.h"
+#include "platform/login_item.h"
 #include "state/setting_group.h"
 
 namespace quillo {

@@ -10,8 +10,8 @@
 
 #include "api/records.h"
 #include "base/words.h"
-#include "platform/application.h"
-#include "platform/clock.h"
+#include "platform/machine.h"
+#include "platform/random.h"
 #include "state/language_labels.h"
 #include "state/prompt_instruction.h"
 #include "state/setting_group.h"

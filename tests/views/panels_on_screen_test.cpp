@@ -91,8 +91,9 @@ class PanelsOnScreen : public testing::Test {
 
   TaskHandle<ReviewDecision> openReview(std::string text = "Bis morgen um neun") {
     const auto reviewing =
-        start(host_.mainThread(), review_.present({"See you tomorrow", "English",
-                                                   "See you tomorrow", std::move(text), "German"}));
+        start(host_.mainThread(),
+              review_.present({"See you tomorrow", words("English"), "See you tomorrow",
+                               std::move(text), words("German")}));
     EXPECT_TRUE(runUntil([&] { return !below_.hasFocus() && QGuiApplication::focusWindow(); }));
     return reviewing;
   }
