@@ -5,6 +5,9 @@
 
 find_package(PkgConfig REQUIRED)
 
+# Built by scripts/check: a source for each header of a room that includes it first and alone.
+add_custom_target(headers_alone)
+
 # quillo_room(<folder> [IN <directory>] [SUBJECTS <folders>...] [FLOORS <folders>...]
 #             [USES <libraries>...] [WITHOUT_PCH | PRECOMPILED <headers>... | PRECOMPILED_BY <target>])
 #   SUBJECTS  folders of the room itself that hold more of its sources
@@ -49,6 +52,26 @@ function(quillo_room folder)
   elseif(NOT ROOM_WITHOUT_PCH)
     target_precompile_headers(${target} REUSE_FROM quillo_base)
   endif()
+  quillo_headers_alone(${target} ${folder} ${source_dir} "${sources}" "${ROOM_USES}")
+endfunction()
+
+function(quillo_headers_alone target folder source_dir sources uses)
+  list(FILTER sources INCLUDE REGEX "\\.h$")
+  if(NOT sources)
+    return()
+  endif()
+  set(units)
+  foreach(header IN LISTS sources)
+    file(RELATIVE_PATH path ${source_dir} ${header})
+    string(REGEX REPLACE "\\.h$" ".cpp" unit ${CMAKE_BINARY_DIR}/headers_alone/${folder}/${path})
+    file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${folder}/${path}\"\n")
+    list(APPEND units ${unit})
+  endforeach()
+  add_library(${target}_headers_alone OBJECT EXCLUDE_FROM_ALL ${units})
+  target_link_libraries(${target}_headers_alone PRIVATE ${target} ${uses})
+  target_compile_options(${target}_headers_alone PRIVATE -g0 -O0)
+  set_target_properties(${target}_headers_alone PROPERTIES AUTOMOC OFF)
+  add_dependencies(headers_alone ${target}_headers_alone)
 endfunction()
 
 # What nearly every test includes, compiled once: the sources of the tests are half of the build.
