@@ -35,9 +35,6 @@ constexpr int presses = 500;
 constexpr int stormSeconds = 5;
 constexpr int stormEventsASecond = 1000;
 
-constexpr std::int64_t keyE = 14;  // virtual key code
-constexpr std::int64_t usageE = 8;
-
 double seconds(const timespec& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
@@ -47,12 +44,10 @@ double cpuSeconds(clockid_t clock) {
   return seconds(time);
 }
 
-constexpr std::int64_t keyA = 0, keyShift = 56, keyOption = 58, keyControl = 59;
-
 // Belongs to one thread.
 class Typist {
  public:
-  void send(KeyDirection direction, std::int64_t key) { keyboard_.change(key, direction); }
+  void send(KeyDirection direction, Key key) { keyboard_.change(key, direction); }
 
  private:
   std::unique_ptr<linux_host::X11Connection> x11_ = linux_host::X11Connection::open();
@@ -65,14 +60,15 @@ class Latency {
  public:
   explicit Latency(linux_host::LinuxDesktop& desktop) {
     hotKey_ = desktop.hotKeys().registerHotKey(
-        static_cast<std::uint32_t>(keyE), hot_key_modifiers::control | hot_key_modifiers::option,
+        static_cast<std::uint32_t>(Key::e), hot_key_modifiers::control | hot_key_modifiers::option,
         [this] { arrived(0); });
     monitor_ = desktop.eventMonitors().addGlobalMonitor(KeyEvent::Type::keyDown,
                                                         [this](const KeyEvent& event) {
-                                                          if (event.keyCode == keyE) arrived(1);
+                                                          if (event.keyCode == codeOf(Key::e))
+                                                            arrived(1);
                                                         });
     manager_ = desktop.hidKeyboards().open([this](const HIDValue& value) {
-      if (value.usage == usageE && value.value != 0) arrived(2);
+      if (value.usage == usageOf(Key::e) && value.value != 0) arrived(2);
     });
   }
 
@@ -80,15 +76,14 @@ class Latency {
   void take() {
     Typist typist;
     for (int i = 0; i < presses; ++i) {
-      typist.send(KeyDirection::down, keyControl);
-      typist.send(KeyDirection::down, keyOption);
+      typist.send(KeyDirection::down, Key::control);
+      typist.send(KeyDirection::down, Key::option);
       waiting_ = routes;
       pressed_ = monotonicNow();
-      typist.send(KeyDirection::down, keyE);
+      typist.send(KeyDirection::down, Key::e);
       const MonotonicTime limit = pressed_ + 2s;
       while (waiting_ > 0 && monotonicNow() < limit) std::this_thread::sleep_for(1ms);
-      for (const std::int64_t key : {keyE, keyOption, keyControl})
-        typist.send(KeyDirection::up, key);
+      for (const Key key : {Key::e, Key::option, Key::control}) typist.send(KeyDirection::up, key);
     }
   }
   void print() {
@@ -128,7 +123,7 @@ class Latency {
 // --- A storm ---
 
 // On a thread of its own, while the whole program listens by all of its routes.
-void storm(const char* of, const std::vector<std::int64_t>& keys) {
+void storm(const char* of, const std::vector<Key>& keys) {
   Typist typist;
   const double program = cpuSeconds(CLOCK_PROCESS_CPUTIME_ID);
   const double own = cpuSeconds(CLOCK_THREAD_CPUTIME_ID);
@@ -173,9 +168,10 @@ int run(int argumentCount, char** arguments) {
   program.launch();
   std::thread([&] {
     std::this_thread::sleep_for(2s);  // the launch's own tasks end
-    storm("as a text has them", {keyA, keyE, keyA, keyE, keyA, keyShift, keyE, keyA});
+    storm("as a text has them",
+          {Key::a, Key::e, Key::a, Key::e, Key::a, Key::shift, Key::e, Key::a});
     // Each of these wakes Qt as well.
-    storm("every second one of a modifier", {keyA, keyShift, keyE, keyControl});
+    storm("every second one of a modifier", {Key::a, Key::shift, Key::e, Key::control});
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   }).detach();
   return QApplication::exec();

@@ -33,9 +33,8 @@ namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
-using Keys = std::vector<std::int64_t>;
+using Keys = std::vector<Key>;
 
-constexpr std::int64_t keyS = 1, keyG = 5, keyV = 9, command = 55, control = 59;
 constexpr Duration briefly = 30ms;
 constexpr Duration longEnoughToRepeat = 900ms;
 constexpr std::string_view text =
@@ -65,7 +64,7 @@ class User {
   explicit User(std::string file) : file_(std::move(file)) {}
 
   void press(const Keys& keys) {
-    for (const std::int64_t key : keys) keyboard_.change(key, KeyDirection::down);
+    for (const Key key : keys) keyboard_.change(key, KeyDirection::down);
   }
   void release(const Keys& keys) {
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
@@ -89,9 +88,9 @@ class User {
     return title ? static_cast<std::size_t>(std::atoi(title->c_str())) : 0;
   }
   std::size_t savedLength() {
-    press({control, keyS});
+    press({Key::control, Key::s});
     std::this_thread::sleep_for(briefly);
-    release({control, keyS});
+    release({Key::control, Key::s});
     std::this_thread::sleep_for(briefly);
     std::ifstream file(file_);
     std::string saved{std::istreambuf_iterator<char>(file), {}};
@@ -127,19 +126,19 @@ class Pastes {
       const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(hold).count();
       isClean &=
           repeat(editor + ", its own chord held " + std::to_string(milliseconds) + " ms", own, [&] {
-            user_.press({control, command, keyV});
+            user_.press({Key::control, Key::command, Key::v});
             std::this_thread::sleep_for(hold);
-            user_.release({control, command, keyV});
+            user_.release({Key::control, Key::command, Key::v});
           });
     }
     isClean &= repeat(editor + ", while another chord of ours repeats", others, [&] {
-      user_.press({control, keyG});
+      user_.press({Key::control, Key::g});
       std::this_thread::sleep_for(longEnoughToRepeat);
       const int before = inserted_;
       QMetaObject::invokeMethod(qApp,
                                 [&] { program_.dictation().insertLastResult(std::string(text)); });
       await(5s, [&] { return inserted_ > before; });
-      user_.release({control, keyG});
+      user_.release({Key::control, Key::g});
     });
     return isClean;
   }

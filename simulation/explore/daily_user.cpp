@@ -9,7 +9,6 @@ namespace quillo::sim {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 
 constexpr Key modifierKeys[] = {Key::control,    Key::option,       Key::shift,
                                 Key::command,    Key::rightControl, Key::rightOption,

@@ -56,7 +56,7 @@ class DailyUser {
   void interfere();
 
   Way way() const;
-  void press(const std::vector<simulated::Key>& chord);
+  void press(const std::vector<Key>& chord);
   void begin();
   void stop();
   void releaseAll();

@@ -6,7 +6,6 @@ namespace quillo::sim {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 
 constexpr Duration shortestTouch = 15ms;
 

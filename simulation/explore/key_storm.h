@@ -9,9 +9,9 @@
 namespace quillo::sim {
 
 // The keys that are bound now.
-std::vector<simulated::Key> toggleKeys(const MacAppState& state);
-std::vector<simulated::Key> holdKeys(const MacAppState& state);
-std::vector<simulated::Key> cycleKeys(const MacAppState& state);
+std::vector<Key> toggleKeys(const MacAppState& state);
+std::vector<Key> holdKeys(const MacAppState& state);
+std::vector<Key> cycleKeys(const MacAppState& state);
 
 class KeyStorm {
  public:
@@ -21,17 +21,17 @@ class KeyStorm {
   void rage();
 
  private:
-  std::vector<simulated::Key> someChord();
+  std::vector<Key> someChord();
   void playChord();
   void hold();
-  void bounce(simulated::Key key);
+  void bounce(Key key);
   void pressBetween();
   void changeShortcuts();
   void releaseAll();
   Duration between(Duration shortest, Duration longest) {
     return random_.between(shortest, longest);
   }
-  void pressKey(simulated::Key key);
+  void pressKey(Key key);
   template <class Element>
   void shuffle(std::vector<Element>& elements) {
     for (std::size_t i = elements.size(); i > 1; --i)

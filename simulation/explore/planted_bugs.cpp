@@ -8,8 +8,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::int64_t commandKey = 55;
-constexpr std::int64_t pasteKey = 9;
+constexpr std::int64_t commandKey = codeOf(Key::command);
+constexpr std::int64_t pasteKey = codeOf(Key::v);
 
 class ClipboardNotRestored final : public ForwardingPasteboard {
  public:

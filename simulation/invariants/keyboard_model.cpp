@@ -9,26 +9,7 @@
 namespace quillo::sim {
 namespace {
 
-using simulated::Key;
-
 constexpr std::uint64_t controlAndOption = event_flags::control | event_flags::option;
-
-constexpr std::int64_t codeOf(Key key) {
-  return static_cast<std::int64_t>(key);
-}
-
-// Registered hot keys have bits of their own for the modifiers.
-std::uint64_t flagsOf(std::uint32_t modifiers) {
-  std::uint64_t flags = 0;
-  constexpr std::pair<std::uint32_t, std::uint64_t> forms[] = {
-      {hot_key_modifiers::command, event_flags::command},
-      {hot_key_modifiers::shift, event_flags::shift},
-      {hot_key_modifiers::option, event_flags::option},
-      {hot_key_modifiers::control, event_flags::control}};
-  for (const auto& [modifier, flag] : forms)
-    if (modifiers & modifier) flags |= flag;
-  return flags;
-}
 
 // A key of the user that goes down; null for every other event.
 const events::UserKey* pressIn(const Event& event) {
@@ -51,7 +32,7 @@ void KeyboardModel::see(const Event& event) {
 
 void KeyboardModel::bind(const events::Shortcuts& shortcuts) {
   bound_ = shortcuts;
-  cycleFlags_ = flagsOf(shortcuts.cycleModifiers);
+  cycleFlags_ = eventFlagsFrom(shortcuts.cycleModifiers);
   cycleTypes_ =
       simulated::charactersOf(shortcuts.cycleKeyCode, simulated::KeyboardLayout::us).value_or("");
   if (!shortcuts.rebinds) return;

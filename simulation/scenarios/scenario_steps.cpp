@@ -13,7 +13,6 @@ namespace quillo::sim {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 
 constexpr std::pair<std::string_view, Key> keyNames[] = {
     {"control", Key::control},

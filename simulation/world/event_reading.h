@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/key_codes.h"
 #include "simulation/world/trace.h"
 
 namespace quillo::sim {
@@ -29,11 +30,11 @@ inline bool pressesWithCommand(const Event& event, std::int64_t keyCode) {
 }
 // The program presses Command+V, whether the system can post it or not.
 inline bool isPaste(const Event& event) {
-  return pressesWithCommand(event, 9);
+  return pressesWithCommand(event, codeOf(Key::v));
 }
 // The program presses Command+C.
 inline bool isCopy(const Event& event) {
-  return pressesWithCommand(event, 8);
+  return pressesWithCommand(event, codeOf(Key::c));
 }
 
 inline bool isAct(const Event& event, Act act) {

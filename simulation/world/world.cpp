@@ -207,7 +207,7 @@ void World::copy(std::vector<simulated::OfferedItem> items, const std::string& b
   trace_.tell(events::Clipboard{.by = by, .contents = clipboard()});
 }
 
-void World::pressKey(simulated::Key key) {
+void World::pressKey(Key key) {
   simulated::SimulatedKeyboard& keyboard = desktop_.keyboard();
   if (keyboard.keysDown().contains(key)) return;
   const auto code = static_cast<std::int64_t>(key);
@@ -216,14 +216,14 @@ void World::pressKey(simulated::Key key) {
   keyboard.press(key);
 }
 
-void World::releaseKey(simulated::Key key) {
+void World::releaseKey(Key key) {
   if (!desktop_.keyboard().keysDown().contains(key)) return;
   trace_.tell(events::UserKey{static_cast<std::int64_t>(key), KeyDirection::up, std::nullopt});
   desktop_.keyboard().release(key);
 }
 
-void World::tapKeys(const std::vector<simulated::Key>& chord, Duration held) {
-  for (const simulated::Key key : chord) pressKey(key);
+void World::tapKeys(const std::vector<Key>& chord, Duration held) {
+  for (const Key key : chord) pressKey(key);
   desktop_.after(held, [this, chord] {
     for (auto key = chord.rbegin(); key != chord.rend(); ++key) releaseKey(*key);
   });

@@ -88,11 +88,10 @@ class World {
   void speak(const std::string& text, Duration duration, double loudness = -20);
   void copy(std::vector<simulated::OfferedItem> items, const std::string& by);
   // Keys of the user, each told as it goes down and up.
-  void pressKey(simulated::Key key);
-  void releaseKey(simulated::Key key);
+  void pressKey(Key key);
+  void releaseKey(Key key);
   // Presses the keys in order now and releases them in reverse order after `held`.
-  void tapKeys(const std::vector<simulated::Key>& chord,
-               Duration held = std::chrono::milliseconds(30));
+  void tapKeys(const std::vector<Key>& chord, Duration held = std::chrono::milliseconds(30));
   // Text in place.
   void look(SelectionTrigger trigger);
   void clickBadge();

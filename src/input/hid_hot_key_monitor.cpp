@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "platform/key_codes.h"
+
 namespace quillo {
 namespace {
 
@@ -10,15 +12,12 @@ using namespace std::chrono_literals;
 // Some keyboards report a key twice.
 constexpr Duration debounceInterval = 250ms;
 
-constexpr std::uint32_t keyboardPage = 7;
-constexpr std::uint32_t vendorPage = 255;
-constexpr std::uint32_t vendorFnUsage = 3;
 constexpr std::int64_t firstModifierUsage = 224;
 constexpr std::int64_t lastModifierUsage = 231;
 
 std::optional<std::int64_t> keyOf(const HIDValue& value) {
-  if (value.usagePage == keyboardPage) return value.usage;
-  if (value.usagePage == vendorPage && value.usage == vendorFnUsage) return fnUsage;
+  if (value.usagePage == hid::keyboardPage) return value.usage;
+  if (value.usagePage == hid::vendorPage && value.usage == hid::vendorFunction) return fnUsage;
   return std::nullopt;
 }
 
@@ -85,7 +84,7 @@ void MacHIDHotKeyMonitor::handle(const HIDValue& value) {
   else
     downUsages_.erase(*key);
   if (isModifierOrFn(*key)) notifyObservers();
-  if (isPress && value.usagePage == keyboardPage) fireBindingsOf(*key);
+  if (isPress && value.usagePage == hid::keyboardPage) fireBindingsOf(*key);
 }
 
 void MacHIDHotKeyMonitor::notifyObservers() const {

@@ -9,9 +9,9 @@ using namespace std::chrono_literals;
 constexpr Duration holdThreshold = 250ms;
 
 constexpr const char* observerId = "pushToTalk";
-constexpr std::int64_t rightOptionKeyCode = 61;
-constexpr std::int64_t leftOptionUsage = 226;
-constexpr std::int64_t rightOptionUsage = 230;
+constexpr std::int64_t rightOptionKeyCode = codeOf(Key::rightOption);
+constexpr std::int64_t leftOptionUsage = usageOf(Key::option).value();
+constexpr std::int64_t rightOptionUsage = usageOf(Key::rightOption).value();
 
 bool isHeldByHID(HoldShortcut shortcut, const std::set<std::int64_t>& downUsages) {
   using enum ShortcutModifier;

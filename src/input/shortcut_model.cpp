@@ -1,5 +1,4 @@
 #include "input/shortcut_model.h"
-#include "platform/hot_keys.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,31 +13,21 @@ const ShortcutChoice<Value>& choiceFor(const ShortcutChoice<Value> (&choices)[Co
   return found == std::end(choices) ? choices[0] : *found;
 }
 
-struct ModifierForms {
+struct ModifierKeys {
   ShortcutModifier modifier;
   std::uint64_t eventFlag;
-  std::uint32_t hotKeyModifier;
-  std::int64_t leftUsage;
-  std::int64_t rightUsage;
+  Key left;
+  Key right;
 };
-constexpr ModifierForms modifierForms[] = {
-    {ShortcutModifier::control, event_flags::control, hot_key_modifiers::control, 224, 228},
-    {ShortcutModifier::option, event_flags::option, hot_key_modifiers::option, 226, 230},
-    {ShortcutModifier::shift, event_flags::shift, hot_key_modifiers::shift, 225, 229},
-    {ShortcutModifier::command, event_flags::command, hot_key_modifiers::command, 227, 231},
+constexpr ModifierKeys modifierKeys[] = {
+    {ShortcutModifier::control, event_flags::control, Key::control, Key::rightControl},
+    {ShortcutModifier::option, event_flags::option, Key::option, Key::rightOption},
+    {ShortcutModifier::shift, event_flags::shift, Key::shift, Key::rightShift},
+    {ShortcutModifier::command, event_flags::command, Key::command, Key::rightCommand},
 };
 
-struct KeyUsage {
-  std::int64_t keyCode;
-  std::int64_t usage;
-};
-constexpr KeyUsage keyUsages[] = {
-    {49, 44},  // Space
-    {9, 25},   // V
-    {5, 10},   // G
-    {38, 13},  // J
-    {41, 51},  // ;
-};
+// The keys that shortcuts are made of.
+constexpr Key shortcutKeys[] = {Key::space, Key::v, Key::g, Key::j, Key::semicolon};
 
 }  // namespace
 
@@ -100,39 +89,25 @@ std::optional<Literal> holdShortcutHint(HoldShortcut shortcut) {
 
 // --- Modifiers ---
 
-std::uint32_t hotKeyModifiersFrom(std::uint64_t eventFlags) {
-  std::uint32_t modifiers = 0;
-  for (const ModifierForms& forms : modifierForms)
-    if (eventFlags & forms.eventFlag) modifiers |= forms.hotKeyModifier;
-  return modifiers;
-}
-
-std::uint64_t eventFlagsFrom(std::uint32_t hotKeyModifiers) {
-  std::uint64_t flags = 0;
-  for (const ModifierForms& forms : modifierForms)
-    if (hotKeyModifiers & forms.hotKeyModifier) flags |= forms.eventFlag;
-  return flags;
-}
-
 ShortcutModifiers shortcutModifiersFrom(std::uint64_t eventFlags) {
   ShortcutModifiers modifiers;
-  for (const ModifierForms& forms : modifierForms)
-    if (eventFlags & forms.eventFlag) modifiers.insert(forms.modifier);
+  for (const ModifierKeys& keys : modifierKeys)
+    if (eventFlags & keys.eventFlag) modifiers.insert(keys.modifier);
   return modifiers;
 }
 
 ShortcutModifiers shortcutModifiersFrom(const std::set<std::int64_t>& usages) {
+  const auto isDown = [&](Key key) { return usages.contains(usageOf(key).value()); };
   ShortcutModifiers modifiers;
-  for (const ModifierForms& forms : modifierForms)
-    if (usages.contains(forms.leftUsage) || usages.contains(forms.rightUsage))
-      modifiers.insert(forms.modifier);
+  for (const ModifierKeys& keys : modifierKeys)
+    if (isDown(keys.left) || isDown(keys.right)) modifiers.insert(keys.modifier);
   return modifiers;
 }
 
 std::optional<std::int64_t> hidUsageOf(std::int64_t keyCode) {
-  const auto found = std::ranges::find(keyUsages, keyCode, &KeyUsage::keyCode);
-  if (found == std::end(keyUsages)) return std::nullopt;
-  return found->usage;
+  const bool isShortcutKey =
+      std::ranges::find(shortcutKeys, Key{keyCode}) != std::end(shortcutKeys);
+  return isShortcutKey ? usageOf(Key{keyCode}) : std::nullopt;
 }
 
 }  // namespace quillo

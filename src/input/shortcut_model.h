@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/words.h"
+#include "platform/key_codes.h"
 #include "platform/key_event.h"
 #include "state/shortcut_settings.h"
 
@@ -71,8 +72,6 @@ enum class ShortcutModifier { control, option, command, shift };
 using ShortcutModifiers = std::set<ShortcutModifier>;
 
 // Bits outside the four modifiers are ignored.
-std::uint32_t hotKeyModifiersFrom(std::uint64_t eventFlags);
-std::uint64_t eventFlagsFrom(std::uint32_t hotKeyModifiers);
 ShortcutModifiers shortcutModifiersFrom(std::uint64_t eventFlags);
 // `usages` are those of the HID keyboard page that are down.
 ShortcutModifiers shortcutModifiersFrom(const std::set<std::int64_t>& usages);
@@ -100,9 +99,9 @@ struct Chord {
   std::uint64_t eventFlags;
 };
 
-inline constexpr Chord toggleChord{"toggle", HotKeyId::toggle, 49, std::nullopt,
+inline constexpr Chord toggleChord{"toggle", HotKeyId::toggle, codeOf(Key::space), std::nullopt,
                                    event_flags::control | event_flags::option};
-inline constexpr Chord pasteLastChord{"pasteLast", HotKeyId::pasteLast, 9, "v",
+inline constexpr Chord pasteLastChord{"pasteLast", HotKeyId::pasteLast, codeOf(Key::v), "v",
                                       event_flags::control | event_flags::command};
 
 }  // namespace quillo

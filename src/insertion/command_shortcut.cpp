@@ -1,9 +1,11 @@
 #include "insertion/command_shortcut.h"
 
+#include "platform/key_codes.h"
+
 namespace quillo {
 namespace {
 
-constexpr std::int64_t commandKeyCode = 55;
+constexpr std::int64_t commandKeyCode = codeOf(Key::command);
 
 class PressedShortcut {
  public:

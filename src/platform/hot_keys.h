@@ -5,6 +5,8 @@
 #include <functional>
 #include <memory>
 
+#include "platform/key_event.h"
+
 namespace quillo {
 
 // Bits of a registered hot key's modifiers.
@@ -14,6 +16,31 @@ inline constexpr std::uint32_t shift = 0x200;
 inline constexpr std::uint32_t option = 0x800;
 inline constexpr std::uint32_t control = 0x1000;
 }  // namespace hot_key_modifiers
+
+struct ModifierForms {
+  std::uint64_t eventFlag;
+  std::uint32_t hotKeyModifier;
+};
+inline constexpr ModifierForms modifierForms[] = {
+    {event_flags::control, hot_key_modifiers::control},
+    {event_flags::option, hot_key_modifiers::option},
+    {event_flags::shift, hot_key_modifiers::shift},
+    {event_flags::command, hot_key_modifiers::command},
+};
+
+// Bits outside the four modifiers are ignored.
+constexpr std::uint32_t hotKeyModifiersFrom(std::uint64_t eventFlags) {
+  std::uint32_t modifiers = 0;
+  for (const ModifierForms& forms : modifierForms)
+    if (eventFlags & forms.eventFlag) modifiers |= forms.hotKeyModifier;
+  return modifiers;
+}
+constexpr std::uint64_t eventFlagsFrom(std::uint32_t hotKeyModifiers) {
+  std::uint64_t flags = 0;
+  for (const ModifierForms& forms : modifierForms)
+    if (hotKeyModifiers & forms.hotKeyModifier) flags |= forms.eventFlag;
+  return flags;
+}
 
 // Main thread. A chord that belongs to this program wherever the focus is, and that no other
 // program sees.

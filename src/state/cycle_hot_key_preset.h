@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "platform/hot_keys.h"
+#include "platform/key_codes.h"
 #include "state/key_labels.h"
 
 namespace quillo {
@@ -19,9 +20,9 @@ struct CycleHotKeyPreset {
 };
 
 inline constexpr std::array<CycleHotKeyPreset, 3> cycleHotKeyPresets = {{
-    {0, 5, hot_key_modifiers::control},
-    {1, 38, hot_key_modifiers::control},
-    {2, 41, hot_key_modifiers::control},
+    {0, codeOf(Key::g), hot_key_modifiers::control},
+    {1, codeOf(Key::j), hot_key_modifiers::control},
+    {2, codeOf(Key::semicolon), hot_key_modifiers::control},
 }};
 inline constexpr CycleHotKeyPreset defaultCycleHotKey = cycleHotKeyPresets[0];
 

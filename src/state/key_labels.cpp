@@ -8,41 +8,42 @@
 #include <utility>
 
 #include "platform/hot_keys.h"
+#include "platform/key_codes.h"
 
 namespace quillo {
 namespace {
 
 struct KeyName {
-  std::int64_t keyCode;
+  Key key;
   std::string_view label;
 };
 
 // clang-format off
 constexpr auto keyNames = std::to_array<KeyName>({
-    {0, "A"}, {11, "B"}, {8, "C"}, {2, "D"}, {14, "E"}, {3, "F"}, {5, "G"}, {4, "H"}, {34, "I"},
-    {38, "J"}, {40, "K"}, {37, "L"}, {46, "M"}, {45, "N"}, {31, "O"}, {35, "P"}, {12, "Q"},
-    {15, "R"}, {1, "S"}, {17, "T"}, {32, "U"}, {9, "V"}, {13, "W"}, {7, "X"}, {16, "Y"}, {6, "Z"},
-    {29, "0"}, {18, "1"}, {19, "2"}, {20, "3"}, {21, "4"}, {23, "5"}, {22, "6"}, {26, "7"},
-    {28, "8"}, {25, "9"},
-    {50, "`"}, {27, "-"}, {24, "="},
-    {33, "["}, {30, "]"}, {42, "\\"}, {41, ";"}, {39, "'"}, {43, ","}, {47, "."}, {44, "/"},
-    {122, "F1"}, {120, "F2"}, {99, "F3"}, {118, "F4"}, {96, "F5"}, {97, "F6"}, {98, "F7"},
-    {100, "F8"}, {101, "F9"}, {109, "F10"}, {103, "F11"}, {111, "F12"},
-    {123, "←"}, {124, "→"}, {125, "↓"}, {126, "↑"},
+    {Key::a, "A"}, {Key::b, "B"}, {Key::c, "C"}, {Key::d, "D"}, {Key::e, "E"}, {Key::f, "F"}, {Key::g, "G"}, {Key::h, "H"}, {Key::i, "I"},
+    {Key::j, "J"}, {Key::k, "K"}, {Key::l, "L"}, {Key::m, "M"}, {Key::n, "N"}, {Key::o, "O"}, {Key::p, "P"}, {Key::q, "Q"},
+    {Key::r, "R"}, {Key::s, "S"}, {Key::t, "T"}, {Key::u, "U"}, {Key::v, "V"}, {Key::w, "W"}, {Key::x, "X"}, {Key::y, "Y"}, {Key::z, "Z"},
+    {Key::digit0, "0"}, {Key::digit1, "1"}, {Key::digit2, "2"}, {Key::digit3, "3"}, {Key::digit4, "4"}, {Key::digit5, "5"}, {Key::digit6, "6"}, {Key::digit7, "7"},
+    {Key::digit8, "8"}, {Key::digit9, "9"},
+    {Key::grave, "`"}, {Key::minus, "-"}, {Key::equal, "="},
+    {Key::leftBracket, "["}, {Key::rightBracket, "]"}, {Key::backslash, "\\"}, {Key::semicolon, ";"}, {Key::quote, "'"}, {Key::comma, ","}, {Key::period, "."}, {Key::slash, "/"},
+    {Key::f1, "F1"}, {Key::f2, "F2"}, {Key::f3, "F3"}, {Key::f4, "F4"}, {Key::f5, "F5"}, {Key::f6, "F6"}, {Key::f7, "F7"},
+    {Key::f8, "F8"}, {Key::f9, "F9"}, {Key::f10, "F10"}, {Key::f11, "F11"}, {Key::f12, "F12"},
+    {Key::left, "←"}, {Key::right, "→"}, {Key::down, "↓"}, {Key::up, "↑"},
 });
 // clang-format on
 struct WordKey {
-  std::int64_t keyCode;
+  Key key;
   Literal label;
 };
 
 // Keys whose names differ from language to language, and from one system to the next.
 constexpr auto wordKeys = std::to_array<WordKey>({
-    {49, words("Space")},
-    {36, words("↩")},
-    {48, words("⇥")},
-    {51, words("⌫")},
-    {53, words("⎋")},
+    {Key::space, words("Space")},
+    {Key::returnKey, words("↩")},
+    {Key::tab, words("⇥")},
+    {Key::backspace, words("⌫")},
+    {Key::escape, words("⎋")},
 });
 static_assert(keyNames.size() + wordKeys.size() == 68);
 
@@ -70,9 +71,9 @@ Words chord(std::int64_t keyCode, std::int64_t modifiers, Literal ModifierGlyph:
 }  // namespace
 
 Words keyLabel(std::int64_t keyCode) {
-  const auto word = std::ranges::find(wordKeys, keyCode, &WordKey::keyCode);
+  const auto word = std::ranges::find(wordKeys, Key{keyCode}, &WordKey::key);
   if (word != wordKeys.end()) return word->label;
-  const auto name = std::ranges::find(keyNames, keyCode, &KeyName::keyCode);
+  const auto name = std::ranges::find(keyNames, Key{keyCode}, &KeyName::key);
   if (name != keyNames.end()) return asItStands(std::string(name->label));
   return words("Key {code}", {{"code", asItStands(std::to_string(keyCode))}});
 }

@@ -30,10 +30,7 @@ class SimulatedProgram {
     desktop.runTurns();
   }
 
-  void pressToggle() {
-    using simulated::Key;
-    desktop.keyboard().tap({Key::control, Key::option, Key::space});
-  }
+  void pressToggle() { desktop.keyboard().tap({Key::control, Key::option, Key::space}); }
   bool runUntilStatus(const std::string& status) {
     return desktop.runUntil([&] { return program->dictation().statusText.get() == status; });
   }

@@ -13,8 +13,6 @@ namespace quillo {
 
 class InputTest : public testing::Test, protected DictationControls {
  protected:
-  using Key = simulated::Key;
-
   ~InputTest() override {
     desktop_.abandonTasks();
     EXPECT_EQ(desktop_.newLiveFrames(), 0);

@@ -8,7 +8,6 @@ namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 using testing::Each;
 using testing::ElementsAre;
 using testing::Field;

@@ -7,7 +7,6 @@ namespace quillo {
 namespace {
 
 using namespace std::chrono_literals;
-using simulated::Key;
 using simulated::OfferedItem;
 using simulated::SimulatedApplication;
 using testing::ElementsAre;

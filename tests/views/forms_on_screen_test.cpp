@@ -23,7 +23,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 // Virtual key codes.
-constexpr std::int64_t aKey = 0, returnKey = 36, tabKey = 48, spaceKey = 49, downKey = 125;
 
 class FormOnScreen : public testing::Test {
  protected:
@@ -34,7 +33,7 @@ class FormOnScreen : public testing::Test {
   }
   bool runUntil(const std::function<bool()>& holds) { return host_.runUntil(holds, 20s); }
 
-  void press(std::int64_t key) {
+  void press(Key key) {
     keyboard_.change(key, KeyDirection::down);
     host_.runFor(contracts::KeyboardHost::shortPress);
     keyboard_.change(key, KeyDirection::up);
@@ -42,7 +41,7 @@ class FormOnScreen : public testing::Test {
   // The name of what gets the keyboard next.
   std::string tab() {
     const QObject* const before = QGuiApplication::focusObject();
-    press(tabKey);
+    press(Key::tab);
     EXPECT_TRUE(runUntil([&] { return QGuiApplication::focusObject() != before; }));
     const auto* const item = qobject_cast<QQuickItem*>(QGuiApplication::focusObject());
     const QRectF place = item->mapRectToScene(item->boundingRect());
@@ -145,23 +144,23 @@ TEST_F(FormOnScreen, KeysChangeTheSettings) {
     }
   };
   goTo("Shortcut mode");
-  press(spaceKey);  // opens the menu
-  press(downKey);
-  press(returnKey);
+  press(Key::space);  // opens the menu
+  press(Key::down);
+  press(Key::returnKey);
   EXPECT_TRUE(runUntil([&] { return appState_.activationMode.get() == "hold"; }));
   goTo("⌃ J");
-  press(spaceKey);
+  press(Key::space);
   EXPECT_TRUE(runUntil([&] { return appState_.cycleHotKeyKeyCode.get() == 38; }));
   goTo("Play sounds");
-  press(spaceKey);
+  press(Key::space);
   EXPECT_TRUE(runUntil([&] { return !appState_.soundsEnabled.get(); }));
   goTo("Term");
-  press(aKey);
-  press(returnKey);
+  press(Key::a);
+  press(Key::returnKey);
   EXPECT_TRUE(runUntil([&] { return appState_.dictionaryVocabulary->size() == 2; }));
   EXPECT_TRUE(runUntil([&] { return any(QAccessible::Button, words("Remove a")); }));
   goTo("E-mail");
-  press(aKey);
+  press(Key::a);
   EXPECT_TRUE(
       runUntil([] { return any(QAccessible::AlertMessage, words("An address has an @ in it.")); }));
   expectAllTold();

@@ -38,7 +38,6 @@ using testing::ElementsAre;
 using testing::IsSupersetOf;
 
 // Virtual key codes.
-constexpr std::int64_t returnKey = 36, tabKey = 48, spaceKey = 49, escapeKey = 53;
 
 class PanelsOnScreen : public testing::Test {
  protected:
@@ -53,7 +52,7 @@ class PanelsOnScreen : public testing::Test {
 
   // --- The user ---
 
-  void press(std::int64_t key) {
+  void press(Key key) {
     keyboard_.change(key, KeyDirection::down);
     host_.runFor(contracts::KeyboardHost::shortPress);
     keyboard_.change(key, KeyDirection::up);
@@ -182,24 +181,24 @@ TEST_F(PanelsOnScreen, WithoutACompositorTheWindowIsCutOutWhereThePanelIsDrawn) 
 
 TEST_F(PanelsOnScreen, TheReviewIsDecidedByKeysAndGivesTheFocusBack) {
   auto reviewing = openReview();
-  press(returnKey);  // in flight
+  press(Key::returnKey);  // in flight
   host_.runFor(300ms);
   EXPECT_FALSE(reviewing.isFinished());
-  press(returnKey);
+  press(Key::returnKey);
   EXPECT_EQ(decision(reviewing), ReviewDecision::insert);
   EXPECT_TRUE(runUntil([&] { return below_.hasFocus(); }));
 
   using enum ReviewDecision;
-  const std::pair<std::vector<std::int64_t>, ReviewDecision> decisions[] = {
-      {{spaceKey, escapeKey}, discard},  // no button has the focus yet
-      {{tabKey, spaceKey}, reRecord},
-      {{tabKey, tabKey, spaceKey}, discard},
-      {{tabKey, returnKey}, insert},  // wherever the focus is
+  const std::pair<std::vector<Key>, ReviewDecision> decisions[] = {
+      {{Key::space, Key::escape}, discard},  // no button has the focus yet
+      {{Key::tab, Key::space}, reRecord},
+      {{Key::tab, Key::tab, Key::space}, discard},
+      {{Key::tab, Key::returnKey}, insert},  // wherever the focus is
   };
   for (const auto& [keys, expected] : decisions) {
     reviewing = openReview();
     host_.runFor(300ms);
-    for (const std::int64_t key : keys) press(key);
+    for (const Key key : keys) press(key);
     EXPECT_EQ(decision(reviewing), expected);
   }
 
@@ -250,7 +249,7 @@ TEST_F(PanelsOnScreen, ALongReviewScrollsInsteadOfGrowing) {
   EXPECT_EQ(shown()->width(), 460);
   EXPECT_LT(shown()->height(), 460);
   host_.runFor(300ms);
-  press(escapeKey);
+  press(Key::escape);
   EXPECT_EQ(decision(reviewing), ReviewDecision::discard);
 }
 
@@ -262,8 +261,8 @@ TEST_F(PanelsOnScreen, AnAlertIsAnsweredByKeysAndButtons) {
     const Timer later(host_.mainThread(), 500ms, user);
     return alerts.runModal(question);
   };
-  EXPECT_EQ(answerTo([&] { press(returnKey); }), 0u);
-  EXPECT_EQ(answerTo([&] { press(escapeKey); }), 1u);
+  EXPECT_EQ(answerTo([&] { press(Key::returnKey); }), 0u);
+  EXPECT_EQ(answerTo([&] { press(Key::escape); }), 1u);
   EXPECT_EQ(answerTo([&] { click("View Plans"); }), 0u);
   EXPECT_EQ(answerTo([&] { shown()->close(); }), 1u);
 }

@@ -17,7 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 
 // Virtual key codes.
-constexpr std::int64_t returnKey = 36, downKey = 125;
 
 TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
   struct Host final : contracts::LinuxContractHost<contracts::ContractHost> {
@@ -59,7 +58,7 @@ TEST(StatusItemOnScreen, IsDrawnAndOpensItsMenuAtAClick) {
         return QApplication::activePopupWidget() && QApplication::activePopupWidget()->isVisible();
       },
       20s));
-  for (const std::int64_t key : {downKey, downKey, returnKey}) {
+  for (const Key key : {Key::down, Key::down, Key::returnKey}) {
     keyboard.change(key, KeyDirection::down);
     host.runFor(contracts::KeyboardHost::shortPress);
     keyboard.change(key, KeyDirection::up);

@@ -14,18 +14,25 @@
 
 namespace {
 
+using quillo::Key;
 using quillo::KeyDirection;
 
-const std::map<std::string_view, std::int64_t> keyCodes = {
-    {"control", 59}, {"option", 58}, {"command", 55}, {"shift", 56},
-    {"space", 49},   {"return", 36}, {"s", 1},        {"v", 9},
+const std::map<std::string_view, Key> keyCodes = {
+    {"control", Key::control},
+    {"option", Key::option},
+    {"command", Key::command},
+    {"shift", Key::shift},
+    {"space", Key::space},
+    {"return", Key::returnKey},
+    {"s", Key::s},
+    {"v", Key::v},
 };
 
-void press(const std::vector<std::int64_t>& keys, std::chrono::milliseconds hold) {
+void press(const std::vector<Key>& keys, std::chrono::milliseconds hold) {
   const auto connection = quillo::linux_host::X11Connection::open();
   if (!connection) throw std::runtime_error("no X display answers under DISPLAY");
   quillo::PhysicalKeyboard keyboard(*connection);
-  for (const std::int64_t key : keys) keyboard.change(key, KeyDirection::down);
+  for (const Key key : keys) keyboard.change(key, KeyDirection::down);
   std::this_thread::sleep_for(hold);
   for (auto key = keys.rbegin(); key != keys.rend(); ++key) keyboard.change(*key, KeyDirection::up);
 }
@@ -33,7 +40,7 @@ void press(const std::vector<std::int64_t>& keys, std::chrono::milliseconds hold
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  std::vector<std::int64_t> keys;
+  std::vector<Key> keys;
   for (int i = 2; i < argumentCount; ++i) {
     const auto key = keyCodes.find(arguments[i]);
     if (key == keyCodes.end())

@@ -15,8 +15,6 @@ namespace {
 using linux_host::owned;
 using linux_host::X11Connection;
 
-constexpr std::int64_t capsLockKeyCode = 57;
-constexpr std::int64_t functionKeyCode = 63;
 // X keyboards pass Fn on, if at all, under this code.
 constexpr xcb_keycode_t functionKeycode = 151;
 
@@ -52,14 +50,14 @@ PhysicalKeyboard::~PhysicalKeyboard() {
   const auto pointer = owned(xcb_query_pointer_reply(
       connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
   if (!pointer || (pointer->mask & XCB_MOD_MASK_LOCK) == 0) return;
-  const xcb_keycode_t capsLock = linux_host::keycodeAtPosition(capsLockKeyCode).value();
+  const xcb_keycode_t capsLock = linux_host::keycodeAtPosition(codeOf(Key::capsLock)).value();
   send(capsLock, KeyDirection::down);
   send(capsLock, KeyDirection::up);
 }
 
-void PhysicalKeyboard::change(std::int64_t keyCode, KeyDirection direction) {
+void PhysicalKeyboard::change(Key key, KeyDirection direction) {
   const auto keycode =
-      keyCode == functionKeyCode ? functionKeycode : linux_host::keycodeAtPosition(keyCode).value();
+      key == Key::function ? functionKeycode : linux_host::keycodeAtPosition(codeOf(key)).value();
   if (direction == KeyDirection::down) {
     down_.insert(keycode);
   } else {

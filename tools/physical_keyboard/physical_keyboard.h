@@ -7,6 +7,7 @@
 #include <set>
 
 #include "hosts/linux/x11/connection/x11_connection.h"
+#include "platform/key_codes.h"
 #include "platform/key_event.h"
 
 namespace quillo {
@@ -24,8 +25,8 @@ class PhysicalKeyboard {
   // Lets every key go that is still down, and caps lock.
   ~PhysicalKeyboard();
 
-  // By virtual key code. Returns when the server has the key.
-  void change(std::int64_t keyCode, KeyDirection direction);
+  // Returns when the server has the key.
+  void change(Key key, KeyDirection direction);
 
  private:
   bool send(xcb_keycode_t keycode, KeyDirection direction);

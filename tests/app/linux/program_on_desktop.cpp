@@ -45,7 +45,7 @@ void ProgramOnDesktop::writeSettings(const Json& settings) {
 }
 
 void ProgramOnDesktop::press(const Keys& chord) {
-  for (const std::int64_t key : chord) keyboard_.change(key, KeyDirection::down);
+  for (const Key key : chord) keyboard_.change(key, KeyDirection::down);
 }
 
 void ProgramOnDesktop::release(const Keys& chord) {

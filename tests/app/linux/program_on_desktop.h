@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 // Every dictation is heard as "hello there" and becomes "Hello there. ".
 class ProgramOnDesktop : public testing::Test {
  protected:
-  using Keys = std::vector<std::int64_t>;
+  using Keys = std::vector<Key>;
 
   // Signed in, with these settings beside.
   void launch(const Json& settings = Json::object());

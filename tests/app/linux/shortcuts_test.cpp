@@ -12,13 +12,13 @@ using testing::HasSubstr;
 
 class ShortcutsOnDesktop : public ProgramOnDesktop {
  protected:
-  const Keys chord{keys::control, keys::option, keys::space};
+  const Keys chord{Key::control, Key::option, Key::space};
 };
 
 TEST_F(ShortcutsOnDesktop, TheChordTogglesWhateverElseTheKeyboardIsDoing) {
   launch();
   dictateBy(chord);
-  for (const std::int64_t lock : {keys::capsLock, keys::numLock}) {
+  for (const Key lock : {Key::capsLock, Key::numLock}) {
     SCOPED_TRACE(lock);
     tap({lock});
     dictateBy(chord);
@@ -33,7 +33,7 @@ TEST_F(ShortcutsOnDesktop, TheChordTogglesWhateverElseTheKeyboardIsDoing) {
 
   // Its own V is still down when the last result is pasted.
   const std::string before = editor().text();
-  tap({keys::control, keys::command, keys::v});
+  tap({Key::control, Key::command, Key::v});
   EXPECT_TRUE(editorBecomes(before + "Hello there.")) << editor().text();
 
   // A chord that is held repeats, and its modifiers may come up first.
@@ -41,32 +41,32 @@ TEST_F(ShortcutsOnDesktop, TheChordTogglesWhateverElseTheKeyboardIsDoing) {
   ASSERT_TRUE(startsToListen());
   speak();
   EXPECT_TRUE(dictation().isRecording) << "a repeat of the chord stopped it";
-  for (const std::int64_t key : chord) release({key});
+  for (const Key key : chord) release({key});
   tap(chord);
   EXPECT_TRUE(becomes("Inserted"));
 }
 
 TEST_F(ShortcutsOnDesktop, ABoundChordIsNotTheApplicationsAnyMore) {
   tap(chord);
-  tap({keys::control, keys::g});
+  tap({Key::control, Key::g});
   ASSERT_TRUE(editorBecomes("[space][g]")) << "the editor has bindings of its own for both";
   launch({{"mac.autoPaste", false}});
   tap(chord);
   ASSERT_TRUE(startsToListen());
-  tap({keys::control, keys::g});
+  tap({Key::control, Key::g});
   speak();
   tap(chord);
   EXPECT_TRUE(becomes("Copied — auto-paste off")) << dictation().statusText.get().english();
-  tap({keys::a});
+  tap({Key::a});
   EXPECT_TRUE(editorBecomes("[space][g]a")) << editor().text();
 }
 
 TEST_F(ShortcutsOnDesktop, HoldingAModifierRecordsUntilItComesUp) {
   launch({{"mac.activationMode", "hold"}, {"mac.holdShortcut", "right_opt"}});
   const std::map<std::string, Keys> shortcuts = {
-      {"right_opt", {keys::rightOption}},
-      {"ctrl_opt", {keys::control, keys::option}},
-      {"opt_cmd", {keys::option, keys::command}},
+      {"right_opt", {Key::rightOption}},
+      {"ctrl_opt", {Key::control, Key::option}},
+      {"opt_cmd", {Key::option, Key::command}},
   };
   std::string text;
   for (const auto& [name, held] : shortcuts) {
@@ -82,11 +82,11 @@ TEST_F(ShortcutsOnDesktop, HoldingAModifierRecordsUntilItComesUp) {
   }
   // With another modifier it is another chord, and a short press is none.
   program().appState().holdShortcut = "right_opt";
-  press({keys::shift, keys::rightOption});
+  press({Key::shift, Key::rightOption});
   speak();
   EXPECT_FALSE(dictation().isRecording);
-  release({keys::shift, keys::rightOption});
-  tap({keys::rightOption});
+  release({Key::shift, Key::rightOption});
+  tap({Key::rightOption});
   speak();
   EXPECT_FALSE(dictation().isRecording);
   EXPECT_EQ(editor().text(), text);
@@ -94,8 +94,8 @@ TEST_F(ShortcutsOnDesktop, HoldingAModifierRecordsUntilItComesUp) {
 
 TEST_F(ShortcutsOnDesktop, TappingAModifierToggles) {
   launch({{"mac.toggleShortcut", "right_opt"}});
-  dictateBy({keys::rightOption});
-  dictateBy({keys::rightOption});
+  dictateBy({Key::rightOption});
+  dictateBy({Key::rightOption});
 }
 
 TEST_F(ShortcutsOnDesktop, AnOpenMenuKeepsNobodyFromDictating) {
@@ -118,7 +118,7 @@ TEST_F(ShortcutsOnDesktop, AnOpenMenuKeepsNobodyFromDictating) {
 }
 
 TEST_F(ShortcutsOnDesktop, AChordOfAnotherProgramIsRefusedAndWorksByTheKeyboardItself) {
-  const auto taken = grabElsewhere(otherProgram(), static_cast<std::uint32_t>(keys::space),
+  const auto taken = grabElsewhere(otherProgram(), Key::space,
                                    hot_key_modifiers::control | hot_key_modifiers::option);
   ASSERT_TRUE(taken);
   launch();

@@ -37,17 +37,16 @@ class LinuxKeyboardHost final : public LinuxX11Host<KeyboardHost> {
   HIDKeyboards& hidKeyboards() override { return desktop().hidKeyboards(); }
   Pasteboard& pasteboard() override { return desktop().pasteboard(); }
 
-  void press(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::down); }
-  void release(std::int64_t keyCode) override { keyboard_.change(keyCode, KeyDirection::up); }
+  void press(Key key) override { keyboard_.change(key, KeyDirection::down); }
+  void release(Key key) override { keyboard_.change(key, KeyDirection::up); }
   std::string editorText() override { return editor_->text(); }
   void selectInEditor(std::string_view text) override {
     editor_->command("text=" + std::string(text));
     EXPECT_TRUE(runUntilEditorHolds(text));
   }
   void setSecureInput(bool enabled) override { editor_->command(enabled ? "grab" : "ungrab"); }
-  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                             std::uint32_t modifiers) override {
-    return grabElsewhere(otherProgram(), keyCode, modifiers);
+  std::shared_ptr<void> takeByAnotherProgram(Key key, std::uint32_t modifiers) override {
+    return grabElsewhere(otherProgram(), key, modifiers);
   }
   void focusOwnWindow() override {
     window_.show();
@@ -99,10 +98,10 @@ class X11KeyPosterTest : public testing::Test {
     const std::string before = host_.editorText();
     host_.pasteboard().clearContents();
     ASSERT_TRUE(host_.pasteboard().setString(text));
-    chord(keys::v);
+    chord(Key::v);
     EXPECT_TRUE(host_.runUntilEditorHolds(before + text)) << host_.editorText();
   }
-  bool chord(std::int64_t keyCode) { return postChord(host_, host_.keyPoster(), keyCode); }
+  bool chord(Key key) { return postChord(host_, host_.keyPoster(), key); }
   xcb_window_t primaryOwner() {
     auto& other = host_.otherProgram();
     return owned(xcb_get_selection_owner_reply(
@@ -118,9 +117,9 @@ TEST_F(X11KeyPosterTest, PastesInLayoutsWhereTheLettersLieElsewhereOrNowhere) {
     SCOPED_TRACE(layout);
     const Layout use(layout);
     expectPasted(std::string("in ") + layout + " ");
-    host_.press(keys::option);
+    host_.press(Key::option);
     expectPasted("with Alt ");
-    host_.release(keys::option);
+    host_.release(Key::option);
   }
   EXPECT_FALSE(host_.keyPoster().post(1000, KeyDirection::down, 0, 0)) << "no keyboard has it";
 }
@@ -128,11 +127,11 @@ TEST_F(X11KeyPosterTest, PastesInLayoutsWhereTheLettersLieElsewhereOrNowhere) {
 TEST_F(X11KeyPosterTest, UsesTheChordsOfTerminalsAndForOldOnesThePrimarySelection) {
   host_.replaceEditor("xfce4-terminal", OtherApplication::Kind::terminal);
   expectPasted("ls -l ");
-  host_.press(keys::option);
+  host_.press(Key::option);
   expectPasted("with Alt ");
-  host_.release(keys::option);
+  host_.release(Key::option);
   host_.selectInEditor("output");
-  EXPECT_TRUE(chord(keys::c));
+  EXPECT_TRUE(chord(Key::c));
   EXPECT_TRUE(host_.runUntil([&] { return host_.pasteboard().string() == "output"; },
                              std::chrono::seconds(10)));
   EXPECT_EQ(host_.editorText(), "output") << "Control and C reached the terminal";
@@ -141,7 +140,7 @@ TEST_F(X11KeyPosterTest, UsesTheChordsOfTerminalsAndForOldOnesThePrimarySelectio
   host_.replaceEditor("XTerm", OtherApplication::Kind::oldTerminal);
   expectPasted("echo ");
   expectPasted("again");
-  EXPECT_FALSE(chord(keys::c)) << "these terminals have no chord that copies";
+  EXPECT_FALSE(chord(Key::c)) << "these terminals have no chord that copies";
   EXPECT_EQ(host_.editorText(), "echo again");
   EXPECT_NE(primaryOwner(), XCB_WINDOW_NONE);
   host_.pasteboard().clearContents();
@@ -150,9 +149,9 @@ TEST_F(X11KeyPosterTest, UsesTheChordsOfTerminalsAndForOldOnesThePrimarySelectio
 
 TEST_F(X11KeyPosterTest, PastesAlsoWhenARepeatingChordHasTakenTheKeyboard) {
   const auto hotKey = host_.hotKeys().registerHotKey(
-      keys::space, hot_key_modifiers::control | hot_key_modifiers::option, [] {});
+      codeOf(Key::space), hot_key_modifiers::control | hot_key_modifiers::option, [] {});
   ASSERT_EQ(hotKey.status, HotKeys::Status::success);
-  host_.pressAll({keys::control, keys::option, keys::space});
+  host_.pressAll({Key::control, Key::option, Key::space});
   host_.runFor(KeyboardHost::longPress);
   // The main thread is busy until a repeat has taken the keyboard and nobody gives it back.
   auto& other = host_.otherProgram();
@@ -170,7 +169,7 @@ TEST_F(X11KeyPosterTest, PastesAlsoWhenARepeatingChordHasTakenTheKeyboard) {
   ASSERT_TRUE(isTaken) << "the chord does not repeat";
   EXPECT_FALSE(host_.keyboardState().isSecureEventInputEnabled()) << "the grab is our own";
   expectPasted("pasted");
-  host_.releaseAll({keys::control, keys::option, keys::space});
+  host_.releaseAll({Key::control, Key::option, Key::space});
 }
 
 TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
@@ -178,17 +177,17 @@ TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
   auto& other = host.otherProgram();
   int presses = 0;
   const auto registered =
-      host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::control, [&] { ++presses; });
+      host.hotKeys().registerHotKey(codeOf(Key::g), hot_key_modifiers::control, [&] { ++presses; });
   std::vector<std::uint32_t> usages;
   const auto manager = host.desktop().hidKeyboards().open([&](const HIDValue& value) {
     if (value.value != 0) usages.push_back(value.usage);
   });
-  for (const auto& [keyCode, type] : {std::pair{keys::control, XCB_KEY_PRESS},
-                                      {keys::g, XCB_KEY_PRESS},
-                                      {keys::g, XCB_KEY_RELEASE},
-                                      {keys::control, XCB_KEY_RELEASE}}) {
+  for (const auto& [key, type] : {std::pair{Key::control, XCB_KEY_PRESS},
+                                  {Key::g, XCB_KEY_PRESS},
+                                  {Key::g, XCB_KEY_RELEASE},
+                                  {Key::control, XCB_KEY_RELEASE}}) {
     ASSERT_TRUE(other.succeeded(xcb_test_fake_input_checked(
-        other.get(), static_cast<std::uint8_t>(type), *linux_host::keycodeAtPosition(keyCode),
+        other.get(), static_cast<std::uint8_t>(type), *linux_host::keycodeAtPosition(codeOf(key)),
         XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0)));
   }
   EXPECT_TRUE(
@@ -199,7 +198,7 @@ TEST(X11HotKeysTest, SyntheticKeysOfOtherProgramsCountAsTheUsers) {
 TEST(X11HotKeysTest, AChordThatAnotherProgramHoldsByXInputIsTaken) {
   LinuxKeyboardHost host;
   auto& other = host.otherProgram();
-  const xcb_keycode_t keycode = *linux_host::keycodeAtPosition(keys::g);
+  const xcb_keycode_t keycode = *linux_host::keycodeAtPosition(codeOf(Key::g));
   const std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
   const std::uint32_t modifiers = XCB_MOD_MASK_CONTROL;
   const auto grabbed = owned(xcb_input_xi_passive_grab_device_reply(
@@ -211,7 +210,8 @@ TEST(X11HotKeysTest, AChordThatAnotherProgramHoldsByXInputIsTaken) {
       nullptr));
   ASSERT_TRUE(grabbed);
   ASSERT_EQ(grabbed->num_modifiers, 0);
-  const auto refused = host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::control, [] {});
+  const auto refused =
+      host.hotKeys().registerHotKey(codeOf(Key::g), hot_key_modifiers::control, [] {});
   EXPECT_EQ(refused.status, HotKeys::Status::alreadyTaken);
 }
 
@@ -234,10 +234,10 @@ TEST(X11HotKeysTest, ChordsFollowTheLayout) {
   LinuxKeyboardHost host;
   int presses = 0;
   const auto registered =
-      host.hotKeys().registerHotKey(keys::g, hot_key_modifiers::command, [&] { ++presses; });
+      host.hotKeys().registerHotKey(codeOf(Key::g), hot_key_modifiers::command, [&] { ++presses; });
   ASSERT_EQ(registered.status, HotKeys::Status::success);
   const auto pressUntil = [&](int count) {
-    host.tap({keys::command, keys::g});
+    host.tap({Key::command, Key::g});
     return host.runUntil([&] { return presses == count; }, std::chrono::seconds(10));
   };
   ASSERT_TRUE(pressUntil(1));
@@ -247,7 +247,7 @@ TEST(X11HotKeysTest, ChordsFollowTheLayout) {
     // The program hears of the change before it hears of a key that is pressed later, but the chord
     // itself is decided by the server: wait until the new grab stands.
     EXPECT_TRUE(host.runUntil(
-        [&] { return grabElsewhere(host.otherProgram(), keys::g, heldByNow) == nullptr; },
+        [&] { return grabElsewhere(host.otherProgram(), Key::g, heldByNow) == nullptr; },
         std::chrono::seconds(10)));
     EXPECT_TRUE(pressUntil(count));
   }

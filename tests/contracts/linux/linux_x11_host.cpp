@@ -107,14 +107,13 @@ void OtherApplication::command(std::string_view command) {
   connection_.flush();
 }
 
-std::shared_ptr<void> grabElsewhere(X11Connection& connection, std::uint32_t keyCode,
-                                    std::uint32_t modifiers) {
+std::shared_ptr<void> grabElsewhere(X11Connection& connection, Key key, std::uint32_t modifiers) {
   std::uint16_t mask = 0;
   if ((modifiers & hot_key_modifiers::control) != 0) mask |= XCB_MOD_MASK_CONTROL;
   if ((modifiers & hot_key_modifiers::shift) != 0) mask |= XCB_MOD_MASK_SHIFT;
   if ((modifiers & hot_key_modifiers::option) != 0) mask |= XCB_MOD_MASK_1;
   if ((modifiers & hot_key_modifiers::command) != 0) mask |= XCB_MOD_MASK_4;
-  const xcb_keycode_t keycode = linux_host::keycodeAtPosition(keyCode).value();
+  const xcb_keycode_t keycode = linux_host::keycodeAtPosition(codeOf(key)).value();
   if (!connection.succeeded(xcb_grab_key_checked(connection.get(), 0, connection.root(), mask,
                                                  keycode, XCB_GRAB_MODE_ASYNC,
                                                  XCB_GRAB_MODE_ASYNC))) {

@@ -76,7 +76,7 @@ class LinuxX11Host : public LinuxContractHost<Host> {
 };
 
 // A chord as another program grabs it.
-std::shared_ptr<void> grabElsewhere(linux_host::X11Connection& connection, std::uint32_t keyCode,
+std::shared_ptr<void> grabElsewhere(linux_host::X11Connection& connection, Key key,
                                     std::uint32_t modifiers);
 
 }  // namespace quillo::contracts

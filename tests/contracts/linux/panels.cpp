@@ -22,7 +22,7 @@ class LinuxPanelsHost final : public LinuxContractHost<PanelsHost> {
     clickAt(below_.connection(), linux_host::fromPlane({place, {}}).topLeft());
   }
   void press(KeyEquivalent key) override {
-    const std::int64_t keyCode = key == KeyEquivalent::defaultAction ? 36 : 53;
+    const Key keyCode = key == KeyEquivalent::defaultAction ? Key::returnKey : Key::escape;
     keyboard_.change(keyCode, KeyDirection::down);
     runFor(KeyboardHost::shortPress);
     keyboard_.change(keyCode, KeyDirection::up);

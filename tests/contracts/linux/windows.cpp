@@ -22,7 +22,7 @@ class LinuxWindowsHost final : public LinuxContractHost<WindowsHost> {
   Application& application() override { return application_; }
   bool programHasFocus() override { return below_.hasFocus(); }
   void press(KeyEquivalent key) override {
-    const std::int64_t keyCode = key == KeyEquivalent::defaultAction ? 36 : 53;
+    const Key keyCode = key == KeyEquivalent::defaultAction ? Key::returnKey : Key::escape;
     keyboard_.change(keyCode, KeyDirection::down);
     keyboard_.change(keyCode, KeyDirection::up);
   }

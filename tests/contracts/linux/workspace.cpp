@@ -78,8 +78,8 @@ TEST_F(FrontWindowTest, IsKnownWithoutAskingAndFollowedWhateverHappensToIt) {
   }));
 
   EXPECT_TRUE(runUntil([this] { return isStill(); }));
-  host_.keyboard.change(keys::a, KeyDirection::down);
-  host_.keyboard.change(keys::a, KeyDirection::up);
+  host_.keyboard.change(Key::a, KeyDirection::down);
+  host_.keyboard.change(Key::a, KeyDirection::up);
   EXPECT_TRUE(runUntil([this] { return !isStill(); }));
   EXPECT_TRUE(runUntil([this] { return isStill(); })) << "for a while";
   program.quit();
@@ -113,16 +113,16 @@ class RealApplicationsTest : public testing::Test {
   void paste(std::string_view text) {
     host_.desktop().pasteboard().clearContents();
     ASSERT_TRUE(host_.desktop().pasteboard().setString(text));
-    EXPECT_TRUE(postChord(host_, host_.desktop().keyPoster(), keys::v));
+    EXPECT_TRUE(postChord(host_, host_.desktop().keyPoster(), Key::v));
   }
   FilePath path() const { return folder_.path() / "text.txt"; }
   std::string file() const { return contentsOf(path()); }
-  void controlAnd(std::int64_t keyCode) {
-    host_.keyboard.change(keys::control, KeyDirection::down);
-    host_.keyboard.change(keyCode, KeyDirection::down);
+  void controlAnd(Key key) {
+    host_.keyboard.change(Key::control, KeyDirection::down);
+    host_.keyboard.change(key, KeyDirection::down);
     host_.runFor(KeyboardHost::shortPress);
-    host_.keyboard.change(keyCode, KeyDirection::up);
-    host_.keyboard.change(keys::control, KeyDirection::up);
+    host_.keyboard.change(key, KeyDirection::up);
+    host_.keyboard.change(Key::control, KeyDirection::up);
   }
   void endApplication() {
     process_.kill();
@@ -141,11 +141,10 @@ TEST_F(RealApplicationsTest, AnEditorIsKnownByItsDesktopEntryAndReceivesAPaste) 
   EXPECT_EQ(editor->localizedName, "Mousepad");
   paste("Pasted into a real editor: äß 🎙");
   // Saving early saves nothing, so that is tried until the paste has arrived.
-  constexpr std::int64_t keyS = 1;
   EXPECT_TRUE(host_.runUntil(
       [&] {
         if (!file().empty()) return true;
-        controlAnd(keyS);
+        controlAnd(Key::s);
         host_.runFor(std::chrono::milliseconds(100));
         return false;
       },
@@ -227,7 +226,8 @@ TEST(X11DesktopTest, WorksWithoutAWindowManagerAndOutlivesItsServer) {
         return front == application && front->localizedName == "bare";
       },
       std::chrono::seconds(20)));
-  const auto hotKey = desktop.hotKeys().registerHotKey(keys::e, hot_key_modifiers::control, [] {});
+  const auto hotKey =
+      desktop.hotKeys().registerHotKey(codeOf(Key::e), hot_key_modifiers::control, [] {});
   EXPECT_EQ(hotKey.status, HotKeys::Status::success);
   desktop.pasteboard().clearContents();
   EXPECT_TRUE(desktop.pasteboard().setString("text"));
@@ -237,8 +237,9 @@ TEST(X11DesktopTest, WorksWithoutAWindowManagerAndOutlivesItsServer) {
   EXPECT_TRUE(host.runUntil([&] { return lost > 0; }, std::chrono::seconds(20)));
   EXPECT_FALSE(desktop.workspace().frontmostApplication());
   EXPECT_FALSE(desktop.workspace().activate(application));
-  EXPECT_NE(desktop.hotKeys().registerHotKey(keys::j, 0, [] {}).status, HotKeys::Status::success);
-  EXPECT_FALSE(desktop.keyPoster().post(keys::a, KeyDirection::down, 0, 0));
+  EXPECT_NE(desktop.hotKeys().registerHotKey(codeOf(Key::j), 0, [] {}).status,
+            HotKeys::Status::success);
+  EXPECT_FALSE(desktop.keyPoster().post(codeOf(Key::a), KeyDirection::down, 0, 0));
   EXPECT_EQ(desktop.keyboardState().modifierFlags(), 0u);
   EXPECT_FALSE(desktop.pasteboard().setString("text"));
   desktop.pasteboard().clearContents();

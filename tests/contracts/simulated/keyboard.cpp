@@ -8,7 +8,6 @@
 namespace quillo::contracts {
 namespace {
 
-using simulated::Key;
 using simulated::SimulatedApplication;
 
 class SimulatedKeyboardHost final : public SimulatedHost<KeyboardHost> {
@@ -20,17 +19,16 @@ class SimulatedKeyboardHost final : public SimulatedHost<KeyboardHost> {
   HIDKeyboards& hidKeyboards() override { return desktop_.hidKeyboards(); }
   Pasteboard& pasteboard() override { return desktop_.pasteboard(); }
 
-  void press(std::int64_t keyCode) override { desktop_.keyboard().press(Key{keyCode}); }
-  void release(std::int64_t keyCode) override { desktop_.keyboard().release(Key{keyCode}); }
+  void press(Key key) override { desktop_.keyboard().press(key); }
+  void release(Key key) override { desktop_.keyboard().release(key); }
   std::string editorText() override { return program_.editor().text(); }
   void selectInEditor(std::string_view text) override {
     program_.editor().setText(text);
     program_.editor().selectAll();
   }
   void setSecureInput(bool enabled) override { desktop_.keyboard().setSecureInput(enabled); }
-  std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                             std::uint32_t modifiers) override {
-    return desktop_.hotKeys().takeByAnotherProgram(keyCode, modifiers);
+  std::shared_ptr<void> takeByAnotherProgram(Key key, std::uint32_t modifiers) override {
+    return desktop_.hotKeys().takeByAnotherProgram(static_cast<std::uint32_t>(key), modifiers);
   }
   void focusOwnWindow() override { desktop_.workspace().focus(desktop_.workspace().self()); }
   void focusEditor() override { desktop_.workspace().focus(program_); }

@@ -25,13 +25,13 @@ TEST_P(EventMonitorsContract, GlobalMonitorsSeeKeysWithTheirFlagsAndPlainCharact
   std::vector<KeyEvent> ups;
   const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
   const auto watchUps = watch(KeyEvent::Type::keyUp, ups);
-  host().tap({keys::control, keys::g});
-  host().tap({keys::option, keys::command, keys::semicolon});
-  host().tap({keys::shift, keys::a});
-  host().tap({keys::capsLock});
-  host().tap({keys::j});
-  host().tap({keys::capsLock});
-  host().tap({keys::space});
+  host().tap({Key::control, Key::g});
+  host().tap({Key::option, Key::command, Key::semicolon});
+  host().tap({Key::shift, Key::a});
+  host().tap({Key::capsLock});
+  host().tap({Key::j});
+  host().tap({Key::capsLock});
+  host().tap({Key::space});
   ASSERT_TRUE(runUntilCount(ups, 5));
 
   struct Expected {
@@ -40,11 +40,11 @@ TEST_P(EventMonitorsContract, GlobalMonitorsSeeKeysWithTheirFlagsAndPlainCharact
     std::string characters;
   };
   const std::vector<Expected> expected = {
-      {keys::g, event_flags::control, "g"},
-      {keys::semicolon, event_flags::option | event_flags::command, ";"},
-      {keys::a, event_flags::shift, "a"},
-      {keys::j, event_flags::capsLock, "j"},
-      {keys::space, 0, " "}};
+      {codeOf(Key::g), event_flags::control, "g"},
+      {codeOf(Key::semicolon), event_flags::option | event_flags::command, ";"},
+      {codeOf(Key::a), event_flags::shift, "a"},
+      {codeOf(Key::j), event_flags::capsLock, "j"},
+      {codeOf(Key::space), 0, " "}};
   constexpr std::uint64_t mask = event_flags::chordMask | event_flags::capsLock;
   for (const std::vector<KeyEvent>* events : {&downs, &ups}) {
     ASSERT_EQ(events->size(), expected.size());
@@ -63,9 +63,9 @@ TEST_P(EventMonitorsContract, ModifiersAreChangesOfTheFlagsWithTheirOwnKeyCodes)
   std::vector<KeyEvent> changes;
   const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
   const auto watchChanges = watch(KeyEvent::Type::flagsChanged, changes);
-  host().tap({keys::control, keys::option});
-  host().tap({keys::rightOption});
-  host().tap({keys::function});
+  host().tap({Key::control, Key::option});
+  host().tap({Key::rightOption});
+  host().tap({Key::function});
   ASSERT_TRUE(runUntilCount(changes, 8));
 
   using Change = std::pair<std::int64_t, std::uint64_t>;
@@ -74,13 +74,15 @@ TEST_P(EventMonitorsContract, ModifiersAreChangesOfTheFlagsWithTheirOwnKeyCodes)
     seen.emplace_back(event.keyCode,
                       event.flags & (event_flags::chordMask | event_flags::function));
   }
-  EXPECT_THAT(seen,
-              testing::ElementsAre(
-                  Change{keys::control, event_flags::control},
-                  Change{keys::option, event_flags::control | event_flags::option},
-                  Change{keys::option, event_flags::control}, Change{keys::control, 0},
-                  Change{keys::rightOption, event_flags::option}, Change{keys::rightOption, 0},
-                  Change{keys::function, event_flags::function}, Change{keys::function, 0}));
+  EXPECT_THAT(
+      seen,
+      testing::ElementsAre(
+          Change{codeOf(Key::control), event_flags::control},
+          Change{codeOf(Key::option), event_flags::control | event_flags::option},
+          Change{codeOf(Key::option), event_flags::control}, Change{codeOf(Key::control), 0},
+          Change{codeOf(Key::rightOption), event_flags::option},
+          Change{codeOf(Key::rightOption), 0}, Change{codeOf(Key::function), event_flags::function},
+          Change{codeOf(Key::function), 0}));
   EXPECT_TRUE(downs.empty());
 }
 
@@ -91,31 +93,31 @@ TEST_P(EventMonitorsContract, KeysToThisProgramGoToLocalMonitorsThatMaySwallowTh
   auto local = host().eventMonitors().addLocalMonitor(
       KeyEvent::Type::keyDown, [&here](const KeyEvent& event) {
         here.push_back(event);
-        return event.keyCode == keys::g ? TapVerdict::swallow : TapVerdict::pass;
+        return event.keyCode == codeOf(Key::g) ? TapVerdict::swallow : TapVerdict::pass;
       });
   ASSERT_TRUE(local);
 
   host().focusOwnWindow();
-  host().tap({keys::control, keys::g});
-  host().tap({keys::a});
+  host().tap({Key::control, Key::g});
+  host().tap({Key::a});
   ASSERT_TRUE(runUntilCount(here, 2));
-  EXPECT_EQ(here[0].keyCode, keys::g);
+  EXPECT_EQ(here[0].keyCode, codeOf(Key::g));
   EXPECT_EQ(here[0].flags & event_flags::chordMask, event_flags::control);
-  EXPECT_EQ(here[1].keyCode, keys::a);
+  EXPECT_EQ(here[1].keyCode, codeOf(Key::a));
   ASSERT_TRUE(host().runUntil([&] { return host().ownKeyDowns() >= 1; }));
   EXPECT_EQ(host().ownKeyDowns(), 1) << "the swallowed key arrived";
 
   host().focusEditor();
-  host().tap({keys::b});
+  host().tap({Key::b});
   ASSERT_TRUE(runUntilCount(elsewhere, 1));
-  EXPECT_EQ(elsewhere[0].keyCode, keys::b) << "a key of this program was seen as another's";
+  EXPECT_EQ(elsewhere[0].keyCode, codeOf(Key::b)) << "a key of this program was seen as another's";
   EXPECT_EQ(here.size(), 2u);
 
   global.reset();
   local.reset();
   std::vector<KeyEvent> later;
   const auto other = watch(KeyEvent::Type::keyDown, later);
-  host().tap({keys::j});
+  host().tap({Key::j});
   ASSERT_TRUE(runUntilCount(later, 1));
   EXPECT_EQ(elsewhere.size(), 1u) << "a dropped monitor still sees keys";
 }

@@ -28,32 +28,32 @@ TEST_P(HIDKeyboardsContract, KeysAreKnownByTheirUsageAndSideAndDoNotRepeat) {
   std::vector<Value> others;
   auto other = open(others);
   const auto opened = open(values);
-  struct Key {
-    std::int64_t keyCode;
+  struct Expected {
+    Key key;
     std::uint32_t page;
     std::uint32_t usage;
   };
-  const Key expected[] = {{keys::control, 7, 224},
-                          {keys::shift, 7, 225},
-                          {keys::option, 7, 226},
-                          {keys::command, 7, 227},
-                          {keys::rightControl, 7, 228},
-                          {keys::rightShift, 7, 229},
-                          {keys::rightOption, 7, 230},
-                          {keys::rightCommand, 7, 231},
-                          {keys::function, 255, 3},
-                          {keys::g, 7, 10},
-                          {keys::v, 7, 25},
-                          {keys::semicolon, 7, 51}};
+  const Expected expected[] = {{Key::control, 7, 224},
+                               {Key::shift, 7, 225},
+                               {Key::option, 7, 226},
+                               {Key::command, 7, 227},
+                               {Key::rightControl, 7, 228},
+                               {Key::rightShift, 7, 229},
+                               {Key::rightOption, 7, 230},
+                               {Key::rightCommand, 7, 231},
+                               {Key::function, 255, 3},
+                               {Key::g, 7, 10},
+                               {Key::v, 7, 25},
+                               {Key::semicolon, 7, 51}};
   std::vector<Value> wanted;
-  for (const Key& key : expected) {
-    host().tap({key.keyCode});
-    wanted.emplace_back(key.page, key.usage, true);
-    wanted.emplace_back(key.page, key.usage, false);
+  for (const auto& [key, page, usage] : expected) {
+    host().tap({key});
+    wanted.emplace_back(page, usage, true);
+    wanted.emplace_back(page, usage, false);
   }
-  host().press(keys::space);
+  host().press(Key::space);
   host().runFor(KeyboardHost::longPress);
-  host().release(keys::space);
+  host().release(Key::space);
   wanted.emplace_back(7, 44, true);
   wanted.emplace_back(7, 44, false);
   const auto runUntilSeen = [&] {
@@ -64,7 +64,7 @@ TEST_P(HIDKeyboardsContract, KeysAreKnownByTheirUsageAndSideAndDoNotRepeat) {
   EXPECT_EQ(others, values) << "every manager sees all keys";
 
   other.manager.reset();
-  host().tap({keys::b});
+  host().tap({Key::b});
   wanted.resize(wanted.size() + 2);
   ASSERT_TRUE(runUntilSeen());
   EXPECT_EQ(others.size() + 2, values.size());

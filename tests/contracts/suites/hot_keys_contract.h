@@ -16,18 +16,18 @@ class HotKeysContract : public PortContract<KeyboardHost> {
     std::shared_ptr<void> token;
     std::shared_ptr<int> presses;
   };
-  Counted registerCounted(std::int64_t keyCode, std::uint32_t modifiers) {
+  Counted registerCounted(Key key, std::uint32_t modifiers) {
     auto presses = std::make_shared<int>(0);
-    auto registration = host().hotKeys().registerHotKey(static_cast<std::uint32_t>(keyCode),
-                                                        modifiers, [presses] { ++*presses; });
+    auto registration = host().hotKeys().registerHotKey(static_cast<std::uint32_t>(key), modifiers,
+                                                        [presses] { ++*presses; });
     return {registration.status, registration.token, presses};
   }
 
   // Everything that the keyboard did so far has arrived when a later chord has.
   void settle() {
-    if (!fence_.token) fence_ = registerCounted(keys::semicolon, hot_key_modifiers::control);
+    if (!fence_.token) fence_ = registerCounted(Key::semicolon, hot_key_modifiers::control);
     const int before = *fence_.presses;
-    host().tap({keys::control, keys::semicolon});
+    host().tap({Key::control, Key::semicolon});
     ASSERT_TRUE(host().runUntil([&] { return *fence_.presses == before + 1; }));
   }
 
@@ -36,86 +36,86 @@ class HotKeysContract : public PortContract<KeyboardHost> {
 };
 
 TEST_P(HotKeysContract, AChordFiresOnceAPressWhateverTheLocksSay) {
-  const Counted dictate = registerCounted(keys::space, controlOption);
-  const Counted summon = registerCounted(keys::g, hot_key_modifiers::command);
+  const Counted dictate = registerCounted(Key::space, controlOption);
+  const Counted summon = registerCounted(Key::g, hot_key_modifiers::command);
   ASSERT_EQ(dictate.status, HotKeys::Status::success);
   ASSERT_TRUE(dictate.token);
   ASSERT_EQ(summon.status, HotKeys::Status::success);
 
-  host().tap({keys::control, keys::option, keys::space});
-  host().tap({keys::rightOption, keys::rightControl, keys::space});
+  host().tap({Key::control, Key::option, Key::space});
+  host().tap({Key::rightOption, Key::rightControl, Key::space});
   settle();
   EXPECT_EQ(*dictate.presses, 2) << "the modifiers of both sides count";
-  for (const auto& locks : {std::vector{keys::capsLock}, {keys::numLock}, {keys::capsLock}}) {
+  for (const auto& locks : {std::vector{Key::capsLock}, {Key::numLock}, {Key::capsLock}}) {
     host().tap(locks);
-    host().tap({keys::control, keys::option, keys::space});
+    host().tap({Key::control, Key::option, Key::space});
     settle();
   }
-  host().tap({keys::numLock});
+  host().tap({Key::numLock});
   EXPECT_EQ(*dictate.presses, 5);
 
   // No other chord counts.
-  host().tap({keys::control, keys::space});
-  host().tap({keys::control, keys::option, keys::shift, keys::space});
-  host().tap({keys::control, keys::option, keys::command, keys::space});
-  host().tap({keys::control, keys::option, keys::j});
-  host().tap({keys::control, keys::option});
-  host().tap({keys::rightCommand, keys::g});
+  host().tap({Key::control, Key::space});
+  host().tap({Key::control, Key::option, Key::shift, Key::space});
+  host().tap({Key::control, Key::option, Key::command, Key::space});
+  host().tap({Key::control, Key::option, Key::j});
+  host().tap({Key::control, Key::option});
+  host().tap({Key::rightCommand, Key::g});
   settle();
   EXPECT_EQ(*summon.presses, 1);
   EXPECT_EQ(*dictate.presses, 5);
 }
 
 TEST_P(HotKeysContract, AHeldChordFiresOnceAndIsNeverTyped) {
-  const Counted dictate = registerCounted(keys::space, controlOption);
-  host().pressAll({keys::control, keys::option, keys::space});
+  const Counted dictate = registerCounted(Key::space, controlOption);
+  host().pressAll({Key::control, Key::option, Key::space});
   host().runFor(KeyboardHost::longPress);
   EXPECT_EQ(*dictate.presses, 1) << "autorepeat does not count";
   // The user lets the modifiers go first.
-  host().releaseAll({keys::control, keys::option});
+  host().releaseAll({Key::control, Key::option});
   host().runFor(KeyboardHost::longPress);
-  host().release(keys::space);
+  host().release(Key::space);
   host().runFor(std::chrono::milliseconds(50));  // faster than a user's next key
-  host().tap({keys::a});
+  host().tap({Key::a});
   EXPECT_TRUE(host().runUntilEditorHolds("a")) << "\"" << host().editorText() << "\"";
 
-  host().tap({keys::control, keys::option, keys::space});
+  host().tap({Key::control, Key::option, Key::space});
   settle();
   EXPECT_EQ(*dictate.presses, 2);
 }
 
 TEST_P(HotKeysContract, TheFocusedProgramKeepsTheKeyboardWhileTheChordIsDown) {
-  const Counted dictate = registerCounted(keys::space, hot_key_modifiers::shift);
-  host().pressAll({keys::shift, keys::space});
+  const Counted dictate = registerCounted(Key::space, hot_key_modifiers::shift);
+  host().pressAll({Key::shift, Key::space});
   ASSERT_TRUE(host().runUntil([&] { return *dictate.presses == 1; }));
-  host().tap({keys::b});
+  host().tap({Key::b});
   EXPECT_TRUE(host().runUntilEditorHolds("B")) << "\"" << host().editorText() << "\"";
-  host().releaseAll({keys::shift, keys::space});
+  host().releaseAll({Key::shift, Key::space});
 }
 
 TEST_P(HotKeysContract, ATakenChordIsRefusedUntilItsOwnerLetsGo) {
-  auto other = host().takeByAnotherProgram(keys::g, hot_key_modifiers::control);
+  auto other = host().takeByAnotherProgram(Key::g, hot_key_modifiers::control);
   ASSERT_TRUE(other);
-  const Counted refused = registerCounted(keys::g, hot_key_modifiers::control);
+  const Counted refused = registerCounted(Key::g, hot_key_modifiers::control);
   EXPECT_EQ(refused.status, HotKeys::Status::alreadyTaken);
   EXPECT_FALSE(refused.token);
   other.reset();
-  EXPECT_TRUE(host().takeByAnotherProgram(keys::g, hot_key_modifiers::control))
+  EXPECT_TRUE(host().takeByAnotherProgram(Key::g, hot_key_modifiers::control))
       << "a refusal left something behind";
 
-  Counted registered = registerCounted(keys::g, hot_key_modifiers::control);
+  Counted registered = registerCounted(Key::g, hot_key_modifiers::control);
   EXPECT_EQ(registered.status, HotKeys::Status::success);
-  EXPECT_FALSE(host().takeByAnotherProgram(keys::g, hot_key_modifiers::control));
-  EXPECT_EQ(registerCounted(keys::g, hot_key_modifiers::control).status,
+  EXPECT_FALSE(host().takeByAnotherProgram(Key::g, hot_key_modifiers::control));
+  EXPECT_EQ(registerCounted(Key::g, hot_key_modifiers::control).status,
             HotKeys::Status::alreadyTaken)
       << "one program cannot have a chord twice either";
-  host().tap({keys::control, keys::g});
+  host().tap({Key::control, Key::g});
   settle();
   EXPECT_EQ(*registered.presses, 1);
 
   registered.token.reset();
-  EXPECT_TRUE(host().takeByAnotherProgram(keys::g, hot_key_modifiers::control));
-  host().tap({keys::control, keys::g});
+  EXPECT_TRUE(host().takeByAnotherProgram(Key::g, hot_key_modifiers::control));
+  host().tap({Key::control, Key::g});
   settle();
   EXPECT_EQ(*registered.presses, 1);
 }
@@ -125,14 +125,14 @@ TEST_P(HotKeysContract, APressMayDropItsOwnRegistration) {
   int presses = 0;
   token = host()
               .hotKeys()
-              .registerHotKey(keys::j, hot_key_modifiers::control,
+              .registerHotKey(codeOf(Key::j), hot_key_modifiers::control,
                               [&] {
                                 ++presses;
                                 token.reset();
                               })
               .token;
-  host().tap({keys::control, keys::j});
-  host().tap({keys::control, keys::j});
+  host().tap({Key::control, Key::j});
+  host().tap({Key::control, Key::j});
   settle();
   EXPECT_EQ(presses, 1);
 }

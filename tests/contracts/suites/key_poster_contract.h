@@ -11,7 +11,7 @@ class KeyPosterContract : public PortContract<KeyboardHost> {
  protected:
   static constexpr std::int64_t marker = 5068849;
 
-  void postChord(std::int64_t keyCode, std::int64_t userData = 0) {
+  void postChord(Key key, std::int64_t userData = 0) {
     EXPECT_TRUE(contracts::postChord(host(), host().keyPoster(), keyCode, userData));
   }
   void copyToClipboard(std::string_view text) {
@@ -22,24 +22,24 @@ class KeyPosterContract : public PortContract<KeyboardHost> {
 
 TEST_P(KeyPosterContract, ThePasteArrivesWhateverModifiersTheUserHolds) {
   std::string expected;
-  for (const std::vector<std::int64_t>& held : {std::vector<std::int64_t>{},
-                                                {keys::shift},
-                                                {keys::rightShift},
-                                                {keys::control},
-                                                {keys::rightControl},
-                                                {keys::option},
-                                                {keys::command},
-                                                {keys::control, keys::option}}) {
+  for (const std::vector<Key>& held : {std::vector<Key>{},
+                                       {Key::shift},
+                                       {Key::rightShift},
+                                       {Key::control},
+                                       {Key::rightControl},
+                                       {Key::option},
+                                       {Key::command},
+                                       {Key::control, Key::option}}) {
     const std::string text = "Grüße, 你好 🎙\nzweite Zeile " + testing::PrintToString(held);
     copyToClipboard(text);
     host().pressAll(held);
-    postChord(keys::v);
+    postChord(Key::v);
     expected += text;
     EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();
     host().releaseAll(held);
   }
   // No modifier is left down.
-  host().tap({keys::a});
+  host().tap({Key::a});
   EXPECT_TRUE(host().runUntilEditorHolds(expected + "a")) << host().editorText();
   EXPECT_EQ(host().keyboardState().modifierFlags() & event_flags::chordMask, 0u);
 }
@@ -48,25 +48,25 @@ TEST_P(KeyPosterContract, ThePasteArrivesWhileAHotKeyIsStillDown) {
   std::string expected;
   // The second one's key is the paste's own.
   for (const auto& [last, second, modifiers, hold] :
-       {std::tuple{keys::e, keys::option, hot_key_modifiers::option, KeyboardHost::longPress},
-        {keys::v, keys::command, hot_key_modifiers::command, std::chrono::milliseconds(40)}}) {
+       {std::tuple{Key::e, Key::option, hot_key_modifiers::option, KeyboardHost::longPress},
+        {Key::v, Key::command, hot_key_modifiers::command, std::chrono::milliseconds(40)}}) {
     int presses = 0;
     const auto hotKey = host().hotKeys().registerHotKey(static_cast<std::uint32_t>(last),
                                                         hot_key_modifiers::control | modifiers,
                                                         [&presses] { ++presses; });
     ASSERT_EQ(hotKey.status, HotKeys::Status::success);
     copyToClipboard("pasted");
-    host().pressAll({keys::control, second, last});
+    host().pressAll({Key::control, second, last});
     host().runFor(hold);
-    postChord(keys::v);
+    postChord(Key::v);
     expected += "pasted";
     EXPECT_TRUE(host().runUntilEditorHolds(expected)) << host().editorText();
     host().runFor(KeyboardHost::longPress);
     EXPECT_EQ(host().editorText(), expected) << "the key that is still down was typed";
-    host().releaseAll({keys::control, second, last});
+    host().releaseAll({Key::control, second, last});
     EXPECT_EQ(presses, 1);
 
-    host().tap({keys::control, second, last});
+    host().tap({Key::control, second, last});
     EXPECT_TRUE(host().runUntil([&presses] { return presses == 2; }));
   }
 }
@@ -86,12 +86,12 @@ TEST_P(KeyPosterContract, ACopyIsSeenByMonitorsWithItsMarkerAndByNoHardware) {
 
   host().selectInEditor("a selected text");
   const std::int64_t before = host().pasteboard().changeCount();
-  postChord(keys::c, marker);
+  postChord(Key::c, marker);
   ASSERT_TRUE(host().runUntil([&] { return host().pasteboard().changeCount() != before; }));
   EXPECT_EQ(host().pasteboard().string(), "a selected text");
-  host().tap({keys::a});
+  host().tap({Key::a});
   ASSERT_TRUE(host().runUntil([&] {
-    return !seen.empty() && seen.back().keyCode == keys::a &&
+    return !seen.empty() && seen.back().keyCode == codeOf(Key::a) &&
            seen.back().type == KeyEvent::Type::keyUp;
   }));
 
@@ -101,14 +101,15 @@ TEST_P(KeyPosterContract, ACopyIsSeenByMonitorsWithItsMarkerAndByNoHardware) {
     chord.emplace_back(event.type, event.keyCode, event.flags & event_flags::chordMask,
                        event.userData);
   }
-  EXPECT_THAT(chord,
-              testing::ElementsAre(
-                  Seen{KeyEvent::Type::flagsChanged, keys::command, event_flags::command, marker},
-                  Seen{KeyEvent::Type::keyDown, keys::c, event_flags::command, marker},
-                  Seen{KeyEvent::Type::keyUp, keys::c, event_flags::command, marker},
-                  Seen{KeyEvent::Type::flagsChanged, keys::command, 0, marker},
-                  Seen{KeyEvent::Type::keyDown, keys::a, 0, 0},
-                  Seen{KeyEvent::Type::keyUp, keys::a, 0, 0}));
+  EXPECT_THAT(
+      chord,
+      testing::ElementsAre(
+          Seen{KeyEvent::Type::flagsChanged, codeOf(Key::command), event_flags::command, marker},
+          Seen{KeyEvent::Type::keyDown, codeOf(Key::c), event_flags::command, marker},
+          Seen{KeyEvent::Type::keyUp, codeOf(Key::c), event_flags::command, marker},
+          Seen{KeyEvent::Type::flagsChanged, codeOf(Key::command), 0, marker},
+          Seen{KeyEvent::Type::keyDown, codeOf(Key::a), 0, 0},
+          Seen{KeyEvent::Type::keyUp, codeOf(Key::a), 0, 0}));
   EXPECT_THAT(usages, testing::ElementsAre(4u, 4u)) << "A alone is a key of the hardware";
 }
 
@@ -119,12 +120,12 @@ TEST_P(KeyPosterContract, TheKeyboardStateTellsTheModifiersAndSecureInput) {
         [&] { return (state.modifierFlags() & event_flags::chordMask) == flags; });
   };
   EXPECT_TRUE(flagsBecome(0));
-  host().pressAll({keys::command, keys::rightShift});
+  host().pressAll({Key::command, Key::rightShift});
   EXPECT_TRUE(flagsBecome(event_flags::command | event_flags::shift));
-  host().releaseAll({keys::command, keys::rightShift});
-  host().press(keys::rightOption);
+  host().releaseAll({Key::command, Key::rightShift});
+  host().press(Key::rightOption);
   EXPECT_TRUE(flagsBecome(event_flags::option));
-  host().release(keys::rightOption);
+  host().release(Key::rightOption);
   EXPECT_TRUE(flagsBecome(0));
 
   EXPECT_FALSE(state.isSecureEventInputEnabled());

@@ -9,6 +9,7 @@
 #include "platform/event_monitors.h"
 #include "platform/hid_keyboards.h"
 #include "platform/hot_keys.h"
+#include "platform/key_codes.h"
 #include "platform/key_event.h"
 #include "platform/key_poster.h"
 #include "platform/keyboard_state.h"
@@ -16,38 +17,14 @@
 
 namespace quillo::contracts {
 
-// Virtual key codes of the ANSI layout, which is the one in use.
-namespace keys {
-inline constexpr std::int64_t a = 0;
-inline constexpr std::int64_t b = 11;
-inline constexpr std::int64_t c = 8;
-inline constexpr std::int64_t e = 14;
-inline constexpr std::int64_t g = 5;
-inline constexpr std::int64_t j = 38;
-inline constexpr std::int64_t v = 9;
-inline constexpr std::int64_t semicolon = 41;
-inline constexpr std::int64_t space = 49;
-inline constexpr std::int64_t rightCommand = 54;
-inline constexpr std::int64_t command = 55;
-inline constexpr std::int64_t shift = 56;
-inline constexpr std::int64_t capsLock = 57;
-inline constexpr std::int64_t option = 58;
-inline constexpr std::int64_t control = 59;
-inline constexpr std::int64_t rightShift = 60;
-inline constexpr std::int64_t rightOption = 61;
-inline constexpr std::int64_t rightControl = 62;
-inline constexpr std::int64_t function = 63;
-inline constexpr std::int64_t numLock = 71;
-}  // namespace keys
-
 // Command with the key, as the system posts it; whether all of it was taken.
-inline bool postChord(ContractHost& host, KeyPoster& poster, std::int64_t keyCode,
-                      std::int64_t userData = 0) {
-  bool isPosted = poster.post(keys::command, KeyDirection::down, event_flags::command, userData);
-  isPosted &= poster.post(keyCode, KeyDirection::down, event_flags::command, userData);
+inline bool postChord(ContractHost& host, KeyPoster& poster, Key key, std::int64_t userData = 0) {
+  bool isPosted =
+      poster.post(codeOf(Key::command), KeyDirection::down, event_flags::command, userData);
+  isPosted &= poster.post(codeOf(key), KeyDirection::down, event_flags::command, userData);
   host.runFor(std::chrono::milliseconds(20));
-  isPosted &= poster.post(keyCode, KeyDirection::up, event_flags::command, userData);
-  isPosted &= poster.post(keys::command, KeyDirection::up, 0, userData);
+  isPosted &= poster.post(codeOf(key), KeyDirection::up, event_flags::command, userData);
+  isPosted &= poster.post(codeOf(Key::command), KeyDirection::up, 0, userData);
   return isPosted;
 }
 
@@ -62,8 +39,8 @@ class KeyboardHost : public ContractHost {
   virtual Pasteboard& pasteboard() = 0;
 
   // Keys of the user.
-  virtual void press(std::int64_t keyCode) = 0;
-  virtual void release(std::int64_t keyCode) = 0;
+  virtual void press(Key key) = 0;
+  virtual void release(Key key) = 0;
 
   virtual std::string editorText() = 0;
   // Puts the text into the editor and selects it.
@@ -71,22 +48,21 @@ class KeyboardHost : public ContractHost {
   // The editor's program keeps the keyboard for itself, or stops doing so.
   virtual void setSecureInput(bool enabled) = 0;
   // Another program registers the chord, until the result is dropped; null when it is refused.
-  virtual std::shared_ptr<void> takeByAnotherProgram(std::uint32_t keyCode,
-                                                     std::uint32_t modifiers) = 0;
+  virtual std::shared_ptr<void> takeByAnotherProgram(Key key, std::uint32_t modifiers) = 0;
   // A window of this program comes to the front, or the editor again.
   virtual void focusOwnWindow() = 0;
   virtual void focusEditor() = 0;
   // How many key-downs this program's window has received.
   virtual int ownKeyDowns() = 0;
 
-  void pressAll(const std::vector<std::int64_t>& chord) {
-    for (const std::int64_t key : chord) press(key);
+  void pressAll(const std::vector<Key>& chord) {
+    for (const Key key : chord) press(key);
   }
   // In the reverse order.
-  void releaseAll(const std::vector<std::int64_t>& chord) {
+  void releaseAll(const std::vector<Key>& chord) {
     for (auto key = chord.rbegin(); key != chord.rend(); ++key) release(*key);
   }
-  void tap(const std::vector<std::int64_t>& chord) {
+  void tap(const std::vector<Key>& chord) {
     pressAll(chord);
     runFor(shortPress);
     releaseAll(chord);

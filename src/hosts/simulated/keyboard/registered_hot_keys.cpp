@@ -3,18 +3,6 @@
 #include <algorithm>
 
 namespace quillo::simulated {
-namespace {
-
-std::uint64_t flagsOf(std::uint32_t modifiers) {
-  std::uint64_t flags = 0;
-  if (modifiers & hot_key_modifiers::command) flags |= event_flags::command;
-  if (modifiers & hot_key_modifiers::shift) flags |= event_flags::shift;
-  if (modifiers & hot_key_modifiers::option) flags |= event_flags::option;
-  if (modifiers & hot_key_modifiers::control) flags |= event_flags::control;
-  return flags;
-}
-
-}  // namespace
 
 std::shared_ptr<RegisteredHotKeys::Registered> RegisteredHotKeys::add(
     Chord chord, std::function<void()> pressed) {
@@ -31,14 +19,14 @@ HotKeys::Registration RegisteredHotKeys::registerHotKey(std::uint32_t keyCode,
                                                         std::uint32_t modifiers,
                                                         std::function<void()> pressed) {
   if (route_.isRefused()) return {Status::alreadyTaken, nullptr};
-  auto registered = add({keyCode, flagsOf(modifiers)}, std::move(pressed));
+  auto registered = add({keyCode, eventFlagsFrom(modifiers)}, std::move(pressed));
   if (!registered) return {Status::alreadyTaken, nullptr};
   return {Status::success, std::move(registered)};
 }
 
 std::shared_ptr<void> RegisteredHotKeys::takeByAnotherProgram(std::uint32_t keyCode,
                                                               std::uint32_t modifiers) {
-  return add({keyCode, flagsOf(modifiers)}, nullptr);
+  return add({keyCode, eventFlagsFrom(modifiers)}, nullptr);
 }
 
 bool RegisteredHotKeys::claim(const KeyEvent& event) {

@@ -43,8 +43,9 @@ void SimulatedKeyboard::tap(const std::vector<Key>& chord, Duration held) {
 
 void SimulatedKeyboard::change(Key key, KeyDirection direction) {
   if (!isSecureInput_) {
-    const HIDUsage usage = usageOf(key);
-    routes_.hid.tell({usage.page, usage.usage, direction == KeyDirection::down ? 1 : 0});
+    const std::int64_t value = direction == KeyDirection::down ? 1 : 0;
+    if (key == Key::function) routes_.hid.tell({hid::vendorPage, hid::vendorFunction, value});
+    if (const auto usage = usageOf(key)) routes_.hid.tell({hid::keyboardPage, *usage, value});
   }
   const auto keyCode = static_cast<std::int64_t>(key);
   if (isModifier(keyCode)) updateFlags();

@@ -22,10 +22,10 @@ KeyEvent::Type typeOf(std::uint64_t modifierFlag, KeyDirection direction) {
 
 // Nothing for a key that has no place in the table.
 std::optional<std::int64_t> keyCodeOf(xcb_keycode_t keycode, std::uint64_t modifierFlag) {
-  if (modifierFlag == event_flags::function) return functionKeyCode;
+  if (modifierFlag == event_flags::function) return codeOf(Key::function);
   const auto position = positionOfKeycode(keycode);
   if (!position) return std::nullopt;
-  return position->virtualKeyCode;
+  return position->virtualKeyCode();
 }
 
 std::optional<KeyEvent> eventOf(const KeyChange& change, X11Keymap& keymap) {

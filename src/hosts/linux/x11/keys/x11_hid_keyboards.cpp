@@ -19,11 +19,11 @@ struct OpenManager final : HIDKeyboards::Manager {
 std::optional<HIDValue> valueOf(const KeyChange& change, X11Keymap& keymap) {
   const std::int64_t value = change.direction == KeyDirection::down ? 1 : 0;
   if (keymap.modifierFlag(change.keycode) == event_flags::function) {
-    return HIDValue{functionUsagePage, functionUsage, value};
+    return HIDValue{hid::vendorPage, hid::vendorFunction, value};
   }
   const auto position = positionOfKeycode(change.keycode);
   if (!position) return std::nullopt;
-  return HIDValue{keyboardUsagePage, position->usage, value};
+  return HIDValue{hid::keyboardPage, position->usage, value};
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ bool X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint6
   if (connection_.isBroken()) return false;
   const PostedKey key{keyCode, flags, userData};
   bool isPosted = true;
-  if (keyCode == commandKeyCode) {
+  if (keyCode == codeOf(Key::command)) {
     // Which modifiers stand for Command is known only when the chord's key follows.
     command_.reset();
     pressed_.reset();
@@ -62,7 +62,7 @@ bool X11KeyPoster::press(const PostedKey& key) {
   pressModifiers(*chord, *command_, held.modifiers);
   keyboard_.fake(chord->key, KeyDirection::down, key);
   keyboard_.fake(chord->key, KeyDirection::up, key);
-  releaseModifiers(*chord, {commandKeyCode, 0, command_->userData});
+  releaseModifiers(*chord, {codeOf(Key::command), 0, command_->userData});
   pressed_ = key.keyCode;
   return true;
 }
