@@ -90,7 +90,7 @@ bool hasFocus(Desk& desk) {
   desk.windows->enableAccessibility(desk.enabled);
   const auto focused =
       desk.accessibility.attribute(desk.accessibility.systemWideElement(), ax::focusedUIElement);
-  return focused.succeeded();
+  return focused.has_value();
 }
 
 void measureLooks(const char* name, Desk& desk) {

@@ -59,15 +59,15 @@ class Typist {
 class Latency {
  public:
   explicit Latency(linux_host::LinuxDesktop& desktop) {
-    hotKey_ = desktop.hotKeys().registerHotKey(
+    hotKey_ = *desktop.hotKeys().registerHotKey(
         static_cast<std::uint32_t>(Key::e), hot_key_modifiers::control | hot_key_modifiers::option,
         [this] { arrived(0); });
-    monitor_ = desktop.eventMonitors().addGlobalMonitor(KeyEvent::Type::keyDown,
-                                                        [this](const KeyEvent& event) {
-                                                          if (event.keyCode == codeOf(Key::e))
-                                                            arrived(1);
-                                                        });
-    manager_ = desktop.hidKeyboards().open([this](const HIDValue& value) {
+    monitor_ = *desktop.eventMonitors().addGlobalMonitor(KeyEvent::Type::keyDown,
+                                                         [this](const KeyEvent& event) {
+                                                           if (event.keyCode == codeOf(Key::e))
+                                                             arrived(1);
+                                                         });
+    manager_ = *desktop.hidKeyboards().open([this](const HIDValue& value) {
       if (value.usage == usageOf(Key::e) && value.value != 0) arrived(2);
     });
   }
@@ -112,9 +112,9 @@ class Latency {
     --waiting_;
   }
 
-  HotKeys::Registration hotKey_;
+  std::shared_ptr<void> hotKey_;
   std::shared_ptr<void> monitor_;
-  HIDKeyboards::OpenResult manager_;
+  std::unique_ptr<HIDKeyboards::Manager> manager_;
   MonotonicTime pressed_{};  // written before the press, read after it
   std::atomic<int> waiting_ = 0;
   std::array<std::vector<double>, routes> milliseconds_;

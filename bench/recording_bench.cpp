@@ -61,17 +61,17 @@ const std::vector<AudioBuffer>& sound(int seconds) {
 // A microphone that hands its buffers over as fast as they are taken.
 class EagerEngine final : public AudioEngine {
  public:
-  std::optional<std::string> setVoiceProcessingEnabled(bool) override { return std::nullopt; }
-  std::int32_t setInputDevice(AudioDeviceID) override { return 0; }
+  Result<void, Problem> setVoiceProcessingEnabled(bool) override { return {}; }
+  Result<void, AudioEngineError> setInputDevice(AudioDeviceID) override { return {}; }
   void reset() override {}
   AudioFormat inputFormat() const override { return deviceFormat; }
   void connectInputToSilentMixer() override {}
   void installTap(std::size_t, Tap tap) override { tap_ = std::move(tap); }
   void removeTap() override { tap_ = nullptr; }
   void prepare() override {}
-  std::optional<std::string> start() override {
+  Result<void, Problem> start() override {
     isRunning_ = true;
-    return std::nullopt;
+    return {};
   }
   void stop() override { isRunning_ = false; }
   bool isRunning() const override { return isRunning_; }
@@ -90,12 +90,12 @@ class EagerAudioSystem final : public AudioSystem {
     engine = made.get();
     return made;
   }
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& s) override {
-    std::string problem;
-    return codecs().openForWriting(path, s, problem);
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& s) override {
+    return *codecs().openForWriting(path, s);
   }
-  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override {
+  Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> makeConverter(
+      AudioFormat from, AudioFormat to) override {
     return codecs().makeConverter(from, to);
   }
 
@@ -104,7 +104,9 @@ class EagerAudioSystem final : public AudioSystem {
 
 class NoDevices final : public AudioDevices {
  public:
-  std::optional<std::vector<AudioDeviceID>> devices() const override { return std::nullopt; }
+  Result<std::vector<AudioDeviceID>, AudioDevicesFailure> devices() const override {
+    return AudioDevicesFailure::noSoundSystem;
+  }
   std::optional<AudioDeviceID> defaultInputDevice() const override { return std::nullopt; }
   std::optional<std::string> uid(AudioDeviceID) const override { return std::nullopt; }
   std::optional<std::string> name(AudioDeviceID) const override { return std::nullopt; }
@@ -180,8 +182,8 @@ void BM_BareEncode(benchmark::State& state) {
   for (auto _ : state) {
     const double before = cpuSeconds();
     {
-      std::string problem;
-      const auto file = codecs().openForWriting(path, settings, problem);
+      const auto opened = codecs().openForWriting(path, settings);
+      const auto& file = *opened;
       const auto converter = codecs().makeConverter(deviceFormat, file->processingFormat());
       for (const AudioBuffer& buffer : minute)
         file->write(converter->convert(buffer, framesPerBuffer));

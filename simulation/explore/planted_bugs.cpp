@@ -19,8 +19,8 @@ class ClipboardNotRestored final : public ForwardingPasteboard {
     drops_ = mainThread_.now() - lastWrite_ < 400ms;
     if (!drops_) below_.clearContents();
   }
-  bool writeItems(const std::vector<PasteboardItem>& items) override {
-    if (drops_) return true;
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override {
+    if (drops_) return {};
     lastWrite_ = mainThread_.now();
     return below_.writeItems(items);
   }
@@ -34,9 +34,9 @@ class ClipboardNotRestored final : public ForwardingPasteboard {
 class PastedTwice final : public ForwardingKeyPoster {
  public:
   using ForwardingKeyPoster::ForwardingKeyPoster;
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override {
-    const bool posted = below_.post(keyCode, direction, flags, userData);
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override {
+    const auto posted = below_.post(keyCode, direction, flags, userData);
     if (keyCode == pasteKey && direction == KeyDirection::up) {
       below_.post(keyCode, KeyDirection::down, flags, userData);
       below_.post(keyCode, KeyDirection::up, flags, userData);
@@ -48,9 +48,9 @@ class PastedTwice final : public ForwardingKeyPoster {
 class KeyLeftDown final : public ForwardingKeyPoster {
  public:
   using ForwardingKeyPoster::ForwardingKeyPoster;
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override {
-    if (keyCode == commandKey && direction == KeyDirection::up) return true;
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override {
+    if (keyCode == commandKey && direction == KeyDirection::up) return {};
     return below_.post(keyCode, direction, flags, userData);
   }
 };
@@ -72,8 +72,8 @@ class PastedIntoWhateverIsInFront final : public ForwardingWorkspace {
 class SegmentsLeft final : public ForwardingFiles {
  public:
   using ForwardingFiles::ForwardingFiles;
-  bool remove(const FilePath& path) override {
-    if (path.filename().string().starts_with(segmentPrefix)) return true;
+  Result<void, FileFailure> remove(const FilePath& path) override {
+    if (path.filename().string().starts_with(segmentPrefix)) return {};
     return below_.remove(path);
   }
 };
@@ -112,7 +112,7 @@ class ActingLog final : public ForwardingLog {
 class WordsLogged final : public ForwardingPasteboard {
  public:
   WordsLogged(Pasteboard& below, Log& log) : ForwardingPasteboard(below), log_(log) {}
-  bool writeItems(const std::vector<PasteboardItem>& items) override {
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override {
     for (const PasteboardItem& item : items)
       for (const auto& [type, bytes] : item.representations) log_.log("clipboard", "copy " + bytes);
     return below_.writeItems(items);
@@ -136,7 +136,7 @@ class RequestForgotten final : public URLSessions {
    public:
     Session(std::unique_ptr<URLSession> below, RequestForgotten& sessions)
         : below_(std::move(below)), sessions_(sessions) {}
-    Task<URLResponse> data(URLRequest request) override {
+    Task<Result<URLResponse, URLError>> data(URLRequest request) override {
       const bool isTranscription = request.method == "POST" && request.url.ends_with("/transcribe");
       if (isTranscription && ++sessions_.transcriptions_ == 20) {
         const Completion<> never(sessions_.mainThread_);
@@ -162,7 +162,7 @@ class ChangedKeyboards final : public HIDKeyboards {
   using Change = std::function<void(const HIDValue&, const Receive&)>;
   ChangedKeyboards(HIDKeyboards& below, Change change)
       : below_(below), change_(std::move(change)) {}
-  OpenResult open(Receive changed) override {
+  Result<std::unique_ptr<Manager>, HIDError> open(Receive changed) override {
     return below_.open([change = change_, changed = std::move(changed)](const HIDValue& value) {
       change(value, changed);
     });
@@ -174,7 +174,7 @@ class ChangedKeyboards final : public HIDKeyboards {
 };
 
 bool isModifier(const HIDValue& value) {
-  return value.usagePage != 7 || (value.usage >= 224 && value.usage <= 231);
+  return value.usagePage != hid::keyboardPage || hid::isModifier(value.usage);
 }
 
 void dropReleases(const HIDValue& value, const ChangedKeyboards::Receive& receive) {
@@ -185,8 +185,9 @@ void dropReleases(const HIDValue& value, const ChangedKeyboards::Receive& receiv
 class ModifiersIgnored final : public EventTaps {
  public:
   explicit ModifiersIgnored(EventTaps& below) : below_(below) {}
-  std::unique_ptr<Tap> createKeyDownTap(std::function<TapVerdict(const KeyEvent&)> seen,
-                                        std::function<void(TapInterruption)> interrupted) override {
+  Result<std::unique_ptr<Tap>, EventTapFailure> createKeyDownTap(
+      std::function<TapVerdict(const KeyEvent&)> seen,
+      std::function<void(TapInterruption)> interrupted) override {
     return below_.createKeyDownTap(
         [seen = std::move(seen)](const KeyEvent& event) {
           KeyEvent changed = event;
@@ -215,7 +216,7 @@ void removeRecordings(World& world, FileManager& files) {
 
 void logToken(const HostPorts& ports) {
   const auto token = ports.keychain.read("com.murmex.mac.auth", "mac.accessToken");
-  ports.log.log("auth", "token=" + token.data);
+  ports.log.log("auth", "token=" + token.value_or(""));
 }
 
 std::shared_ptr<HIDKeyboards> lateKeyboards(World& world, const HostPorts& ports) {

@@ -84,7 +84,7 @@ simulated::Microphone& someMicrophone(FaultScene& scene, FaultKind kind) {
   simulated::SimulatedAudioDevices& devices = scene.desktop().audioDevices();
   simulated::Microphone*& chosen = scene.microphones[kind];
   chosen = &devices.builtInMicrophone();
-  const auto plugged = devices.devices().value();
+  const auto plugged = *devices.devices();
   for (const AudioDeviceID id : plugged) {
     simulated::Microphone* microphone = devices.find(id);
     if (microphone->description().uid != "desk" || !scene.random.chance(0.5)) continue;

@@ -382,7 +382,7 @@ void plugMicrophone(World& world, const JsonCursor& cursor) {
   ifPresent(cursor, "channels", [&](const JsonCursor& count) {
     description.inputStreamChannels = std::vector{static_cast<int>(count.integer())};
   });
-  const auto plugged = devices.devices().value();
+  const auto plugged = *devices.devices();
   for (const AudioDeviceID id : plugged) {
     if (devices.uid(id) == description.uid) cursor.refuse("this device is plugged in already");
   }
@@ -396,7 +396,7 @@ void plugMicrophone(World& world, const JsonCursor& cursor) {
 Microphone& requireMicrophone(World& world, const JsonCursor& uid) {
   simulated::SimulatedAudioDevices& devices = world.desktop().audioDevices();
   if (uid.text() == "built-in") return devices.builtInMicrophone();
-  const auto plugged = devices.devices().value();
+  const auto plugged = *devices.devices();
   for (const AudioDeviceID id : plugged) {
     if (devices.uid(id) == uid.text()) return *devices.find(id);
   }

@@ -29,23 +29,29 @@ class ForwardingFiles : public FileManager {
   }
   FilePath temporaryDirectory() const override { return below_.temporaryDirectory(); }
   bool exists(const FilePath& path) const override { return below_.exists(path); }
-  std::optional<std::int64_t> size(const FilePath& path) const override {
+  Result<std::int64_t, FileFailure> size(const FilePath& path) const override {
     return below_.size(path);
   }
-  std::optional<Bytes> read(const FilePath& path) const override { return below_.read(path); }
-  std::vector<std::string> list(const FilePath& directory) const override {
+  Result<Bytes, FileFailure> read(const FilePath& path) const override { return below_.read(path); }
+  Result<std::vector<std::string>, FileFailure> list(const FilePath& directory) const override {
     return below_.list(directory);
   }
-  bool createDirectory(const FilePath& path) override { return below_.createDirectory(path); }
-  bool createEmpty(const FilePath& path) override { return below_.createEmpty(path); }
-  bool append(const FilePath& path, const Bytes& bytes) override {
+  Result<void, FileFailure> createDirectory(const FilePath& path) override {
+    return below_.createDirectory(path);
+  }
+  Result<void, FileFailure> createEmpty(const FilePath& path) override {
+    return below_.createEmpty(path);
+  }
+  Result<void, FileFailure> append(const FilePath& path, const Bytes& bytes) override {
     return below_.append(path, bytes);
   }
-  bool writeAtomically(const FilePath& path, const Bytes& bytes) override {
+  Result<void, FileFailure> writeAtomically(const FilePath& path, const Bytes& bytes) override {
     return below_.writeAtomically(path, bytes);
   }
-  bool move(const FilePath& from, const FilePath& to) override { return below_.move(from, to); }
-  bool remove(const FilePath& path) override { return below_.remove(path); }
+  Result<void, FileFailure> move(const FilePath& from, const FilePath& to) override {
+    return below_.move(from, to);
+  }
+  Result<void, FileFailure> remove(const FilePath& path) override { return below_.remove(path); }
 
  protected:
   FileManager& below_;
@@ -58,10 +64,10 @@ class ForwardingPasteboard : public Pasteboard {
   std::int64_t changeCount() const override { return below_.changeCount(); }
   std::unique_ptr<PasteboardContents> contents() const override { return below_.contents(); }
   void clearContents() override { below_.clearContents(); }
-  bool writeItems(const std::vector<PasteboardItem>& items) override {
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override {
     return below_.writeItems(items);
   }
-  std::optional<std::string> string() const override { return below_.string(); }
+  Result<std::string, PasteboardFailure> string() const override { return below_.string(); }
 
  protected:
   Pasteboard& below_;
@@ -74,7 +80,7 @@ class ForwardingWorkspace : public Workspace {
   std::optional<RunningApplication> frontmostApplication() const override {
     return below_.frontmostApplication();
   }
-  bool activate(const RunningApplication& application) override {
+  Result<void, WorkspaceFailure> activate(const RunningApplication& application) override {
     return below_.activate(application);
   }
   bool isTerminated(const RunningApplication& application) const override {
@@ -93,8 +99,8 @@ class ForwardingKeyPoster : public KeyPoster {
  public:
   explicit ForwardingKeyPoster(KeyPoster& below) : below_(below) {}
 
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override {
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override {
     return below_.post(keyCode, direction, flags, userData);
   }
 
@@ -118,11 +124,12 @@ class ForwardingAudioSystem : public AudioSystem {
   explicit ForwardingAudioSystem(AudioSystem& below) : below_(below) {}
 
   std::unique_ptr<AudioEngine> makeEngine() override { return below_.makeEngine(); }
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& settings) override {
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) override {
     return below_.openForWriting(path, settings);
   }
-  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override {
+  Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> makeConverter(
+      AudioFormat from, AudioFormat to) override {
     return below_.makeConverter(from, to);
   }
 

@@ -18,21 +18,21 @@ void ObservedSystemLog::printToStandardOutput(std::string_view line) {
 
 // --- Files ---
 
-bool ObservedFiles::writeAtomically(const FilePath& path, const Bytes& bytes) {
-  const bool done = below_.writeAtomically(path, bytes);
-  trace_.tell(events::FileWritten{path.string(), bytes.size(), done});
+Result<void, FileFailure> ObservedFiles::writeAtomically(const FilePath& path, const Bytes& bytes) {
+  const auto done = below_.writeAtomically(path, bytes);
+  trace_.tell(events::FileWritten{path.string(), bytes.size(), done.has_value()});
   return done;
 }
 
-bool ObservedFiles::move(const FilePath& from, const FilePath& to) {
-  const bool done = below_.move(from, to);
-  trace_.tell(events::FileMoved{from.string(), to.string(), done});
+Result<void, FileFailure> ObservedFiles::move(const FilePath& from, const FilePath& to) {
+  const auto done = below_.move(from, to);
+  trace_.tell(events::FileMoved{from.string(), to.string(), done.has_value()});
   return done;
 }
 
-bool ObservedFiles::remove(const FilePath& path) {
-  const bool done = below_.remove(path);
-  trace_.tell(events::FileRemoved{path.string(), path.filename().string(), done});
+Result<void, FileFailure> ObservedFiles::remove(const FilePath& path) {
+  const auto done = below_.remove(path);
+  trace_.tell(events::FileRemoved{path.string(), path.filename().string(), done.has_value()});
   return done;
 }
 
@@ -46,18 +46,9 @@ std::string pathOf(const std::string& url) {
   return path == std::string::npos ? url : url.substr(path);
 }
 
-events::Reply failureOf(const std::exception_ptr& error) {
-  try {
-    std::rethrow_exception(error);
-  } catch (const SystemError& failure) {
-    return {.code = failure.code(), .error = failure.description()};
-  } catch (const std::exception& failure) {
-    return {.error = failure.what()};
-  }
-}
-
-events::Reply replyOf(const URLResponse& response) {
-  const auto* http = std::get_if<HTTPResponse>(&response);
+events::Reply replyOf(const Result<URLResponse, URLError>& reply) {
+  if (!reply) return {.code = reply.error().code(), .error = reply.error().description()};
+  const auto* http = std::get_if<HTTPResponse>(&*reply);
   if (!http) return {.error = "not HTTP"};
   return {.response = http};
 }
@@ -69,22 +60,15 @@ class ObservedNetwork::Session final : public URLSession {
   Session(std::unique_ptr<URLSession> below, ObservedNetwork& network)
       : below_(std::move(below)), network_(network) {}
 
-  Task<URLResponse> data(URLRequest request) override {
+  Task<Result<URLResponse, URLError>> data(URLRequest request) override {
     const int number = ++network_.requests_;
     const std::string path = pathOf(request.url);
     network_.trace_.tell(events::Request{number, path, &request});
-    URLResponse response;
-    std::exception_ptr error;
-    try {
-      response = co_await below_->data(std::move(request));
-    } catch (...) {
-      error = std::current_exception();
-    }
-    events::Reply reply = error ? failureOf(error) : replyOf(response);
+    auto response = co_await below_->data(std::move(request));
+    events::Reply reply = replyOf(response);
     reply.number = number;
     reply.path = path;
     network_.trace_.tell(std::move(reply));
-    if (error) std::rethrow_exception(error);
     co_return response;
   }
 
@@ -99,11 +83,11 @@ std::unique_ptr<URLSession> ObservedNetwork::make(URLSessionConfiguration config
 
 // --- Keys, clipboard, applications ---
 
-bool ObservedKeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-                             std::int64_t userData) {
+Result<void, KeyPosterFailure> ObservedKeyPoster::post(std::int64_t keyCode, KeyDirection direction,
+                                                       std::uint64_t flags, std::int64_t userData) {
   events::Key key{keyCode, direction, flags, front_(), clipboard_()};
-  key.posted = below_.post(keyCode, direction, flags, userData);
-  const bool posted = key.posted;
+  const auto posted = below_.post(keyCode, direction, flags, userData);
+  key.posted = posted.has_value();
   trace_.tell(std::move(key));
   return posted;
 }
@@ -113,15 +97,17 @@ void ObservedPasteboard::clearContents() {
   trace_.tell(events::Clipboard{.by = "Quillo"});
 }
 
-bool ObservedPasteboard::writeItems(const std::vector<PasteboardItem>& items) {
-  const bool done = below_.writeItems(items);
-  trace_.tell(events::Clipboard{.by = "Quillo", .contents = contentsOf(items), .done = done});
+Result<void, PasteboardFailure> ObservedPasteboard::writeItems(
+    const std::vector<PasteboardItem>& items) {
+  const auto done = below_.writeItems(items);
+  trace_.tell(
+      events::Clipboard{.by = "Quillo", .contents = contentsOf(items), .done = done.has_value()});
   return done;
 }
 
-bool ObservedWorkspace::activate(const RunningApplication& application) {
-  const bool accepted = below_.activate(application);
-  trace_.tell(events::Activate{application.localizedName.value_or(""), accepted});
+Result<void, WorkspaceFailure> ObservedWorkspace::activate(const RunningApplication& application) {
+  const auto accepted = below_.activate(application);
+  trace_.tell(events::Activate{application.localizedName.value_or(""), accepted.has_value()});
   return accepted;
 }
 

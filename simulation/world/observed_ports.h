@@ -35,9 +35,9 @@ class ObservedSystemLog final : public SystemLog {
 class ObservedFiles final : public ForwardingFiles {
  public:
   ObservedFiles(FileManager& below, Trace& trace) : ForwardingFiles(below), trace_(trace) {}
-  bool writeAtomically(const FilePath& path, const Bytes& bytes) override;
-  bool move(const FilePath& from, const FilePath& to) override;
-  bool remove(const FilePath& path) override;
+  Result<void, FileFailure> writeAtomically(const FilePath& path, const Bytes& bytes) override;
+  Result<void, FileFailure> move(const FilePath& from, const FilePath& to) override;
+  Result<void, FileFailure> remove(const FilePath& path) override;
 
  private:
   Trace& trace_;
@@ -65,8 +65,8 @@ class ObservedKeyPoster final : public ForwardingKeyPoster {
         trace_(trace),
         front_(std::move(front)),
         clipboard_(std::move(clipboard)) {}
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override;
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override;
 
  private:
   Trace& trace_;
@@ -79,7 +79,7 @@ class ObservedPasteboard final : public ForwardingPasteboard {
   ObservedPasteboard(Pasteboard& below, Trace& trace)
       : ForwardingPasteboard(below), trace_(trace) {}
   void clearContents() override;
-  bool writeItems(const std::vector<PasteboardItem>& items) override;
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override;
 
  private:
   Trace& trace_;
@@ -88,7 +88,7 @@ class ObservedPasteboard final : public ForwardingPasteboard {
 class ObservedWorkspace final : public ForwardingWorkspace {
  public:
   ObservedWorkspace(Workspace& below, Trace& trace) : ForwardingWorkspace(below), trace_(trace) {}
-  bool activate(const RunningApplication& application) override;
+  Result<void, WorkspaceFailure> activate(const RunningApplication& application) override;
 
  private:
   Trace& trace_;

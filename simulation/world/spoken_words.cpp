@@ -59,8 +59,8 @@ class ListeningAudioSystem::File final : public AudioFile {
 
   AudioFormat processingFormat() const override { return below_->processingFormat(); }
 
-  bool write(const AudioBuffer& buffer) override {
-    const bool written = below_->write(buffer);
+  Result<void, AudioFileFailure> write(const AudioBuffer& buffer) override {
+    const auto written = below_->write(buffer);
     const double rate = buffer.format().sampleRate;
     const MonotonicTime now = system_.now_();
     const Duration length = fromSeconds(static_cast<double>(buffer.frames()) / rate);
@@ -79,13 +79,13 @@ class ListeningAudioSystem::File final : public AudioFile {
   MonotonicTime end_ = MonotonicTime::distantPast();  // of what was written
 };
 
-std::unique_ptr<AudioFile> ListeningAudioSystem::openForWriting(const FilePath& path,
-                                                                const AudioFileSettings& settings) {
+Result<std::unique_ptr<AudioFile>, AudioFileFailure> ListeningAudioSystem::openForWriting(
+    const FilePath& path, const AudioFileSettings& settings) {
   auto file = below_.openForWriting(path, settings);
-  if (!file) return nullptr;
+  if (!file) return file;
   const std::string name = path.filename().string();
   trace_.tell(events::RecordingOpened{name});
-  return std::make_unique<File>(std::move(file), name, *this);
+  return std::make_unique<File>(*std::move(file), name, *this);
 }
 
 }  // namespace quillo::sim

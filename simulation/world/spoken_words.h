@@ -38,8 +38,8 @@ class ListeningAudioSystem final : public ForwardingAudioSystem {
                        std::function<MonotonicTime()> now)
       : ForwardingAudioSystem(below), words_(words), trace_(trace), now_(std::move(now)) {}
 
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& settings) override;
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) override;
 
  private:
   class File;

@@ -32,22 +32,25 @@ class ObservedAccessibility final : public Accessibility {
                                              const AccessibilityValue& parameter) override {
     return below_.parameterizedAttribute(element, name, parameter);
   }
-  std::optional<std::vector<std::string>> attributeNames(
+  Result<std::vector<std::string>, AccessibilityFailure> attributeNames(
       const AccessibilityElement& element) override {
     return below_.attributeNames(element);
   }
-  std::optional<bool> isSettable(const AccessibilityElement& element,
-                                 std::string_view name) override {
+  Result<bool, AccessibilityFailure> isSettable(const AccessibilityElement& element,
+                                                std::string_view name) override {
     return below_.isSettable(element, name);
   }
-  bool setAttribute(const AccessibilityElement& element, std::string_view name,
-                    const AccessibilityValue& value) override {
+  Result<void, AccessibilityFailure> setAttribute(const AccessibilityElement& element,
+                                                  std::string_view name,
+                                                  const AccessibilityValue& value) override {
     return below_.setAttribute(element, name, value);
   }
-  std::optional<AccessibilityElement> elementAtPosition(AccessibilityPoint position) override {
+  Result<AccessibilityElement, AccessibilityFailure> elementAtPosition(
+      AccessibilityPoint position) override {
     return below_.elementAtPosition(position);
   }
-  std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) override {
+  Result<std::int32_t, AccessibilityFailure> processIdentifier(
+      const AccessibilityElement& element) override {
     return below_.processIdentifier(element);
   }
 

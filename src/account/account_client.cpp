@@ -16,8 +16,9 @@ AccountClient::AccountClient(URLSessions& sessions, Backend backend)
                               .whenOffline = WhenOffline::waitForConnectivity})) {}
 
 Task<HTTPResponse> AccountClient::send(AccountRequest request) {
-  URLResponse response = co_await session_->data(build(request));
-  auto* http = std::get_if<HTTPResponse>(&response);
+  auto response = co_await session_->data(build(request));
+  if (!response) throw response.error();
+  auto* http = std::get_if<HTTPResponse>(&*response);
   if (!http) throw InvalidResponseError();
   co_return std::move(*http);
 }

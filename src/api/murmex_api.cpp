@@ -118,11 +118,7 @@ void MurmexAPI::warmUp() {
 }
 
 Task<> MurmexAPI::openConnection(URLRequest request) {
-  try {
-    co_await session_->data(std::move(request));
-  } catch (const Error&) {
-    // The real request will tell what is wrong.
-  }
+  co_await session_->data(std::move(request));  // the real request will tell what is wrong
 }
 
 Task<TranscribeResponse> MurmexAPI::transcribe(TranscribeArguments arguments) {
@@ -212,21 +208,14 @@ Task<HTTPResponse> MurmexAPI::performRequest(URLRequest request) {
   const std::string name = lastPathComponent(request.url);
   for (int attempt = 0;; ++attempt) {
     const bool mayRetry = attempt < lastAttempt;
-    HTTPResponse response;
-    std::exception_ptr failure;
-    try {
-      response = httpResponse(co_await session_->data(request));
-    } catch (const APIError&) {
-      throw;
-    } catch (...) {
-      failure = std::current_exception();
-    }
-
-    if (failure) {
+    auto reply = co_await session_->data(request);
+    if (!reply) {
+      const auto failure = std::make_exception_ptr(reply.error());
       const ErrorCode error = errorCodeOf(failure);
       logNetworkError(name, attempt, error);
       if (!mayRetry || !isRetryable(error)) throw APIError::networkError(failure);
     } else {
+      HTTPResponse response = httpResponse(*std::move(reply));
       const bool retry = mayRetry && response.status >= firstServerFault;
       if (retry || response.status != statusOK)
         logStatus(name, response, retry ? attemptText(attempt) + " — retrying" : "");

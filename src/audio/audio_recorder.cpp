@@ -102,8 +102,9 @@ void MacAudioRecorder::chooseInput(const StartArguments& arguments) {
     triedVoiceProcessing = enableVoiceProcessing(device);
   }
   if (uid.empty() || !device) return;
-  if (const std::int32_t status = engine_->setInputDevice(*device); status != 0) {
-    log_.log("recorder", "could not select input device status=" + std::to_string(status));
+  if (const auto chosen = engine_->setInputDevice(*device); !chosen) {
+    log_.log("recorder", "could not select input device status=" +
+                             std::to_string(static_cast<std::int32_t>(chosen.error())));
   }
   if (!triedVoiceProcessing) engine_->reset();
 }
@@ -111,9 +112,9 @@ void MacAudioRecorder::chooseInput(const StartArguments& arguments) {
 // Whether it was tried: Bluetooth microphones lose their sound when their voice is processed.
 bool MacAudioRecorder::enableVoiceProcessing(std::optional<AudioDeviceID> device) {
   if (device && MacAudioInputDevice::isBluetooth(devices_, *device)) return false;
-  const auto failure = engine_->setVoiceProcessingEnabled(true);
-  if (failure) log_.log("recorder", "voice processing unavailable: " + *failure);
-  voiceProcessingOn_ = !failure;
+  const auto enabled = engine_->setVoiceProcessingEnabled(true);
+  if (!enabled) log_.log("recorder", "voice processing unavailable: " + enabled.error().words);
+  voiceProcessingOn_ = enabled.has_value();
   return true;
 }
 
@@ -128,13 +129,13 @@ void MacAudioRecorder::openFiles() {
   if (!(inputFormat.sampleRate > 0)) throw RecorderError::failedToStart();
 
   outputURL_ = newFile("murmex_mac_", "");
-  audioFile_ = audio_.openForWriting(*outputURL_, recordingFileSettings);
+  audioFile_ = audio_.openForWriting(*outputURL_, recordingFileSettings).value_or(nullptr);
   if (!audioFile_) throw RecorderError::failedToStart();
   segmentIndex_ = emittedSegmentCount_ = segmentFrameCount_ = 0;
   quietRunSeconds_ = 0;
 
   targetFormat_ = audioFile_->processingFormat();
-  converter_ = audio_.makeConverter(inputFormat, *targetFormat_);
+  converter_ = audio_.makeConverter(inputFormat, *targetFormat_).value_or(nullptr);
   if (!converter_) throw RecorderError::failedToStart();
   if (onSegmentReady_ && !openSegment()) throw RecorderError::failedToStart();
 }
@@ -143,7 +144,7 @@ void MacAudioRecorder::runEngine() {
   if (voiceProcessingOn_) engine_->connectInputToSilentMixer();
   engine_->installTap(tapFrames, [this](AudioBuffer& buffer) { receive(buffer); });
   engine_->prepare();
-  if (engine_->start()) {
+  if (!engine_->start()) {
     engine_->removeTap();
     throw RecorderError::failedToStart();
   }
@@ -256,7 +257,7 @@ void MacAudioRecorder::cutSegment() {
 
 bool MacAudioRecorder::openSegment() {
   segmentURL_ = newFile("murmex_mac_segment_", "_" + std::to_string(segmentIndex_));
-  segmentFile_ = audio_.openForWriting(*segmentURL_, recordingFileSettings);
+  segmentFile_ = audio_.openForWriting(*segmentURL_, recordingFileSettings).value_or(nullptr);
   if (!segmentFile_) dropSegment();
   return segmentFile_ != nullptr;
 }

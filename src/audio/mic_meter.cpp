@@ -24,9 +24,9 @@ void MacMicMeter::start(const std::string& deviceUID) {
   if (engine_->inputFormat().channels == 0) return;
   engine_->installTap(tapFrames, tap());
   engine_->prepare();
-  if (const auto failure = engine_->start()) {
+  if (const auto started = engine_->start(); !started) {
     engine_->removeTap();
-    log_.log("mic", "meter start failed: " + *failure);
+    log_.log("mic", "meter start failed: " + started.error().words);
     return;
   }
   isRunning = true;

@@ -173,7 +173,7 @@ bool MacSelectionBubble::captureParagraph(const std::optional<AccessibilityEleme
 }
 
 bool MacSelectionBubble::select(const AccessibilityElement& element, TextRange range) const {
-  return accessibility_.setAttribute(element, ax::selectedTextRange, range);
+  return accessibility_.setAttribute(element, ax::selectedTextRange, range).has_value();
 }
 
 bool MacSelectionBubble::captureWholeField(const AccessibilityElement& element,

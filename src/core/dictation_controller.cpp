@@ -299,10 +299,10 @@ Task<std::string> MacDictationController::transcript(Recording recording) {
 
 Task<std::string> MacDictationController::transcribeWholeFile(Recording recording) {
   const FilePath path = recording.fileURL;
-  const std::function<std::optional<Bytes>()> read = [&files = ports_.files, path] {
+  const std::function<Result<Bytes, FileFailure>()> read = [&files = ports_.files, path] {
     return files.read(path);
   };
-  std::optional<Bytes> audio = co_await runOn(*fileReads_, read);
+  auto audio = co_await runOn(*fileReads_, read);
   if (!audio) throw FileReadError(path);
   co_await checkCancellation();
 

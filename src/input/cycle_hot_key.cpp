@@ -58,16 +58,20 @@ bool CycleHotKey::bindHIDMonitor(const Pair& pair) {
 }
 
 bool CycleHotKey::addMonitors(const Pair& pair) {
-  globalMonitor_ =
-      eventMonitors_.addGlobalMonitor(KeyEvent::Type::keyDown, [pair](const KeyEvent& event) {
-        if (pair.matches(event)) pair.act(event);
-      });
-  localMonitor_ =
-      eventMonitors_.addLocalMonitor(KeyEvent::Type::keyDown, [pair](const KeyEvent& event) {
-        if (!pair.matches(event)) return TapVerdict::pass;
-        pair.act(event);
-        return TapVerdict::swallow;
-      });
+  globalMonitor_ = eventMonitors_
+                       .addGlobalMonitor(KeyEvent::Type::keyDown,
+                                         [pair](const KeyEvent& event) {
+                                           if (pair.matches(event)) pair.act(event);
+                                         })
+                       .value_or(nullptr);
+  localMonitor_ = eventMonitors_
+                      .addLocalMonitor(KeyEvent::Type::keyDown,
+                                       [pair](const KeyEvent& event) {
+                                         if (!pair.matches(event)) return TapVerdict::pass;
+                                         pair.act(event);
+                                         return TapVerdict::swallow;
+                                       })
+                      .value_or(nullptr);
   return globalMonitor_ || localMonitor_;
 }
 

@@ -9,12 +9,12 @@ bool GlobalHotKey::registerHotKey(HotKeyId id, std::uint32_t keyCode, std::uint3
   hotKeyRefs_.erase(id);
   actions_.insert_or_assign(id, std::move(action));
   auto registration = hotKeys_.registerHotKey(keyCode, modifiers, [this, id] { pressed(id); });
-  if (registration.status != HotKeys::Status::success) {
+  if (!registration) {
     log_.log("hotkey", "failed to register id=" + std::to_string(static_cast<int>(id)) +
-                           " status=" + std::to_string(static_cast<int>(registration.status)));
+                           " status=" + std::to_string(static_cast<int>(registration.error())));
     return false;
   }
-  hotKeyRefs_.emplace(id, std::move(registration.token));
+  hotKeyRefs_.emplace(id, *std::move(registration));
   return true;
 }
 

@@ -12,9 +12,6 @@ using namespace std::chrono_literals;
 // Some keyboards report a key twice.
 constexpr Duration debounceInterval = 250ms;
 
-constexpr std::int64_t firstModifierUsage = 224;
-constexpr std::int64_t lastModifierUsage = 231;
-
 std::optional<std::int64_t> keyOf(const HIDValue& value) {
   if (value.usagePage == hid::keyboardPage) return value.usage;
   if (value.usagePage == hid::vendorPage && value.usage == hid::vendorFunction) return fnUsage;
@@ -22,7 +19,7 @@ std::optional<std::int64_t> keyOf(const HIDValue& value) {
 }
 
 bool isModifierOrFn(std::int64_t key) {
-  return key == fnUsage || (key >= firstModifierUsage && key <= lastModifierUsage);
+  return key == fnUsage || hid::isModifier(key);
 }
 
 template <class Map>
@@ -40,11 +37,12 @@ bool MacHIDHotKeyMonitor::start() {
   if (manager_) return true;
   if (!permissions_.hasListenEventAccess()) permissions_.requestListenEventAccess();
   auto opened = keyboards_.open([this](const HIDValue& value) { handle(value); });
-  if (opened.result != 0) {
-    log_.log("hotkey", "HID monitor could not start result=" + std::to_string(opened.result));
+  if (!opened) {
+    log_.log("hotkey", "HID monitor could not start result=" +
+                           std::to_string(static_cast<std::int32_t>(opened.error())));
     return false;
   }
-  manager_ = std::move(opened.manager);
+  manager_ = *std::move(opened);
   return true;
 }
 

@@ -22,11 +22,15 @@ bool MacHotKeyTap::start() {
   if (tap_) return true;
   if (!permissions_.hasListenEventAccess()) permissions_.requestListenEventAccess();
   // The system switches off a tap that it finds too slow; the chords must go on working.
-  tap_ = eventTaps_.createKeyDownTap([this](const KeyEvent& event) { return handleKeyDown(event); },
-                                     [this](TapInterruption) {
-                                       if (tap_) tap_->enable();
-                                     });
-  if (!tap_) log_.log("hotkey", "event tap could not be created");
+  auto tap =
+      eventTaps_.createKeyDownTap([this](const KeyEvent& event) { return handleKeyDown(event); },
+                                  [this](TapInterruption) {
+                                    if (tap_) tap_->enable();
+                                  });
+  if (tap)
+    tap_ = *std::move(tap);
+  else
+    log_.log("hotkey", "event tap could not be created");
   return isRunning();
 }
 

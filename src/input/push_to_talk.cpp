@@ -45,13 +45,18 @@ MacPushToTalk::~MacPushToTalk() {
 }
 
 void MacPushToTalk::start() {
-  globalMonitor_ = eventMonitors_.addGlobalMonitor(
-      KeyEvent::Type::flagsChanged, [this](const KeyEvent& event) { handleFlagsChanged(event); });
-  localMonitor_ =
-      eventMonitors_.addLocalMonitor(KeyEvent::Type::flagsChanged, [this](const KeyEvent& event) {
-        handleFlagsChanged(event);
-        return TapVerdict::pass;
-      });
+  globalMonitor_ =
+      eventMonitors_
+          .addGlobalMonitor(KeyEvent::Type::flagsChanged,
+                            [this](const KeyEvent& event) { handleFlagsChanged(event); })
+          .value_or(nullptr);
+  localMonitor_ = eventMonitors_
+                      .addLocalMonitor(KeyEvent::Type::flagsChanged,
+                                       [this](const KeyEvent& event) {
+                                         handleFlagsChanged(event);
+                                         return TapVerdict::pass;
+                                       })
+                      .value_or(nullptr);
   hidMonitor_.observeModifiers(observerId, [this](const std::set<std::int64_t>& downUsages) {
     handleHIDModifiers(downUsages);
   });

@@ -67,7 +67,10 @@ Task<std::optional<std::string>> ClipboardCapture::captureInGate(MayCopy mayCopy
 Task<std::optional<std::string>> ClipboardCapture::copiedText(std::int64_t changeCountBefore) {
   for (int look = 0; look < pollCount; ++look) {
     co_await sleepInFull(look == 0 ? firstLook : pollInterval);
-    if (pasteboard_.changeCount() != changeCountBefore) co_return pasteboard_.string();
+    if (pasteboard_.changeCount() == changeCountBefore) continue;
+    auto text = pasteboard_.string();
+    if (!text) break;
+    co_return *std::move(text);
   }
   co_return std::nullopt;
 }

@@ -100,7 +100,7 @@ Task<> MacTextInsertion::activateTarget(RunningApplication target) {
     co_await sleepInFull(settleWhenFrontmost);
     co_return;
   }
-  const bool accepted = workspace_.activate(target);
+  const auto accepted = workspace_.activate(target);
   log_.log("insert", "activate target=" + applicationDescription(target) +
                          " result=" + (accepted ? "true" : "false"));
   co_await waitUntilFrontmost(target);

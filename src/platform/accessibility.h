@@ -3,13 +3,13 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
+#include "base/result.h"
 #include "base/time.h"
 #include "platform/geometry.h"
 
@@ -80,7 +80,7 @@ struct AccessibilityValue
 };
 
 enum class AccessibilityFailure {
-  absent,          // the element has no such attribute, or it has no value now
+  absent,          // the element has no such attribute, or it has no value now, or takes none such
   invalidElement,  // the thing is gone
   // No answer within the time-out, or the application is not asked for a while because it gave
   // none before, or it is gone, or nothing may be asked of applications at all.
@@ -88,25 +88,15 @@ enum class AccessibilityFailure {
 };
 
 // A value of any type, or why there is none.
-class AccessibilityAnswer {
+class AccessibilityAnswer : public Result<AccessibilityValue, AccessibilityFailure> {
  public:
-  AccessibilityAnswer(AccessibilityFailure failure) : content_(failure) {}
-  AccessibilityAnswer(AccessibilityValue value) : content_(std::move(value)) {}
+  using Result::Result;
 
-  bool succeeded() const { return content_.index() == 1; }
-  // Null when it succeeded.
-  const AccessibilityFailure* failure() const { return std::get_if<0>(&content_); }
-  // Null when it failed.
-  const AccessibilityValue* value() const { return std::get_if<1>(&content_); }
   // Null when it failed or holds another type.
   template <class T>
   const T* as() const {
-    const AccessibilityValue* any = value();
-    return any ? std::get_if<T>(any) : nullptr;
+    return has_value() ? std::get_if<T>(&**this) : nullptr;
   }
-
- private:
-  std::variant<AccessibilityFailure, AccessibilityValue> content_;
 };
 
 // Every attribute that the program asks for, with the type that it is expected to hold. An
@@ -181,20 +171,23 @@ class Accessibility {
   virtual AccessibilityAnswer parameterizedAttribute(const AccessibilityElement& element,
                                                      std::string_view name,
                                                      const AccessibilityValue& parameter) = 0;
-  // Names that this header does not list may be missing. Nothing when the call fails.
-  virtual std::optional<std::vector<std::string>> attributeNames(
+  // Names that this header does not list may be missing.
+  virtual Result<std::vector<std::string>, AccessibilityFailure> attributeNames(
       const AccessibilityElement& element) = 0;
-  // Nothing when the call fails, also for an attribute that the element does not have.
-  virtual std::optional<bool> isSettable(const AccessibilityElement& element,
-                                         std::string_view name) = 0;
-  // True when the application accepted the value.
-  virtual bool setAttribute(const AccessibilityElement& element, std::string_view name,
-                            const AccessibilityValue& value) = 0;
+  virtual Result<bool, AccessibilityFailure> isSettable(const AccessibilityElement& element,
+                                                        std::string_view name) = 0;
+  // Done when the application accepted the value.
+  virtual Result<void, AccessibilityFailure> setAttribute(const AccessibilityElement& element,
+                                                          std::string_view name,
+                                                          const AccessibilityValue& value) = 0;
 
-  // The innermost element at a place of the screen, of whatever application lies on top there.
-  virtual std::optional<AccessibilityElement> elementAtPosition(AccessibilityPoint position) = 0;
+  // The innermost element at a place of the screen, of whatever application lies on top there;
+  // absent where none does.
+  virtual Result<AccessibilityElement, AccessibilityFailure> elementAtPosition(
+      AccessibilityPoint position) = 0;
   // The process that the element belongs to. Does not block.
-  virtual std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) = 0;
+  virtual Result<std::int32_t, AccessibilityFailure> processIdentifier(
+      const AccessibilityElement& element) = 0;
 };
 
 }  // namespace quillo

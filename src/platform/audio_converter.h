@@ -7,6 +7,8 @@
 
 namespace quillo {
 
+enum class AudioConverterFailure { noConversion };  // between the two formats
+
 // Any one thread at a time.
 class AudioConverter {
  public:

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "base/result.h"
+
 namespace quillo {
 
 enum class AudioDeviceID : std::uint32_t {};
@@ -23,13 +25,17 @@ enum class AudioTransport : std::uint32_t {
   virtualDevice = 0x76697274,       // "virt"
 };
 
-// Every property may be unreadable. Main thread; a device that has gone reads as nothing.
+enum class AudioDevicesFailure { noSoundSystem };
+
+// Main thread. A property that a device does not tell is nothing, and so are all of one that has
+// gone. A sound server that has not yet said what it has is waited for, a second at most and once;
+// after that no call blocks.
 class AudioDevices {
  public:
   virtual ~AudioDevices() = default;
 
-  // In the system's order; nothing when the list cannot be read.
-  virtual std::optional<std::vector<AudioDeviceID>> devices() const = 0;
+  // In the system's order.
+  virtual Result<std::vector<AudioDeviceID>, AudioDevicesFailure> devices() const = 0;
   virtual std::optional<AudioDeviceID> defaultInputDevice() const = 0;
   // Stable between runs, unlike the id.
   virtual std::optional<std::string> uid(AudioDeviceID device) const = 0;

@@ -1,6 +1,7 @@
 // A recording on disk.
 #pragma once
 
+#include "base/result.h"
 #include "platform/audio_buffer.h"
 
 namespace quillo {
@@ -18,15 +19,20 @@ struct AudioFileSettings {
   int encoderQuality = 0;
 };
 
-// Any one thread at a time.
+enum class AudioFileFailure {
+  notMade,     // there is no such encoder, or no place for the file
+  notWritten,  // the disk is full, or the sound is in another format
+};
+
+// Any one thread at a time. Each call blocks for as long as encoder and disk take.
 class AudioFile {
  public:
   virtual ~AudioFile() = default;  // finishes the file
 
   // What write() takes.
   virtual AudioFormat processingFormat() const = 0;
-  // False when the frames could not be written; later ones may be.
-  virtual bool write(const AudioBuffer& buffer) = 0;
+  // After a failure later frames may be written all the same.
+  virtual Result<void, AudioFileFailure> write(const AudioBuffer& buffer) = 0;
 };
 
 }  // namespace quillo

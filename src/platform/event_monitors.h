@@ -4,19 +4,22 @@
 #include <functional>
 #include <memory>
 
+#include "base/result.h"
 #include "platform/key_event.h"
 
 namespace quillo {
 
-// Main thread.
+enum class EventMonitorFailure { refused };  // by the system
+
+// Main thread; no call blocks.
 class EventMonitors {
  public:
   virtual ~EventMonitors() = default;
-  // Events that go to other applications; nothing when the system refuses. Dropping ends it.
-  [[nodiscard]] virtual std::shared_ptr<void> addGlobalMonitor(
+  // Events that go to other applications, until the result is dropped.
+  [[nodiscard]] virtual Result<std::shared_ptr<void>, EventMonitorFailure> addGlobalMonitor(
       KeyEvent::Type type, std::function<void(const KeyEvent&)> seen) = 0;
-  // Events that go to this program, which may be swallowed.
-  [[nodiscard]] virtual std::shared_ptr<void> addLocalMonitor(
+  // Events that go to this program, which may be swallowed, until the result is dropped.
+  [[nodiscard]] virtual Result<std::shared_ptr<void>, EventMonitorFailure> addLocalMonitor(
       KeyEvent::Type type, std::function<TapVerdict(const KeyEvent&)> seen) = 0;
 };
 

@@ -4,13 +4,19 @@
 #include <functional>
 #include <memory>
 
+#include "base/result.h"
 #include "platform/key_event.h"
 
 namespace quillo {
 
 enum class TapInterruption { timeout, userInput };
 
-// Main thread. Sees key-downs before the focused application and may swallow them.
+enum class EventTapFailure {
+  notOffered,  // the desktop has no such taps
+  notAllowed,  // by the user
+};
+
+// Main thread; no call blocks. Sees key-downs before the focused application and may swallow them.
 class EventTaps {
  public:
   struct Tap {
@@ -20,8 +26,7 @@ class EventTaps {
   };
 
   virtual ~EventTaps() = default;
-  // Nothing when the desktop offers no such tap or the user has not allowed it.
-  [[nodiscard]] virtual std::unique_ptr<Tap> createKeyDownTap(
+  [[nodiscard]] virtual Result<std::unique_ptr<Tap>, EventTapFailure> createKeyDownTap(
       std::function<TapVerdict(const KeyEvent&)> seen,
       std::function<void(TapInterruption)> interrupted) = 0;
 };

@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 
+#include "base/result.h"
+
 namespace quillo {
 
 struct HIDValue {
@@ -14,20 +16,20 @@ struct HIDValue {
   std::int64_t value = 0;  // 0 up, else down
 };
 
-// Main thread.
+// A number that log lines show.
+enum class HIDError : std::int32_t {};
+
+// Main thread; no call blocks.
 class HIDKeyboards {
  public:
   struct Manager {
     virtual ~Manager() = default;  // closes it
   };
-  struct OpenResult {
-    std::int32_t result = 0;  // 0 is success
-    std::unique_ptr<Manager> manager;
-  };
 
   virtual ~HIDKeyboards() = default;
   // Values of all keyboards and keypads; there is no autorepeat in them.
-  virtual OpenResult open(std::function<void(const HIDValue&)> changed) = 0;
+  virtual Result<std::unique_ptr<Manager>, HIDError> open(
+      std::function<void(const HIDValue&)> changed) = 0;
 };
 
 }  // namespace quillo

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "base/result.h"
 #include "platform/key_event.h"
 
 namespace quillo {
@@ -42,21 +43,18 @@ constexpr std::uint64_t eventFlagsFrom(std::uint32_t hotKeyModifiers) {
   return flags;
 }
 
+// A number that log lines show. Hosts pass on other ones for other failures.
+enum class HotKeyError : std::int32_t { alreadyTaken = -9878 };
+
 // Main thread. A chord that belongs to this program wherever the focus is, and that no other
 // program sees.
 class HotKeys {
  public:
-  enum class Status : std::int32_t { success = 0, alreadyTaken = -9878 };
-
   virtual ~HotKeys() = default;
-  // `pressed` runs on the main thread, once a press: autorepeat does not count. A success holds
-  // until the registration is dropped; hosts pass on other numbers for other failures.
-  struct Registration {
-    Status status = Status::success;
-    std::shared_ptr<void> token;
-  };
-  [[nodiscard]] virtual Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                    std::function<void()> pressed) = 0;
+  // `pressed` runs on the main thread, once a press: autorepeat does not count. It holds until the
+  // result is dropped. Blocks for some round trips to the window system.
+  [[nodiscard]] virtual Result<std::shared_ptr<void>, HotKeyError> registerHotKey(
+      std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> pressed) = 0;
 };
 
 }  // namespace quillo

@@ -45,6 +45,10 @@ inline constexpr std::uint32_t keyboardPage = 7;
 // Apple's vendor page, on which the Fn key lies.
 inline constexpr std::uint32_t vendorPage = 255;
 inline constexpr std::uint32_t vendorFunction = 3;
+// Of the keyboard page.
+constexpr bool isModifier(std::int64_t usage) {
+  return usage >= 224 && usage <= 231;
+}
 }  // namespace hid
 
 struct KeyUsage {

@@ -5,29 +5,27 @@
 #include <string_view>
 
 #include "base/bytes.h"
+#include "base/result.h"
 
 namespace quillo {
 
-// 0 is success. Hosts pass on their own numbers for other failures, never these two.
-enum class KeychainStatus : std::int32_t { success = 0, itemNotFound = -25300 };
+// A number that log lines show. Hosts pass on their own ones for other failures, never this.
+enum class KeychainError : std::int32_t { itemNotFound = -25300 };
 
-// Synchronous; main thread. Each call is bounded to a few seconds.
+// Main thread. Each call blocks for three seconds at most: a keyring that has not answered by then
+// is an error.
 class Keychain {
  public:
-  struct ReadResult {
-    KeychainStatus status = KeychainStatus::itemNotFound;
-    Bytes data;
-  };
-
   virtual ~Keychain() = default;
-  virtual ReadResult read(std::string_view service, std::string_view account) = 0;
+  virtual Result<Bytes, KeychainError> read(std::string_view service, std::string_view account) = 0;
   // Changes an existing item.
-  virtual KeychainStatus update(std::string_view service, std::string_view account,
-                                const Bytes& data) = 0;
+  virtual Result<void, KeychainError> update(std::string_view service, std::string_view account,
+                                             const Bytes& data) = 0;
   // Makes a new item.
-  virtual KeychainStatus add(std::string_view service, std::string_view account,
-                             const Bytes& data) = 0;
-  virtual KeychainStatus remove(std::string_view service, std::string_view account) = 0;
+  virtual Result<void, KeychainError> add(std::string_view service, std::string_view account,
+                                          const Bytes& data) = 0;
+  virtual Result<void, KeychainError> remove(std::string_view service,
+                                             std::string_view account) = 0;
 };
 
 }  // namespace quillo

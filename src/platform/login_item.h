@@ -1,19 +1,19 @@
 // The start of the program with the session.
 #pragma once
 
-#include <optional>
-#include <string>
+#include "base/result.h"
 
 namespace quillo {
 
-// Starting the program with the session. Main thread.
+// Main thread. Each call blocks for as long as the disk takes.
 class LoginItem {
  public:
   virtual ~LoginItem() = default;
   virtual bool isEnabled() const = 0;
-  // An error in words, or nothing on success.
-  virtual std::optional<std::string> registerItem() = 0;
-  virtual std::optional<std::string> unregisterItem() = 0;
+  // Done as well when it is registered already.
+  virtual Result<void, Problem> registerItem() = 0;
+  // Done as well when it is not registered.
+  virtual Result<void, Problem> unregisterItem() = 0;
 };
 
 }  // namespace quillo

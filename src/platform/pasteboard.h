@@ -2,15 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/bytes.h"
+#include "base/result.h"
 
 namespace quillo {
 
@@ -28,46 +27,56 @@ struct PasteboardItem {
   friend bool operator==(const PasteboardItem&, const PasteboardItem&) = default;
 };
 
-// What another program (or this one) offers now. The owner may be slow or gone. Hosts differ in
-// when they ask it for the data: one when they are read, another for all at once beforehand. In any
-// case a reading that is under way goes on while the owner may still answer, for two seconds at
-// most.
+enum class PasteboardFailure {
+  absent,    // the owner has no such data, or is gone, or nobody owns the clipboard
+  noAnswer,  // the owner has such data and did not give them in time
+  notOwner,  // the clipboard is not this program's to write
+};
+
+// What another program (or this one) offers now. The owner may be slow or gone. When it is asked
+// for the data is the host's affair: on the real desktop all of them in contents(), at once, and
+// only a single one that is still missing then is waited for in data(); on the simulated one each
+// in data(). Either way a reading that is under way goes on while the owner may still answer, for
+// two seconds at most.
 class PasteboardContents {
  public:
   virtual ~PasteboardContents() = default;
   virtual std::size_t itemCount() const = 0;
   virtual std::vector<std::string> types(std::size_t item) const = 0;
-  // Blocks, for two seconds at most. Nothing when the owner has no such data, is gone, or hangs.
-  virtual std::optional<Bytes> data(std::size_t item, std::string_view type) const = 0;
+  // Blocks for two seconds at most; for three when the window system hangs.
+  virtual Result<Bytes, PasteboardFailure> data(std::size_t item, std::string_view type) const = 0;
 };
 
-// Main thread.
+// Main thread. A call that changes the clipboard blocks for a second at most, when the window
+// system hangs; others for as long as is said.
 class Pasteboard {
  public:
   virtual ~Pasteboard() = default;
 
-  // Rises with every change of ownership, whoever makes it.
+  // Rises with every change of ownership, whoever makes it. Does not block.
   virtual std::int64_t changeCount() const = 0;
-  // Never null. Blocks for 0.8 seconds at most: an owner that has not said by then what it has is
-  // given with types that have no data.
+  // Never null. Blocks for 0.8 seconds at most, for 1.8 when the window system hangs: an owner that
+  // has not said by then what it has is given with types that have no data.
   virtual std::unique_ptr<PasteboardContents> contents() const = 0;
   // Takes ownership of an empty clipboard; the change count rises by one.
   virtual void clearContents() = 0;
-  // After clearContents(), without another rise. False when another program took ownership.
-  virtual bool writeItems(const std::vector<PasteboardItem>& items) = 0;
+  // After clearContents(), without another rise.
+  virtual Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) = 0;
 
-  bool setString(std::string_view text, ClipboardUse use = ClipboardUse::kept) {
+  Result<void, PasteboardFailure> setString(std::string_view text,
+                                            ClipboardUse use = ClipboardUse::kept) {
     return writeItems({PasteboardItem{{{pasteboardTypeString, Bytes(text)}}, use}});
   }
-  // The plain text of the first item that has one. A host may read it alone. Blocks like a reading.
-  virtual std::optional<std::string> string() const {
+  // The plain text of the first item that has one. A host may read it alone. Blocks for two seconds
+  // at most; for three when the window system hangs.
+  virtual Result<std::string, PasteboardFailure> string() const {
     const auto now = contents();
     for (std::size_t item = 0; item < now->itemCount(); ++item) {
       for (const std::string& type : now->types(item)) {
         if (type == pasteboardTypeString) return now->data(item, type);
       }
     }
-    return std::nullopt;
+    return PasteboardFailure::absent;
   }
 };
 

@@ -11,6 +11,7 @@
 
 #include "base/bytes.h"
 #include "base/error.h"
+#include "base/result.h"
 #include "base/task.h"
 #include "base/time.h"
 
@@ -34,10 +35,13 @@ enum class URLErrorCode : int {
   serverCertificateUntrusted = -1202,
 };
 
+// A value, and what flows throw for it.
 class URLError final : public SystemError {
  public:
   URLError(URLErrorCode code, std::string message)
       : SystemError({urlErrorDomain, static_cast<int>(code), std::move(message)}) {}
+
+  URLErrorCode urlCode() const { return static_cast<URLErrorCode>(code()); }
 };
 
 using HeaderFields = std::vector<std::pair<std::string, std::string>>;
@@ -74,9 +78,9 @@ struct URLSessionConfiguration {
 class URLSession {
  public:
   virtual ~URLSession() = default;
-  // Throws URLError. A cancelled task throws it at once with `cancelled`: nothing is sent for one
-  // that was cancelled before, and what is on its way is broken off.
-  virtual Task<URLResponse> data(URLRequest request) = 0;
+  // A cancelled task is told so at once: nothing is sent for one that was cancelled before, and
+  // what is on its way is broken off. Waits for as long as the limits of session and request allow.
+  virtual Task<Result<URLResponse, URLError>> data(URLRequest request) = 0;
 };
 
 class URLSessions {

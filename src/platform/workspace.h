@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "base/result.h"
+
 namespace quillo {
 
 // A running application, as it was when it was asked for; its process may have ended since.
@@ -22,14 +24,19 @@ struct RunningApplication {
   }
 };
 
+enum class WorkspaceFailure {
+  nothingToShow,  // the application has ended, or has no window
+  refused,        // the application does not want to
+};
+
 // Main thread; no call blocks for longer than a round trip to the window system.
 class Workspace {
  public:
   virtual ~Workspace() = default;
 
   virtual std::optional<RunningApplication> frontmostApplication() const = 0;
-  // Brings the application to the front, ignoring others; true when the request was accepted.
-  virtual bool activate(const RunningApplication& application) = 0;
+  // Asks that the application come to the front, ignoring others. It may come later, or never.
+  virtual Result<void, WorkspaceFailure> activate(const RunningApplication& application) = 0;
   virtual bool isTerminated(const RunningApplication& application) const = 0;
   // Calls `activated` on the main thread whenever an application comes to the front, until the
   // result is dropped.

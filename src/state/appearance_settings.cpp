@@ -27,8 +27,8 @@ void AppearanceSettings::applyAppearance() {
 
 void AppearanceSettings::setLaunchAtLogin(bool enabled) {
   if (loginItem_.isEnabled() == enabled) return;
-  const auto failure = enabled ? loginItem_.registerItem() : loginItem_.unregisterItem();
-  if (failure) log_.log("settings", "launch-at-login change failed: " + *failure);
+  const auto changed = enabled ? loginItem_.registerItem() : loginItem_.unregisterItem();
+  if (!changed) log_.log("settings", "launch-at-login change failed: " + changed.error().words);
 }
 
 }  // namespace quillo

@@ -10,10 +10,9 @@ constexpr std::string_view service = "com.murmex.mac.auth";
 }  // namespace
 
 std::optional<std::string> MacKeychainTokenStore::read(std::string_view account) const {
-  Keychain::ReadResult result = keychain_.read(service, account);
-  if (result.status != KeychainStatus::success || result.data.empty() || !isValidUtf8(result.data))
-    return std::nullopt;
-  return std::move(result.data);
+  auto token = keychain_.read(service, account);
+  if (!token || token->empty() || !isValidUtf8(*token)) return std::nullopt;
+  return *std::move(token);
 }
 
 bool MacKeychainTokenStore::save(std::string_view value, std::string_view account) {
@@ -25,32 +24,32 @@ void MacKeychainTokenStore::remove(std::string_view account) {
 }
 
 bool MacKeychainTokenStore::removeItem(std::string_view account) {
-  const KeychainStatus status = keychain_.remove(service, account);
-  if (status == KeychainStatus::success || status == KeychainStatus::itemNotFound) return true;
-  logFailure("delete", account, status);
+  const auto removed = keychain_.remove(service, account);
+  if (removed || removed.error() == KeychainError::itemNotFound) return true;
+  logFailure("delete", account, removed.error());
   return false;
 }
 
 bool MacKeychainTokenStore::updateOrAdd(std::string_view value, std::string_view account) {
   const Bytes data(value);
-  const KeychainStatus updated = keychain_.update(service, account, data);
-  if (updated == KeychainStatus::success) return true;
-  if (updated != KeychainStatus::itemNotFound) {
-    logFailure("update", account, updated);
+  const auto updated = keychain_.update(service, account, data);
+  if (updated) return true;
+  if (updated.error() != KeychainError::itemNotFound) {
+    logFailure("update", account, updated.error());
     return false;
   }
-  const KeychainStatus added = keychain_.add(service, account, data);
-  if (added == KeychainStatus::success) return true;
-  logFailure("add", account, added);
+  const auto added = keychain_.add(service, account, data);
+  if (added) return true;
+  logFailure("add", account, added.error());
   return false;
 }
 
 void MacKeychainTokenStore::logFailure(std::string_view operation, std::string_view account,
-                                       KeychainStatus status) {
+                                       KeychainError error) {
   std::string line(operation);
   line += " failed account=";
   line += account;
-  line += " status=" + std::to_string(static_cast<std::int32_t>(status));
+  line += " status=" + std::to_string(static_cast<std::int32_t>(error));
   log_.log("keychain", line);
 }
 

@@ -25,7 +25,7 @@ class MacKeychainTokenStore {
  private:
   bool removeItem(std::string_view account);
   bool updateOrAdd(std::string_view value, std::string_view account);
-  void logFailure(std::string_view operation, std::string_view account, KeychainStatus status);
+  void logFailure(std::string_view operation, std::string_view account, KeychainError error);
 
   Keychain& keychain_;
   Log& log_;

@@ -168,12 +168,13 @@ struct WatchedAudioSystem final : AudioSystem {
 
   explicit WatchedAudioSystem(AudioSystem& watched) : real(watched) {}
   std::unique_ptr<AudioEngine> makeEngine() override { return real.makeEngine(); }
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& wanted) override {
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& wanted) override {
     settings = wanted;
     return real.openForWriting(path, wanted);
   }
-  std::unique_ptr<AudioConverter> makeConverter(AudioFormat, AudioFormat) override {
+  Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> makeConverter(
+      AudioFormat, AudioFormat) override {
     return std::make_unique<Converter>(samples);
   }
 
@@ -251,7 +252,7 @@ TEST_F(RecorderInputTest, ProcessesTheVoiceOfAnythingButBluetooth) {
   EXPECT_THAT(desktop.log().lines(), IsEmpty());
 
   desktop.audioSystem().refuseVoiceProcessing("no echo unit");
-  desktop.audioSystem().refuseDevice(-10851);
+  desktop.audioSystem().refuseDevice(AudioEngineError{-10851});
   EXPECT_EQ(record(processed("built-in"), 1s)->durationMs, 1000);
   EXPECT_THAT(desktop.log().lines(),
               ElementsAre("[recorder] voice processing unavailable: no echo unit",

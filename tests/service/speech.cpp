@@ -93,12 +93,11 @@ std::string m4a(const Samples& samples) {
   AudioBuffer buffer({.sampleRate = sampleRate, .channels = 1}, samples.size());
   std::transform(samples.begin(), samples.end(), buffer.channel(0),
                  [](std::int16_t sample) { return static_cast<float>(sample) / 32768.0f; });
-  std::string problem;
-  auto file = linux_host::FFmpegAudioFile::create(
-      path, {.sampleRate = sampleRate, .channels = 1, .bitRate = 48'000, .encoderQuality = 64},
-      problem);
-  if (!file || !file->write(buffer)) throw std::runtime_error("not recorded: " + problem);
-  file.reset();
+  {
+    const auto file = linux_host::FFmpegAudioFile::create(
+        path, {.sampleRate = sampleRate, .channels = 1, .bitRate = 48'000, .encoderQuality = 64});
+    if (!file || !(*file)->write(buffer)) throw std::runtime_error("not recorded");
+  }
   std::string bytes = contentsOf(path);
   std::filesystem::remove(path);
   return bytes;

@@ -136,7 +136,7 @@ Look Looker::look() {
 void Looker::describe(Look& look, const AccessibilityElement& element) {
   for (const std::string_view name : askedAttributes) {
     const AccessibilityAnswer answer = ports_.accessibility.attribute(element, name);
-    if (const auto* value = answer.value()) look.attributes.emplace_back(name, shown(*value));
+    if (answer) look.attributes.emplace_back(name, shown(*answer));
   }
   const auto settable = ports_.accessibility.isSettable(element, ax::value);
   look.attributes.emplace_back("AXValue settable",

@@ -107,7 +107,7 @@ class FieldClassification::Field {
   bool is(std::string_view kind) { return role() == kind || subrole() == kind; }
   bool hasEditableAncestor() {
     if (!hasEditableAncestor_)
-      hasEditableAncestor_ = accessibility_.attribute(element_, ax::editableAncestor).succeeded();
+      hasEditableAncestor_ = accessibility_.attribute(element_, ax::editableAncestor).has_value();
     return *hasEditableAncestor_;
   }
 

@@ -20,7 +20,6 @@
 
 namespace quillo {
 
-namespace keys = contracts::keys;
 using namespace std::chrono_literals;
 
 // Every dictation is heard as "hello there" and becomes "Hello there. ".

@@ -19,7 +19,7 @@ TEST_F(ShortcutsOnDesktop, TheChordTogglesWhateverElseTheKeyboardIsDoing) {
   launch();
   dictateBy(chord);
   for (const Key lock : {Key::capsLock, Key::numLock}) {
-    SCOPED_TRACE(lock);
+    SCOPED_TRACE(codeOf(lock));
     tap({lock});
     dictateBy(chord);
     tap({lock});

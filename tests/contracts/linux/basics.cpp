@@ -160,19 +160,19 @@ class LinuxKeychain final : public LinuxContractHost<KeychainHost> {
 INSTANTIATE_TEST_SUITE_P(RealDesktop, KeychainContract, hostedBy<LinuxKeychain>());
 
 TEST(SecretServiceKeychain, AHungKeyringCostsTheLimitAndWhatWasGivenUpIsNotDoneLater) {
-  namespace status = linux_host::secret_service_status;
+  constexpr KeychainError timedOut = linux_host::secret_service_error::timedOut;
   LinesLog log;
   linux_host::SecretServiceKeychain keychain(log, std::chrono::seconds(1));
   DesktopKeyring keyring;
-  ASSERT_EQ(keychain.read("hung", "account").status, KeychainStatus::itemNotFound);
+  ASSERT_EQ(keychain.read("hung", "account"), KeychainError::itemNotFound);
   keyring.hang(true);
   const MonotonicTime begun = linux_host::monotonicNow();
-  EXPECT_EQ(keychain.read("hung", "account").status, status::timedOut);
-  EXPECT_EQ(keychain.add("hung", "account", "late"), status::timedOut);
+  EXPECT_EQ(keychain.read("hung", "account"), timedOut);
+  EXPECT_EQ(keychain.add("hung", "account", "late"), timedOut);
   EXPECT_LT(linux_host::monotonicNow() - begun, Duration(std::chrono::seconds(4)));
   EXPECT_EQ(log.lines().size(), 1u);
   keyring.hang(false);
-  EXPECT_EQ(keychain.read("hung", "account").status, KeychainStatus::itemNotFound);
+  EXPECT_EQ(keychain.read("hung", "account"), KeychainError::itemNotFound);
 }
 
 }  // namespace

@@ -108,6 +108,11 @@ std::vector<SeenRequest> LoopbackServer::seen() const {
   return seen_;
 }
 
+void LoopbackServer::waitUntilSeen(std::size_t count) {
+  std::unique_lock lock(mutex_);
+  arrived_.wait_for(lock, std::chrono::seconds(20), [&] { return seen_.size() >= count; });
+}
+
 std::size_t LoopbackServer::underWay() const {
   const std::scoped_lock lock(mutex_);
   return static_cast<std::size_t>(
@@ -149,6 +154,7 @@ void LoopbackServer::talk(Connection& connection) {
       const std::scoped_lock lock(mutex_);
       connection.isIdle = false;
       seen_.push_back(*request);
+      arrived_.notify_all();
     }
     goesOn = answer(socket, *request);
     const std::scoped_lock lock(mutex_);

@@ -28,6 +28,8 @@ class LoopbackServer {
   // Bodies of requests are taken in over this time from now on, and not as fast as they come.
   void takeBodiesIn(Duration duration);
   std::vector<SeenRequest> seen() const;
+  // Blocks until so many have arrived, or twenty seconds have passed.
+  void waitUntilSeen(std::size_t count);
   // Requests that arrived and whose connection has neither been answered nor ended.
   std::size_t underWay() const;
   int connectionsOpened() const;
@@ -54,6 +56,7 @@ class LoopbackServer {
   int port_ = 0;
   mutable std::mutex mutex_;
   std::condition_variable ending_;
+  std::condition_variable arrived_;
   bool isEnding_ = false;                 // guarded by mutex_
   std::map<std::string, Served> served_;  // guarded by mutex_
   Duration bodyTime_{};                   // guarded by mutex_

@@ -16,6 +16,7 @@ class LinuxURLSessions final : public LinuxContractHost<URLSessionHost> {
     server_.serve(path, std::move(served));
   }
   std::vector<SeenRequest> seen() override { return server_.seen(); }
+  void blockUntilSeen(std::size_t count) override { server_.waitUntilSeen(count); }
   std::size_t underWay() override { return server_.underWay(); }
   LoopbackServer& loopback() { return server_; }
   int connectionsOpened() override { return server_.connectionsOpened(); }
@@ -38,7 +39,7 @@ TEST(CurlURLSession, ALongUploadIsNoWaitWithoutAByte) {
   const Bytes audio(64'000'000, 'a');
   const auto outcome =
       await(host, session->data({host.server() + "/transcribe", "POST", {}, audio, {}}));
-  EXPECT_EQ(std::get<HTTPResponse>(outcome.get()).status, 200);
+  EXPECT_EQ(std::get<HTTPResponse>(*outcome.get()).status, 200);
 }
 
 }  // namespace

@@ -45,6 +45,7 @@ class SimulatedURLSessions final : public SimulatedHost<URLSessionHost> {
       seen.push_back({request.method, request.path, request.headers, request.body});
     return seen;
   }
+  void blockUntilSeen(std::size_t) override {}  // nothing happens while the main thread works
   std::size_t underWay() override { return network().requestsUnderWay(); }
   int connectionsOpened() override { return network().connectionsOpened(); }
   void closeIdleConnections() override { network().closeIdleConnections(); }

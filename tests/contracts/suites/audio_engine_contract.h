@@ -45,7 +45,7 @@ TEST_P(AudioEngineContract, TheVoiceArrivesInBuffersOfTheInputFormatAndProcessed
   host().speak(std::chrono::seconds(10), -20);
   const auto engine = host().audio().makeEngine();
   for (const bool isProcessed : {false, true}) {
-    ASSERT_EQ(engine->setVoiceProcessingEnabled(isProcessed), std::nullopt);
+    ASSERT_TRUE(engine->setVoiceProcessingEnabled(isProcessed));
     if (isProcessed) engine->connectInputToSilentMixer();
     Heard heard;
     const AudioFormat format = engine->inputFormat();
@@ -54,7 +54,7 @@ TEST_P(AudioEngineContract, TheVoiceArrivesInBuffersOfTheInputFormatAndProcessed
     EXPECT_FALSE(engine->isRunning());
     engine->installTap(4096, heard.tap());
     engine->prepare();
-    ASSERT_EQ(engine->start(), std::nullopt);
+    ASSERT_TRUE(engine->start());
     EXPECT_TRUE(engine->isRunning());
     ASSERT_TRUE(runUntilHeard(heard, framesIn(isProcessed ? 2 : 1, format)));
     engine->removeTap();
@@ -68,7 +68,7 @@ TEST_P(AudioEngineContract, TheVoiceArrivesInBuffersOfTheInputFormatAndProcessed
     sizes.pop_back();  // the last one may be what was left
     EXPECT_THAT(sizes, testing::Each(testing::AllOf(testing::Ge(2048u), testing::Le(8192u))));
   }
-  EXPECT_EQ(engine->setVoiceProcessingEnabled(false), std::nullopt);
+  EXPECT_TRUE(engine->setVoiceProcessingEnabled(false));
 }
 
 TEST_P(AudioEngineContract, NoCallOfTheTapRunsAfterItsRemoval) {
@@ -77,7 +77,7 @@ TEST_P(AudioEngineContract, NoCallOfTheTapRunsAfterItsRemoval) {
   for (int round = 0; round < 3; ++round) {
     Heard heard;
     engine->installTap(1024, heard.tap());
-    ASSERT_EQ(engine->start(), std::nullopt);
+    ASSERT_TRUE(engine->start());
     ASSERT_TRUE(runUntilHeard(heard, 1024));
     engine->removeTap();
     EXPECT_FALSE(heard.isInside());
@@ -94,11 +94,11 @@ TEST_P(AudioEngineContract, AChosenMicrophoneIsNotSwappedWhenItGoes) {
   const AudioDeviceID device = *deviceOf(uid);
   Heard heard;
   const auto engine = host().audio().makeEngine();
-  ASSERT_EQ(engine->setInputDevice(device), 0);
+  ASSERT_TRUE(engine->setInputDevice(device));
   engine->reset();
   const AudioFormat format = engine->inputFormat();
   engine->installTap(4096, heard.tap());
-  ASSERT_EQ(engine->start(), std::nullopt);
+  ASSERT_TRUE(engine->start());
   ASSERT_TRUE(runUntilHeard(heard, framesIn(0.3, format)));
 
   host().unplugMicrophone(uid);
@@ -111,10 +111,10 @@ TEST_P(AudioEngineContract, AChosenMicrophoneIsNotSwappedWhenItGoes) {
   ASSERT_TRUE(host().runUntil([&] { return !deviceOf(uid); }));
 
   const auto next = host().audio().makeEngine();
-  EXPECT_NE(next->setInputDevice(device), 0);
+  EXPECT_FALSE(next->setInputDevice(device));
   Heard fromDefault;
   next->installTap(4096, fromDefault.tap());
-  ASSERT_EQ(next->start(), std::nullopt) << "the default is recorded instead";
+  ASSERT_TRUE(next->start()) << "the default is recorded instead";
   EXPECT_TRUE(runUntilHeard(fromDefault, 4096));
   next->removeTap();
   next->stop();

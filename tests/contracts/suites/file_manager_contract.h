@@ -50,14 +50,15 @@ TEST_P(FileManagerContract, WrittenFilesAreReadListedMovedAndRemoved) {
   EXPECT_EQ(files().size(history), 13);
   EXPECT_TRUE(files().writeAtomically(folder() / "a", ""));
   EXPECT_EQ(files().read(folder() / "a"), "");
-  EXPECT_THAT(files().list(folder()), testing::ElementsAre("a", "history-user-1.json"))
+  EXPECT_THAT(*files().list(folder()), testing::ElementsAre("a", "history-user-1.json"))
       << "sorted, and no temporary file is left";
 
   const FilePath moved = folder() / "moved.json";
   EXPECT_TRUE(files().move(history, moved));
   EXPECT_FALSE(files().exists(history));
   EXPECT_EQ(files().read(moved), contents);
-  EXPECT_FALSE(files().move(moved, folder() / "a")) << "an existing file is never replaced";
+  EXPECT_EQ(files().move(moved, folder() / "a"), FileFailure::refused)
+      << "an existing file is never replaced";
   EXPECT_EQ(files().read(folder() / "a"), "");
   EXPECT_TRUE(files().remove(moved));
   EXPECT_FALSE(files().exists(moved));
@@ -66,17 +67,17 @@ TEST_P(FileManagerContract, WrittenFilesAreReadListedMovedAndRemoved) {
 TEST_P(FileManagerContract, AppendingTakesAFileAndWritingADirectoryThatIsThere) {
   const FilePath deep = folder() / "Logs" / "Quillo" / "old";
   const FilePath log = deep / "Quillo Mac.log";
-  EXPECT_FALSE(files().writeAtomically(log, "x")) << "not before it is made";
+  EXPECT_EQ(files().writeAtomically(log, "x"), FileFailure::absent) << "not before it is made";
   EXPECT_TRUE(files().createDirectory(deep));
   EXPECT_TRUE(files().createDirectory(deep)) << "it stands";
-  EXPECT_FALSE(files().append(log, "line\n"));
+  EXPECT_EQ(files().append(log, "line\n"), FileFailure::absent);
   EXPECT_FALSE(files().exists(log));
   EXPECT_TRUE(files().createEmpty(log));
   EXPECT_EQ(files().size(log), 0);
   EXPECT_TRUE(files().append(log, "first\n"));
   EXPECT_TRUE(files().append(log, "second\n"));
   EXPECT_EQ(files().read(log), "first\nsecond\n");
-  EXPECT_THAT(files().list(folder()), testing::ElementsAre("Logs"));
+  EXPECT_THAT(*files().list(folder()), testing::ElementsAre("Logs"));
 }
 
 TEST_P(FileManagerContract, WhatCannotBeIsAFailureAndChangesNothing) {
@@ -84,19 +85,19 @@ TEST_P(FileManagerContract, WhatCannotBeIsAFailureAndChangesNothing) {
   const FilePath missing = folder() / "missing";
   ASSERT_TRUE(files().writeAtomically(file, "kept"));
   EXPECT_FALSE(files().exists(missing));
-  EXPECT_EQ(files().read(missing), std::nullopt);
-  EXPECT_EQ(files().size(missing), std::nullopt);
-  EXPECT_THAT(files().list(missing), testing::IsEmpty());
-  EXPECT_FALSE(files().remove(missing));
-  EXPECT_FALSE(files().move(missing, folder() / "b"));
-  EXPECT_EQ(files().read(folder()), std::nullopt) << "a directory is not a file";
-  EXPECT_FALSE(files().writeAtomically(folder(), "x"));
+  EXPECT_EQ(files().read(missing), FileFailure::absent);
+  EXPECT_EQ(files().size(missing), FileFailure::absent);
+  EXPECT_EQ(files().list(missing), FileFailure::absent);
+  EXPECT_EQ(files().remove(missing), FileFailure::absent);
+  EXPECT_EQ(files().move(missing, folder() / "b"), FileFailure::absent);
+  EXPECT_EQ(files().read(folder()), FileFailure::refused) << "a directory is not a file";
+  EXPECT_EQ(files().writeAtomically(folder(), "x"), FileFailure::refused);
   // A file where a directory would be needed.
-  EXPECT_FALSE(files().createDirectory(file / "child"));
-  EXPECT_FALSE(files().createEmpty(file / "child"));
-  EXPECT_FALSE(files().writeAtomically(file / "child", "x"));
+  EXPECT_EQ(files().createDirectory(file / "child"), FileFailure::refused);
+  EXPECT_EQ(files().createEmpty(file / "child"), FileFailure::absent);
+  EXPECT_EQ(files().writeAtomically(file / "child", "x"), FileFailure::absent);
   EXPECT_EQ(files().read(file), "kept");
-  EXPECT_THAT(files().list(folder()), testing::ElementsAre("file"));
+  EXPECT_THAT(*files().list(folder()), testing::ElementsAre("file"));
 }
 
 TEST_P(FileManagerContract, AFullDiskLeavesTheOldContents) {
@@ -105,12 +106,12 @@ TEST_P(FileManagerContract, AFullDiskLeavesTheOldContents) {
   ASSERT_TRUE(files().writeAtomically(file, "old"));
   ASSERT_TRUE(files().writeAtomically(log, "line\n"));
   host().leaveRoomFor(10);
-  EXPECT_FALSE(files().writeAtomically(file, std::string(10'000, 'n')));
-  EXPECT_FALSE(files().append(log, std::string(10'000, 'n')));
+  EXPECT_EQ(files().writeAtomically(file, std::string(10'000, 'n')), FileFailure::noRoom);
+  EXPECT_EQ(files().append(log, std::string(10'000, 'n')), FileFailure::noRoom);
   host().leaveRoomFor(std::nullopt);
   EXPECT_EQ(files().read(file), "old");
   EXPECT_EQ(files().read(log), "line\n");
-  EXPECT_THAT(files().list(folder()), testing::ElementsAre("history.json", "log"));
+  EXPECT_THAT(*files().list(folder()), testing::ElementsAre("history.json", "log"));
   EXPECT_TRUE(files().append(log, "next\n"));
   EXPECT_EQ(files().read(log), "line\nnext\n");
 }

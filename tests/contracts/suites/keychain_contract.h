@@ -22,49 +22,48 @@ class KeychainContract : public PortContract<KeychainHost> {
 };
 
 TEST_P(KeychainContract, AnItemIsAddedReadChangedAndRemoved) {
-  EXPECT_EQ(keychain().read(service, "mac.accessToken").status, KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain().update(service, "mac.accessToken", "a"), KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain().remove(service, "mac.accessToken"), KeychainStatus::itemNotFound);
+  EXPECT_EQ(keychain().read(service, "mac.accessToken"), KeychainError::itemNotFound);
+  EXPECT_EQ(keychain().update(service, "mac.accessToken", "a"), KeychainError::itemNotFound);
+  EXPECT_EQ(keychain().remove(service, "mac.accessToken"), KeychainError::itemNotFound);
 
-  EXPECT_EQ(keychain().add(service, "mac.accessToken", "first"), KeychainStatus::success);
-  EXPECT_EQ(keychain().read(service, "mac.accessToken").data, "first");
-  EXPECT_EQ(keychain().update(service, "mac.accessToken", "second"), KeychainStatus::success);
-  const auto changed = keychain().read(service, "mac.accessToken");
-  EXPECT_EQ(changed.status, KeychainStatus::success);
-  EXPECT_EQ(changed.data, "second");
+  EXPECT_TRUE(keychain().add(service, "mac.accessToken", "first"));
+  EXPECT_EQ(keychain().read(service, "mac.accessToken"), "first");
+  EXPECT_TRUE(keychain().update(service, "mac.accessToken", "second"));
+  EXPECT_EQ(keychain().read(service, "mac.accessToken"), "second");
 
-  EXPECT_EQ(keychain().remove(service, "mac.accessToken"), KeychainStatus::success);
-  EXPECT_EQ(keychain().read(service, "mac.accessToken").status, KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain().remove(service, "mac.accessToken"), KeychainStatus::itemNotFound);
+  EXPECT_TRUE(keychain().remove(service, "mac.accessToken"));
+  EXPECT_EQ(keychain().read(service, "mac.accessToken"), KeychainError::itemNotFound);
+  EXPECT_EQ(keychain().remove(service, "mac.accessToken"), KeychainError::itemNotFound);
 }
 
 TEST_P(KeychainContract, ItemsAreToldApartAndComeBackByteForByte) {
   Bytes everyByte;
   for (int i = 0; i < 256; ++i) everyByte += static_cast<char>(i);
   const Bytes large = std::string(4000, 'x') + "ü";
-  ASSERT_EQ(keychain().add(service, "mac.accessToken", everyByte), KeychainStatus::success);
-  ASSERT_EQ(keychain().add(service, "mac.refreshToken", large), KeychainStatus::success);
-  ASSERT_EQ(keychain().add("another program", "mac.accessToken", "theirs"),
-            KeychainStatus::success);
-  const KeychainStatus again = keychain().add(service, "mac.accessToken", "second");
-  EXPECT_NE(again, KeychainStatus::success);
-  EXPECT_NE(again, KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain().read(service, "mac.refreshToken").data, large);
-  ASSERT_EQ(keychain().remove(service, "mac.refreshToken"), KeychainStatus::success);
-  EXPECT_EQ(keychain().read(service, "mac.accessToken").data, everyByte);
-  EXPECT_EQ(keychain().read(service, "mac.refreshToken").status, KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain().read("another program", "mac.accessToken").data, "theirs");
+  ASSERT_TRUE(keychain().add(service, "mac.accessToken", everyByte));
+  ASSERT_TRUE(keychain().add(service, "mac.refreshToken", large));
+  ASSERT_TRUE(keychain().add("another program", "mac.accessToken", "theirs"));
+  const auto again = keychain().add(service, "mac.accessToken", "second");
+  EXPECT_FALSE(again);
+  EXPECT_NE(again, KeychainError::itemNotFound);
+  EXPECT_EQ(keychain().read(service, "mac.refreshToken"), large);
+  ASSERT_TRUE(keychain().remove(service, "mac.refreshToken"));
+  EXPECT_EQ(keychain().read(service, "mac.accessToken"), everyByte);
+  EXPECT_EQ(keychain().read(service, "mac.refreshToken"), KeychainError::itemNotFound);
+  EXPECT_EQ(keychain().read("another program", "mac.accessToken"), "theirs");
 }
 
 TEST_P(KeychainContract, ARefusalIsNotTakenForAMissingItem) {
-  ASSERT_EQ(keychain().add(service, "mac.accessToken", "a"), KeychainStatus::success);
+  ASSERT_TRUE(keychain().add(service, "mac.accessToken", "a"));
   if (!host().refuseEverything()) GTEST_SKIP() << "this keychain cannot be made to refuse";
-  for (const KeychainStatus refused :
-       {keychain().read(service, "mac.accessToken").status,
-        keychain().update(service, "mac.accessToken", "b"), keychain().add(service, "new", "c"),
+  const auto read = keychain().read(service, "mac.accessToken");
+  EXPECT_FALSE(read);
+  EXPECT_NE(read, KeychainError::itemNotFound);
+  for (const auto& changed :
+       {keychain().update(service, "mac.accessToken", "b"), keychain().add(service, "new", "c"),
         keychain().remove(service, "mac.accessToken")}) {
-    EXPECT_NE(refused, KeychainStatus::success);
-    EXPECT_NE(refused, KeychainStatus::itemNotFound);
+    EXPECT_FALSE(changed);
+    EXPECT_NE(changed, KeychainError::itemNotFound);
   }
 }
 

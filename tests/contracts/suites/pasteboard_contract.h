@@ -73,7 +73,7 @@ TEST_P(PasteboardContract, OwnTextIsReadByOthersAndCountsAsOneChange) {
   pasteboard().clearContents();
   EXPECT_EQ(pasteboard().changeCount(), before + 1);
   EXPECT_EQ(pasteboard().contents()->itemCount(), 0u);
-  EXPECT_FALSE(pasteboard().string());
+  EXPECT_EQ(pasteboard().string(), PasteboardFailure::absent);
   EXPECT_FALSE(host().readElsewhere(pasteboardTypeString)) << "cleared means empty";
 
   EXPECT_TRUE(pasteboard().setString("Grüße 🎙"));
@@ -96,7 +96,7 @@ TEST_P(PasteboardContract, AnothersCopyRaisesTheCountAndEndsOwnership) {
   copyAndSee(textItem("theirs"));
   EXPECT_EQ(pasteboard().changeCount(), before + 1);
   EXPECT_EQ(pasteboard().string(), "theirs");
-  EXPECT_FALSE(pasteboard().setString("mine again")) << "it belongs to the other program";
+  EXPECT_EQ(pasteboard().setString("mine again"), PasteboardFailure::notOwner);
   EXPECT_EQ(host().readElsewhere(pasteboardTypeString), "theirs");
 
   copyAndSee(textItem("theirs"));
@@ -156,7 +156,7 @@ TEST_P(PasteboardContract, AHungOwnerCostsALimitedTimeAndIsNotTakenForAnEmptyCli
   const MonotonicTime begun = host().mainThread().now();
   EXPECT_FALSE(snapshot());
   EXPECT_LT(host().mainThread().now() - begun, Duration(std::chrono::seconds(3)));
-  EXPECT_FALSE(pasteboard().string());
+  EXPECT_EQ(pasteboard().string(), PasteboardFailure::noAnswer);
 
   // It can still be replaced.
   pasteboard().clearContents();

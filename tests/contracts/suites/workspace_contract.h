@@ -69,7 +69,7 @@ TEST_P(WorkspaceContract, AnApplicationThatQuitIsTerminatedAndCannotBeActivated)
   EXPECT_TRUE(host().runUntil([&] { return workspace().isTerminated(application); }));
   EXPECT_TRUE(host().runUntil([&] { return !workspace().frontmostApplication(); }))
       << "nothing is in front";
-  EXPECT_FALSE(workspace().activate(application));
+  EXPECT_EQ(workspace().activate(application), WorkspaceFailure::nothingToShow);
 }
 
 }  // namespace quillo::contracts

@@ -19,12 +19,14 @@ namespace quillo::contracts {
 
 // Command with the key, as the system posts it; whether all of it was taken.
 inline bool postChord(ContractHost& host, KeyPoster& poster, Key key, std::int64_t userData = 0) {
-  bool isPosted =
-      poster.post(codeOf(Key::command), KeyDirection::down, event_flags::command, userData);
-  isPosted &= poster.post(codeOf(key), KeyDirection::down, event_flags::command, userData);
+  const auto post = [&](Key posted, KeyDirection direction, std::uint64_t flags) {
+    return poster.post(codeOf(posted), direction, flags, userData).has_value();
+  };
+  bool isPosted = post(Key::command, KeyDirection::down, event_flags::command);
+  isPosted &= post(key, KeyDirection::down, event_flags::command);
   host.runFor(std::chrono::milliseconds(20));
-  isPosted &= poster.post(codeOf(key), KeyDirection::up, event_flags::command, userData);
-  isPosted &= poster.post(codeOf(Key::command), KeyDirection::up, 0, userData);
+  isPosted &= post(key, KeyDirection::up, event_flags::command);
+  isPosted &= post(Key::command, KeyDirection::up, 0);
   return isPosted;
 }
 

@@ -34,7 +34,7 @@ TEST(PosixFileManager, MakesEverythingForTheUserAlone) {
   const FilePath caches = files.directory(UserDirectory::caches).value();
   EXPECT_EQ(caches, home.path() / "cache" / "quillo");
   EXPECT_EQ(files.directory(UserDirectory::applicationSupport), std::nullopt);
-  const auto openDescriptors = [&files] { return files.list("/proc/self/fd").size(); };
+  const auto openDescriptors = [&files] { return files.list("/proc/self/fd")->size(); };
   const std::size_t openBefore = openDescriptors();
   ASSERT_TRUE(files.createEmpty(caches / "log"));
   ASSERT_TRUE(files.append(caches / "log", "line\n"));

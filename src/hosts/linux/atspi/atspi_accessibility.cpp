@@ -259,9 +259,9 @@ AccessibilityAnswer AtspiAccessibility::parameterizedAttribute(
   return parts_->reader().bounds(*object, *range);
 }
 
-std::optional<std::vector<std::string>> AtspiAccessibility::attributeNames(
+Result<std::vector<std::string>, AccessibilityFailure> AtspiAccessibility::attributeNames(
     const AccessibilityElement& target) {
-  if (!parts_->isReady()) return std::nullopt;
+  if (!parts_->isReady()) return cannotComplete;
   const auto& thing = thingOf(target);
   if (const auto* object = std::get_if<ObjectReference>(&thing))
     return parts_->reader().names(*object);
@@ -272,48 +272,54 @@ std::optional<std::vector<std::string>> AtspiAccessibility::attributeNames(
                      std::string(ax::focusedUIElement)};
 }
 
-std::optional<bool> AtspiAccessibility::isSettable(const AccessibilityElement& target,
-                                                   std::string_view name) {
+Result<bool, AccessibilityFailure> AtspiAccessibility::isSettable(
+    const AccessibilityElement& target, std::string_view name) {
   const auto* object = std::get_if<ObjectReference>(&thingOf(target));
-  if (object == nullptr || !parts_->isReady()) return std::nullopt;
+  if (!parts_->isReady()) return cannotComplete;
+  if (object == nullptr) return AccessibilityFailure::absent;
   return parts_->reader().isSettable(*object, name);
 }
 
-bool AtspiAccessibility::setAttribute(const AccessibilityElement& target, std::string_view name,
-                                      const AccessibilityValue& value) {
-  if (!parts_->isReady()) return false;
+Result<void, AccessibilityFailure> AtspiAccessibility::setAttribute(
+    const AccessibilityElement& target, std::string_view name, const AccessibilityValue& value) {
+  if (!parts_->isReady()) return cannotComplete;
   const auto& thing = thingOf(target);
   if (const auto* application = std::get_if<Application>(&thing)) {
     const bool asksForTree = name == ax::manualAccessibility || name == ax::enhancedUserInterface;
     const bool* isWanted = std::get_if<bool>(&value);
-    return asksForTree && isWanted != nullptr && *isWanted &&
-           parts_->wake(application->processIdentifier);
+    if (!asksForTree || isWanted == nullptr || !*isWanted) return AccessibilityFailure::absent;
+    if (!parts_->wake(application->processIdentifier)) return AccessibilityFailure::invalidElement;
+    return {};
   }
   const auto* object = std::get_if<ObjectReference>(&thing);
   const auto* range = std::get_if<TextRange>(&value);
-  if (object == nullptr || range == nullptr || name != ax::selectedTextRange) return false;
+  if (object == nullptr || range == nullptr || name != ax::selectedTextRange)
+    return AccessibilityFailure::absent;
   return parts_->reader().select(*object, *range);
 }
 
-std::optional<AccessibilityElement> AtspiAccessibility::elementAtPosition(
+Result<AccessibilityElement, AccessibilityFailure> AtspiAccessibility::elementAtPosition(
     AccessibilityPoint position) {
   const auto x = pixel(position.x);
   const auto y = pixel(position.y);
-  if (!x || !y || !parts_->isReady()) return std::nullopt;
+  if (!parts_->isReady()) return cannotComplete;
+  if (!x || !y) return AccessibilityFailure::absent;
   ObjectReference object = parts_->hitTest().objectAt(*x, *y);
-  if (object.isNull()) return std::nullopt;
+  if (object.isNull()) return AccessibilityFailure::absent;
   return elementOf(std::move(object));
 }
 
-std::optional<std::int32_t> AtspiAccessibility::processIdentifier(
+Result<std::int32_t, AccessibilityFailure> AtspiAccessibility::processIdentifier(
     const AccessibilityElement& target) {
   const auto& thing = thingOf(target);
   if (const auto* application = std::get_if<Application>(&thing)) {
     return application->processIdentifier;
   }
   const auto* object = std::get_if<ObjectReference>(&thing);
-  if (object == nullptr || !parts_->isReady()) return std::nullopt;
-  return parts_->processOf(object->bus);
+  if (object == nullptr) return AccessibilityFailure::absent;
+  const auto process = parts_->isReady() ? parts_->processOf(object->bus) : std::nullopt;
+  if (!process) return AccessibilityFailure::invalidElement;
+  return *process;
 }
 
 }  // namespace quillo::linux_host

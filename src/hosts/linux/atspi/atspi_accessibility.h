@@ -31,14 +31,17 @@ class AtspiAccessibility final : public Accessibility {
   AccessibilityAnswer parameterizedAttribute(const AccessibilityElement& element,
                                              std::string_view name,
                                              const AccessibilityValue& parameter) override;
-  std::optional<std::vector<std::string>> attributeNames(
+  Result<std::vector<std::string>, AccessibilityFailure> attributeNames(
       const AccessibilityElement& element) override;
-  std::optional<bool> isSettable(const AccessibilityElement& element,
-                                 std::string_view name) override;
-  bool setAttribute(const AccessibilityElement& element, std::string_view name,
-                    const AccessibilityValue& value) override;
-  std::optional<AccessibilityElement> elementAtPosition(AccessibilityPoint position) override;
-  std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) override;
+  Result<bool, AccessibilityFailure> isSettable(const AccessibilityElement& element,
+                                                std::string_view name) override;
+  Result<void, AccessibilityFailure> setAttribute(const AccessibilityElement& element,
+                                                  std::string_view name,
+                                                  const AccessibilityValue& value) override;
+  Result<AccessibilityElement, AccessibilityFailure> elementAtPosition(
+      AccessibilityPoint position) override;
+  Result<std::int32_t, AccessibilityFailure> processIdentifier(
+      const AccessibilityElement& element) override;
 
   // How many calls went to other processes so far, waited for or not; and the waited for alone.
   std::uint64_t callCount() const;

@@ -77,8 +77,9 @@ AccessibilityFailure AXReader::failureOfText(const ObjectReference& object) {
   return bus_.maySpeakTo(object.bus) ? absent : AccessibilityFailure::cannotComplete;
 }
 
-std::optional<std::vector<std::string>> AXReader::names(const ObjectReference& object) {
-  if (objects_.kindOf(object) == nullptr) return std::nullopt;
+Result<std::vector<std::string>, AccessibilityFailure> AXReader::names(
+    const ObjectReference& object) {
+  if (objects_.kindOf(object) == nullptr) return failure(object);
   const bool isText = isTextPlace(object);
   const bool isWeb = attributeText(object, "tag").has_value() ||
                      objects_.kindOf(object)->role == AtspiRole::documentWeb;
@@ -319,16 +320,21 @@ AccessibilityAnswer AXReader::bounds(const ObjectReference& object, TextRange ra
                         {static_cast<double>(rect->width), static_cast<double>(rect->height)}});
 }
 
-std::optional<bool> AXReader::isSettable(const ObjectReference& object, std::string_view name) {
+Result<bool, AccessibilityFailure> AXReader::isSettable(const ObjectReference& object,
+                                                        std::string_view name) {
   const auto* row = std::ranges::find(rows, name, &Row::name);
-  if (row == std::end(rows) || objects_.kindOf(object) == nullptr) return std::nullopt;
-  if (row->of == Of::text && !isTextPlace(object)) return std::nullopt;
+  if (row == std::end(rows)) return absent;
+  if (objects_.kindOf(object) == nullptr) return failure(object);
+  if (row->of == Of::text && !isTextPlace(object)) return absent;
   if (name == ax::selectedTextRange) return true;
   return name == ax::value && isEditedNow(object);
 }
 
-bool AXReader::select(const ObjectReference& object, TextRange range) {
-  return isTextPlace(object) && text_.select(object, range);
+Result<void, AccessibilityFailure> AXReader::select(const ObjectReference& object,
+                                                    TextRange range) {
+  if (!isTextPlace(object)) return absent;
+  if (!text_.select(object, range)) return failureOfText(object);
+  return {};
 }
 
 }  // namespace quillo::linux_host

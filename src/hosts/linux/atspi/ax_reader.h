@@ -29,9 +29,10 @@ class AXReader {
 
   AccessibilityAnswer attribute(const ObjectReference& object, std::string_view name);
   AccessibilityAnswer bounds(const ObjectReference& object, TextRange range);
-  std::optional<std::vector<std::string>> names(const ObjectReference& object);
-  std::optional<bool> isSettable(const ObjectReference& object, std::string_view name);
-  bool select(const ObjectReference& object, TextRange range);
+  Result<std::vector<std::string>, AccessibilityFailure> names(const ObjectReference& object);
+  Result<bool, AccessibilityFailure> isSettable(const ObjectReference& object,
+                                                std::string_view name);
+  Result<void, AccessibilityFailure> select(const ObjectReference& object, TextRange range);
 
  private:
   using Answer = AccessibilityAnswer;

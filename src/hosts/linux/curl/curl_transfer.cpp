@@ -164,7 +164,7 @@ void CurlTransfer::succeedWithoutHTTP() {
 }
 
 void CurlTransfer::fail(URLErrorCode code, std::string message) {
-  done_(URLFailure{code, std::move(message)});
+  done_(URLError(code, std::move(message)));
 }
 
 std::size_t CurlTransfer::receiveBody(char* bytes, std::size_t size, std::size_t count,

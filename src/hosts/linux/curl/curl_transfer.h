@@ -8,7 +8,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "base/time.h"
 #include "hosts/linux/curl/curl_errors.h"
@@ -16,11 +15,7 @@
 
 namespace quillo::linux_host {
 
-struct URLFailure {
-  URLErrorCode code = URLErrorCode::cancelled;
-  std::string message;
-};
-using TransferResult = std::variant<URLResponse, URLFailure>;
+using TransferResult = Result<URLResponse, URLError>;
 
 // Used by one thread. The request, with its body, stays where it is: libcurl reads it from here.
 class CurlTransfer {

@@ -21,19 +21,16 @@ class CancelAtEnd {
 
 }  // namespace
 
-Task<URLResponse> CurlURLSession::data(URLRequest request) {
+Task<TransferResult> CurlURLSession::data(URLRequest request) {
   const TaskContext context = co_await currentTask();
-  if (context.stopToken.stop_requested()) throw URLError(URLErrorCode::cancelled, "cancelled");
+  const URLError cancelled(URLErrorCode::cancelled, "cancelled");
+  if (context.stopToken.stop_requested()) co_return cancelled;
   Completion<TransferResult> done(*context.mainThread);
   const CurlTransfers::Id transfer = transfers_.start(
       std::move(request), configuration_,
       [done](TransferResult result) { done.deliverFromAnyThread(std::move(result)); });
   const CancelAtEnd cancelAtEnd(transfers_, transfer);
-  TransferResult result = co_await awaitOrCancel(
-      done, [done] { done.deliver(URLFailure{URLErrorCode::cancelled, "cancelled"}); });
-  if (const auto* failure = std::get_if<URLFailure>(&result))
-    throw URLError(failure->code, failure->message);
-  co_return std::get<URLResponse>(std::move(result));
+  co_return co_await awaitOrCancel(done, [done, cancelled] { done.deliver(cancelled); });
 }
 
 }  // namespace quillo::linux_host

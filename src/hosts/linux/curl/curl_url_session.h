@@ -12,7 +12,7 @@ class CurlURLSession final : public URLSession {
   CurlURLSession(CurlTransfers& transfers, URLSessionConfiguration configuration)
       : transfers_(transfers), configuration_(configuration) {}
 
-  Task<URLResponse> data(URLRequest request) override;
+  Task<Result<URLResponse, URLError>> data(URLRequest request) override;
 
  private:
   CurlTransfers& transfers_;

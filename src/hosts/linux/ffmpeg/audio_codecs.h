@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/result.h"
 #include "platform/audio_buffer.h"
 #include "platform/audio_converter.h"
 #include "platform/audio_file.h"
@@ -15,11 +16,9 @@ class AudioCodecs {
  public:
   virtual ~AudioCodecs() = default;
 
-  // Null when the file or its encoder cannot be made; `problem` says why, and there is no file
-  // then.
-  virtual std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                                    const AudioFileSettings& settings,
-                                                    std::string& problem) = 0;
+  // When the file or its encoder cannot be made, there is no file.
+  virtual Result<std::unique_ptr<AudioFile>, Problem> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) = 0;
   // Null when there is no such conversion.
   virtual std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) = 0;
 };

@@ -22,6 +22,26 @@ std::optional<FilePath> below(const std::optional<FilePath>& home, const char* f
   return *home / folder;
 }
 
+FileFailure failureOf(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return FileFailure::absent;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return FileFailure::noRoom;
+    default:
+      return FileFailure::refused;
+  }
+}
+
+// The reason of the call before, where one failed.
+Result<void, FileFailure> done(bool succeeded) {
+  if (succeeded) return {};
+  return failureOf(errno);
+}
+
 // Not every file system knows the flag; there the check before the rename has to do.
 bool renameWithoutReplacing(const FilePath& from, const FilePath& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
@@ -30,14 +50,15 @@ bool renameWithoutReplacing(const FilePath& from, const FilePath& to) {
 }
 
 // A rename does not cross file systems.
-bool copyThenRemove(const FilePath& from, const FilePath& to) {
+Result<void, FileFailure> copyThenRemove(const FilePath& from, const FilePath& to) {
   std::error_code error;
   if (!std::filesystem::copy_file(from, to, std::filesystem::copy_options::none, error)) {
+    const FileFailure failure = failureOf(error.value());
     if (error != std::errc::file_exists) std::filesystem::remove(to, error);
-    return false;
+    return failure;
   }
   ::chmod(to.c_str(), privateFile);
-  return std::filesystem::remove(from, error);
+  return done(::unlink(from.c_str()) == 0);
 }
 
 }  // namespace
@@ -80,22 +101,23 @@ bool PosixFileManager::exists(const FilePath& path) const {
   return std::filesystem::exists(path, error);
 }
 
-std::optional<std::int64_t> PosixFileManager::size(const FilePath& path) const {
+Result<std::int64_t, FileFailure> PosixFileManager::size(const FilePath& path) const {
   struct stat status{};
-  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  if (::stat(path.c_str(), &status) != 0) return failureOf(errno);
   return status.st_size;
 }
 
-std::optional<Bytes> PosixFileManager::read(const FilePath& path) const {
+Result<Bytes, FileFailure> PosixFileManager::read(const FilePath& path) const {
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   struct stat status{};
-  if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (!file || ::fstat(file.get(), &status) != 0) return failureOf(errno);
+  if (!S_ISREG(status.st_mode)) return FileFailure::refused;
   Bytes bytes(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t filled = 0;
   while (filled < bytes.size()) {
     const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
+    if (count < 0) return failureOf(errno);
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
   }
@@ -103,47 +125,50 @@ std::optional<Bytes> PosixFileManager::read(const FilePath& path) const {
   return bytes;
 }
 
-std::vector<std::string> PosixFileManager::list(const FilePath& directory) const {
+Result<std::vector<std::string>, FileFailure> PosixFileManager::list(
+    const FilePath& directory) const {
   std::vector<std::string> names;
   std::error_code error;
   for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
        entry.increment(error))
     names.push_back(entry->path().filename().string());
+  if (error) return failureOf(error.value());
   std::ranges::sort(names);
   return names;
 }
 
-bool PosixFileManager::createDirectory(const FilePath& path) {
-  return makePrivateDirectory(path);
+Result<void, FileFailure> PosixFileManager::createDirectory(const FilePath& path) {
+  return done(makePrivateDirectory(path));
 }
 
-bool PosixFileManager::createEmpty(const FilePath& path) {
+Result<void, FileFailure> PosixFileManager::createEmpty(const FilePath& path) {
   const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC;
-  return static_cast<bool>(FileDescriptor(::open(path.c_str(), flags, privateFile)));
+  return done(static_cast<bool>(FileDescriptor(::open(path.c_str(), flags, privateFile))));
 }
 
-bool PosixFileManager::append(const FilePath& path, const Bytes& bytes) {
+Result<void, FileFailure> PosixFileManager::append(const FilePath& path, const Bytes& bytes) {
   const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
   struct stat before{};
-  if (!file || ::fstat(file.get(), &before) != 0) return false;
-  if (file.writeAll(bytes)) return true;
+  if (!file || ::fstat(file.get(), &before) != 0) return failureOf(errno);
+  const auto written = done(file.writeAll(bytes));
+  if (written) return written;
   // Half a record is worse than none. A file that cannot even be cut stays as it is.
   [[maybe_unused]] const int cut = ::ftruncate(file.get(), before.st_size);
-  return false;
+  return written;
 }
 
-bool PosixFileManager::writeAtomically(const FilePath& path, const Bytes& bytes) {
-  return replaceFile(path, bytes, Durability::powerCut);
+Result<void, FileFailure> PosixFileManager::writeAtomically(const FilePath& path,
+                                                            const Bytes& bytes) {
+  return done(replaceFile(path, bytes, Durability::powerCut));
 }
 
-bool PosixFileManager::move(const FilePath& from, const FilePath& to) {
-  if (renameWithoutReplacing(from, to)) return true;
-  return errno == EXDEV && copyThenRemove(from, to);
+Result<void, FileFailure> PosixFileManager::move(const FilePath& from, const FilePath& to) {
+  if (renameWithoutReplacing(from, to)) return {};
+  return errno == EXDEV ? copyThenRemove(from, to) : failureOf(errno);
 }
 
-bool PosixFileManager::remove(const FilePath& path) {
-  std::error_code error;
-  return std::filesystem::remove(path, error) && !error;
+Result<void, FileFailure> PosixFileManager::remove(const FilePath& path) {
+  return done(std::remove(path.c_str()) == 0);
 }
 
 }  // namespace quillo::linux_host

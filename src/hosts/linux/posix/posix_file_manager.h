@@ -16,17 +16,15 @@ class PosixFileManager final : public FileManager {
   std::optional<FilePath> directory(UserDirectory which) const override;
   FilePath temporaryDirectory() const override;
   bool exists(const FilePath& path) const override;
-  std::optional<std::int64_t> size(const FilePath& path) const override;
-  std::optional<Bytes> read(const FilePath& path) const override;
-  std::vector<std::string> list(const FilePath& directory) const override;
-  bool createDirectory(const FilePath& path) override;
-  bool createEmpty(const FilePath& path) override;
-  // A failed append leaves the file as it was.
-  bool append(const FilePath& path, const Bytes& bytes) override;
-  bool writeAtomically(const FilePath& path, const Bytes& bytes) override;
-  // Never replaces an existing file.
-  bool move(const FilePath& from, const FilePath& to) override;
-  bool remove(const FilePath& path) override;
+  Result<std::int64_t, FileFailure> size(const FilePath& path) const override;
+  Result<Bytes, FileFailure> read(const FilePath& path) const override;
+  Result<std::vector<std::string>, FileFailure> list(const FilePath& directory) const override;
+  Result<void, FileFailure> createDirectory(const FilePath& path) override;
+  Result<void, FileFailure> createEmpty(const FilePath& path) override;
+  Result<void, FileFailure> append(const FilePath& path, const Bytes& bytes) override;
+  Result<void, FileFailure> writeAtomically(const FilePath& path, const Bytes& bytes) override;
+  Result<void, FileFailure> move(const FilePath& from, const FilePath& to) override;
+  Result<void, FileFailure> remove(const FilePath& path) override;
 
  private:
   XdgDirectories directories_;

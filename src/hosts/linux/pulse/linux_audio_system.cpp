@@ -23,18 +23,21 @@ std::unique_ptr<AudioEngine> LinuxAudioSystem::makeEngine() {
   return std::make_unique<PulseAudioEngine>(connection_, log_);
 }
 
-std::unique_ptr<AudioFile> LinuxAudioSystem::openForWriting(const FilePath& path,
-                                                            const AudioFileSettings& settings) {
+Result<std::unique_ptr<AudioFile>, AudioFileFailure> LinuxAudioSystem::openForWriting(
+    const FilePath& path, const AudioFileSettings& settings) {
   AudioCodecs* const codecs = module_.codecs();
-  std::string problem = module_.problem();
-  auto file = codecs ? codecs->openForWriting(path, settings, problem) : nullptr;
-  if (!file) log_.log("recorder", "a recording file cannot be made: " + problem);
-  return file;
+  auto file = codecs ? codecs->openForWriting(path, settings) : Problem{module_.problem()};
+  if (file) return *std::move(file);
+  log_.log("recorder", "a recording file cannot be made: " + file.error().words);
+  return AudioFileFailure::notMade;
 }
 
-std::unique_ptr<AudioConverter> LinuxAudioSystem::makeConverter(AudioFormat from, AudioFormat to) {
+Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> LinuxAudioSystem::makeConverter(
+    AudioFormat from, AudioFormat to) {
   AudioCodecs* const codecs = module_.codecs();
-  return codecs ? codecs->makeConverter(from, to) : nullptr;
+  auto converter = codecs ? codecs->makeConverter(from, to) : nullptr;
+  if (!converter) return AudioConverterFailure::noConversion;
+  return converter;
 }
 
 }  // namespace quillo::linux_host

@@ -21,9 +21,10 @@ class LinuxAudioSystem final : public AudioSystem {
   LinuxAudioSystem(PulseConnection& connection, Log& log);
 
   std::unique_ptr<AudioEngine> makeEngine() override;
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& settings) override;
-  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override;
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) override;
+  Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> makeConverter(
+      AudioFormat from, AudioFormat to) override;
 
  private:
   PulseConnection& connection_;

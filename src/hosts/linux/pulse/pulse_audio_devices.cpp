@@ -19,9 +19,9 @@ std::optional<PulseSource> PulseAudioDevices::source(AudioDeviceID device) const
   return *found;
 }
 
-std::optional<std::vector<AudioDeviceID>> PulseAudioDevices::devices() const {
+Result<std::vector<AudioDeviceID>, AudioDevicesFailure> PulseAudioDevices::devices() const {
   const auto inputs = connection_.inputs();
-  if (!inputs) return std::nullopt;
+  if (!inputs) return AudioDevicesFailure::noSoundSystem;
   std::vector<AudioDeviceID> ids;
   for (const PulseSource& source : inputs->sources) ids.push_back(idOf(source));
   return ids;

@@ -11,7 +11,7 @@ class PulseAudioDevices final : public AudioDevices {
  public:
   explicit PulseAudioDevices(PulseConnection& connection) : connection_(connection) {}
 
-  std::optional<std::vector<AudioDeviceID>> devices() const override;
+  Result<std::vector<AudioDeviceID>, AudioDevicesFailure> devices() const override;
   std::optional<AudioDeviceID> defaultInputDevice() const override;
   std::optional<std::string> uid(AudioDeviceID device) const override;
   std::optional<std::string> name(AudioDeviceID device) const override;

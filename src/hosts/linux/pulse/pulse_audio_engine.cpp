@@ -33,19 +33,19 @@ PulseAudioEngine::~PulseAudioEngine() {
   stop();
 }
 
-std::optional<std::string> PulseAudioEngine::setVoiceProcessingEnabled(bool enabled) {
+Result<void, Problem> PulseAudioEngine::setVoiceProcessingEnabled(bool enabled) {
   processesVoice_ = enabled && VoiceProcessor::make() != nullptr;
-  if (enabled && !processesVoice_) return "the voice processor cannot be made";
-  return std::nullopt;
+  if (enabled && !processesVoice_) return Problem{"the voice processor cannot be made"};
+  return {};
 }
 
-std::int32_t PulseAudioEngine::setInputDevice(AudioDeviceID device) {
+Result<void, AudioEngineError> PulseAudioEngine::setInputDevice(AudioDeviceID device) {
   const auto inputs = connection_.inputs();
-  if (!inputs) return PA_ERR_CONNECTIONREFUSED;
+  if (!inputs) return AudioEngineError{PA_ERR_CONNECTIONREFUSED};
   const PulseSource* const chosen = inputs->find(static_cast<std::uint32_t>(device));
-  if (!chosen) return PA_ERR_NOENTITY;
+  if (!chosen) return AudioEngineError{PA_ERR_NOENTITY};
   chosenName_ = chosen->name;
-  return 0;
+  return {};
 }
 
 std::optional<PulseSource> PulseAudioEngine::source() const {
@@ -87,26 +87,26 @@ void PulseAudioEngine::removeTap() {
   // Its end is waited for here, outside the lock.
 }
 
-std::optional<std::string> PulseAudioEngine::start() {
-  if (isRunning()) return std::nullopt;
+Result<void, Problem> PulseAudioEngine::start() {
+  if (isRunning()) return {};
   const AudioFormat format = inputFormat();
-  if (format.sampleRate <= 0) return "there is no microphone";
+  if (format.sampleRate <= 0) return Problem{"there is no microphone"};
   const PulseConnection::Lock lock(connection_);
   close(lock);
   pa_context* const context = connection_.context(lock);
-  if (!context) return "there is no sound server";
-  auto problem = open(lock, context, format);
-  if (!problem) problem = awaitReady(lock);
-  if (problem) close(lock);
-  return problem;
+  if (!context) return Problem{"there is no sound server"};
+  auto started = open(lock, context, format);
+  if (started) started = awaitReady(lock);
+  if (!started) close(lock);
+  return started;
 }
 
-std::optional<std::string> PulseAudioEngine::open(const PulseConnection::Lock& lock,
-                                                  pa_context* context, const AudioFormat& format) {
+Result<void, Problem> PulseAudioEngine::open(const PulseConnection::Lock& lock, pa_context* context,
+                                             const AudioFormat& format) {
   const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(format.sampleRate),
                             static_cast<std::uint8_t>(format.channels)};
   stream_ = pa_stream_new(context, "Dictation", &spec, nullptr);
-  if (!stream_) return connection_.problem(lock);
+  if (!stream_) return Problem{connection_.problem(lock)};
   hasBeenReady_ = false;
   pa_stream_set_state_callback(stream_, onState, this);
   pa_stream_set_read_callback(stream_, onRead, this);
@@ -115,19 +115,19 @@ std::optional<std::string> PulseAudioEngine::open(const PulseConnection::Lock& l
       PA_STREAM_ADJUST_LATENCY | (chosenName_ ? PA_STREAM_DONT_MOVE : PA_STREAM_NOFLAGS));
   const char* const device = chosenName_ ? chosenName_->c_str() : nullptr;
   if (pa_stream_connect_record(stream_, device, &attributes, flags) < 0)
-    return connection_.problem(lock);
-  return std::nullopt;
+    return Problem{connection_.problem(lock)};
+  return {};
 }
 
-std::optional<std::string> PulseAudioEngine::awaitReady(const PulseConnection::Lock& lock) {
+Result<void, Problem> PulseAudioEngine::awaitReady(const PulseConnection::Lock& lock) {
   const auto isDecided = [this] { return pa_stream_get_state(stream_) != PA_STREAM_CREATING; };
   if (!connection_.waitUntil(lock, isDecided, longestStart))
-    return "the sound server did not answer";
-  if (pa_stream_get_state(stream_) != PA_STREAM_READY) return connection_.problem(lock);
+    return Problem{"the sound server did not answer"};
+  if (pa_stream_get_state(stream_) != PA_STREAM_READY) return Problem{connection_.problem(lock)};
   // Some servers record from the default when they do not know the name.
   if (chosenName_ && *chosenName_ != pa_stream_get_device_name(stream_))
-    return "the sound server opened another microphone";
-  return std::nullopt;
+    return Problem{"the sound server opened another microphone"};
+  return {};
 }
 
 void PulseAudioEngine::stop() {

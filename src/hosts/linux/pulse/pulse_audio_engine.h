@@ -27,8 +27,8 @@ class PulseAudioEngine final : public AudioEngine {
   PulseAudioEngine(PulseConnection& connection, Log& log);
   ~PulseAudioEngine() override;
 
-  std::optional<std::string> setVoiceProcessingEnabled(bool enabled) override;
-  std::int32_t setInputDevice(AudioDeviceID device) override;
+  Result<void, Problem> setVoiceProcessingEnabled(bool enabled) override;
+  Result<void, AudioEngineError> setInputDevice(AudioDeviceID device) override;
   // The server keeps no state between recordings.
   void reset() override {}
   AudioFormat inputFormat() const override;
@@ -38,15 +38,15 @@ class PulseAudioEngine final : public AudioEngine {
   void removeTap() override;
   // The connection is made beforehand; there is nothing left to prepare.
   void prepare() override {}
-  std::optional<std::string> start() override;
+  Result<void, Problem> start() override;
   void stop() override;
   bool isRunning() const override;
 
  private:
   std::optional<PulseSource> source() const;
-  std::optional<std::string> open(const PulseConnection::Lock& lock, pa_context* context,
-                                  const AudioFormat& format);
-  std::optional<std::string> awaitReady(const PulseConnection::Lock& lock);
+  Result<void, Problem> open(const PulseConnection::Lock& lock, pa_context* context,
+                             const AudioFormat& format);
+  Result<void, Problem> awaitReady(const PulseConnection::Lock& lock);
   void close(const PulseConnection::Lock& lock);
   void take(std::span<const float> samples);
   void takeSilence(std::size_t count);

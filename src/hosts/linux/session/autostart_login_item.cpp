@@ -54,18 +54,18 @@ bool AutostartLoginItem::isEnabled() const {
   return true;
 }
 
-std::optional<std::string> AutostartLoginItem::registerItem() {
+Result<void, Problem> AutostartLoginItem::registerItem() {
   if (makePrivateDirectory(entry_.parent_path()) &&
       replaceFile(entry_, entryText(executable_), Durability::powerCut))
-    return std::nullopt;
-  return std::strerror(errno);
+    return {};
+  return Problem{std::strerror(errno)};
 }
 
-std::optional<std::string> AutostartLoginItem::unregisterItem() {
+Result<void, Problem> AutostartLoginItem::unregisterItem() {
   std::error_code error;
   std::filesystem::remove(entry_, error);
-  if (!error) return std::nullopt;
-  return error.message();
+  if (error) return Problem{error.message()};
+  return {};
 }
 
 }  // namespace quillo::linux_host

@@ -13,8 +13,8 @@ class AutostartLoginItem final : public LoginItem {
   AutostartLoginItem(FilePath autostartDirectory, FilePath executable);
 
   bool isEnabled() const override;
-  std::optional<std::string> registerItem() override;
-  std::optional<std::string> unregisterItem() override;
+  Result<void, Problem> registerItem() override;
+  Result<void, Problem> unregisterItem() override;
 
  private:
   const FilePath entry_;

@@ -46,8 +46,8 @@ Value secretValue(const Bytes& data) {
 }
 
 // An empty bus address, an unreachable bus and a bus without a keyring are one thing to the caller.
-KeychainStatus statusOf(const GError& error) {
-  using namespace secret_service_status;
+KeychainError errorOf(const GError& error) {
+  using namespace secret_service_error;
   if (error.domain == SECRET_ERROR && error.code == SECRET_ERROR_IS_LOCKED) return locked;
   if (error.domain == SECRET_ERROR) return refused;
   if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return timedOut;
@@ -111,14 +111,20 @@ struct SecretServiceKeychain::Call {
     return Bytes(bytes, length);
   }
 
-  static Outcome lockedOutcome() {
-    return {secret_service_status::locked, {}, "the keyring is locked"};
+  // What stands in the way of using what was found.
+  std::optional<KeychainError> obstacle(const std::vector<Reference<SecretItem>>& items) {
+    if (error_) return errorOf(*error_);
+    if (items.empty()) return KeychainError::itemNotFound;
+    if (!isLocked(items)) return std::nullopt;
+    problem_ = "the keyring is locked";
+    return secret_service_error::locked;
   }
-  bool hasFailed() const { return error_ != nullptr; }
-  Outcome outcome(KeychainStatus ifNothingFailed = KeychainStatus::success) const {
-    if (!error_) return {ifNothingFailed, {}, {}};
-    return {statusOf(*error_), {}, error_->message};
+  Outcome outcome(Bytes data = {}) const {
+    if (error_) return errorOf(*error_);
+    return data;
   }
+  // In the service's own words, for a failure.
+  std::string problem() const { return error_ ? error_->message : problem_; }
 
  private:
   GCancellable* cancellable_;
@@ -126,6 +132,7 @@ struct SecretServiceKeychain::Call {
   std::string label_;
   Reference<SecretService> service_;
   GError* error_ = nullptr;
+  std::string problem_;
 };
 
 SecretServiceKeychain::SecretServiceKeychain(Log& log, Duration limit) : log_(log), limit_(limit) {}
@@ -137,6 +144,7 @@ SecretServiceKeychain::Outcome SecretServiceKeychain::run(std::string_view servi
     std::mutex mutex;
     std::condition_variable arrived;
     std::optional<Outcome> outcome;
+    std::string problem;
   };
   const auto answer = std::make_shared<Answer>();
   const std::shared_ptr<GCancellable> cancellable(g_cancellable_new(), Unref{});
@@ -146,73 +154,73 @@ SecretServiceKeychain::Outcome SecretServiceKeychain::run(std::string_view servi
     Outcome outcome = operation(call);
     const std::scoped_lock lock(answer->mutex);
     answer->outcome = std::move(outcome);
+    answer->problem = call.problem();
     answer->arrived.notify_one();
   });
   std::unique_lock lock(answer->mutex);
   if (answer->arrived.wait_for(lock, limit_, [&] { return answer->outcome.has_value(); }))
-    return note(std::move(*answer->outcome));
+    return note(std::move(*answer->outcome), answer->problem);
   // The worker gives up as well, and is free for the next call.
   g_cancellable_cancel(cancellable.get());
-  return note({secret_service_status::timedOut, {}, "no answer within the limit"});
+  return note(secret_service_error::timedOut, "no answer within the limit");
 }
 
 // A trouble is logged once, when it begins.
-SecretServiceKeychain::Outcome SecretServiceKeychain::note(Outcome outcome) {
-  const bool isTrouble = !outcome.problem.empty();
-  if (isTrouble && outcome.status != lastTrouble_)
-    log_.log("keychain", "secret service: " + outcome.problem);
-  lastTrouble_ = isTrouble ? outcome.status : KeychainStatus::success;
+SecretServiceKeychain::Outcome SecretServiceKeychain::note(Outcome outcome,
+                                                           const std::string& problem) {
+  const auto trouble = problem.empty() ? std::nullopt : std::optional(outcome.error());
+  if (trouble && trouble != lastTrouble_) log_.log("keychain", "secret service: " + problem);
+  lastTrouble_ = trouble;
   return outcome;
 }
 
-Keychain::ReadResult SecretServiceKeychain::read(std::string_view service,
-                                                 std::string_view account) {
-  Outcome outcome = run(service, account, [](Call& call) -> Outcome {
+// What of the outcome matters where nothing is read.
+Result<void, KeychainError> SecretServiceKeychain::change(std::string_view service,
+                                                          std::string_view account,
+                                                          std::function<Outcome(Call&)> operation) {
+  const Outcome outcome = run(service, account, std::move(operation));
+  if (!outcome) return outcome.error();
+  return {};
+}
+
+Result<Bytes, KeychainError> SecretServiceKeychain::read(std::string_view service,
+                                                         std::string_view account) {
+  return run(service, account, [](Call& call) -> Outcome {
     const auto items = call.find();
-    if (call.hasFailed() || items.empty()) return call.outcome(KeychainStatus::itemNotFound);
-    if (Call::isLocked(items)) return Call::lockedOutcome();
-    return {KeychainStatus::success, Call::contents(*items.front()), {}};
+    if (const auto obstacle = call.obstacle(items)) return *obstacle;
+    return Call::contents(*items.front());
   });
-  return {outcome.status, std::move(outcome.data)};
 }
 
-KeychainStatus SecretServiceKeychain::update(std::string_view service, std::string_view account,
-                                             const Bytes& data) {
-  return run(service, account,
-             [data](Call& call) -> Outcome {
-               const auto items = call.find();
-               if (call.hasFailed() || items.empty())
-                 return call.outcome(KeychainStatus::itemNotFound);
-               if (Call::isLocked(items)) return Call::lockedOutcome();
-               call.change(items.front().get(), data);
-               return call.outcome();
-             })
-      .status;
+Result<void, KeychainError> SecretServiceKeychain::update(std::string_view service,
+                                                          std::string_view account,
+                                                          const Bytes& data) {
+  return change(service, account, [data](Call& call) -> Outcome {
+    const auto items = call.find();
+    if (const auto obstacle = call.obstacle(items)) return *obstacle;
+    call.change(items.front().get(), data);
+    return call.outcome();
+  });
 }
 
-KeychainStatus SecretServiceKeychain::add(std::string_view service, std::string_view account,
-                                          const Bytes& data) {
-  return run(service, account,
-             [data](Call& call) -> Outcome {
-               const auto items = call.find();
-               if (!items.empty()) return {secret_service_status::duplicate, {}, {}};
-               call.store(data);
-               return call.outcome();
-             })
-      .status;
+Result<void, KeychainError> SecretServiceKeychain::add(std::string_view service,
+                                                       std::string_view account,
+                                                       const Bytes& data) {
+  return change(service, account, [data](Call& call) -> Outcome {
+    if (!call.find().empty()) return secret_service_error::duplicate;
+    call.store(data);
+    return call.outcome();
+  });
 }
 
-KeychainStatus SecretServiceKeychain::remove(std::string_view service, std::string_view account) {
-  return run(service, account,
-             [](Call& call) -> Outcome {
-               const auto items = call.find();
-               if (call.hasFailed() || items.empty())
-                 return call.outcome(KeychainStatus::itemNotFound);
-               if (Call::isLocked(items)) return Call::lockedOutcome();
-               for (const auto& item : items) call.erase(item.get());
-               return call.outcome();
-             })
-      .status;
+Result<void, KeychainError> SecretServiceKeychain::remove(std::string_view service,
+                                                          std::string_view account) {
+  return change(service, account, [](Call& call) -> Outcome {
+    const auto items = call.find();
+    if (const auto obstacle = call.obstacle(items)) return *obstacle;
+    for (const auto& item : items) call.erase(item.get());
+    return call.outcome();
+  });
 }
 
 }  // namespace quillo::linux_host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "base/log.h"
@@ -11,14 +12,14 @@
 
 namespace quillo::linux_host {
 
-// Statuses of this host, beside those of the port.
-namespace secret_service_status {
-inline constexpr KeychainStatus unavailable{1};  // no session bus, or no keyring on it
-inline constexpr KeychainStatus locked{2};       // the item is there and needs the user's password
-inline constexpr KeychainStatus timedOut{3};     // no answer within the limit
-inline constexpr KeychainStatus refused{4};      // any other error of the service
-inline constexpr KeychainStatus duplicate{5};    // what is to be added is there already
-}  // namespace secret_service_status
+// Errors of this host, beside that of the port.
+namespace secret_service_error {
+inline constexpr KeychainError unavailable{1};  // no session bus, or no keyring on it
+inline constexpr KeychainError locked{2};       // the item is there and needs the user's password
+inline constexpr KeychainError timedOut{3};     // no answer within the limit
+inline constexpr KeychainError refused{4};      // any other error of the service
+inline constexpr KeychainError duplicate{5};    // what is to be added is there already
+}  // namespace secret_service_error
 
 // The service is asked on a thread of its own, and a call waits for it no longer than the limit.
 // Whatever goes wrong is logged when it begins, without names or contents of items.
@@ -27,28 +28,26 @@ class SecretServiceKeychain final : public Keychain {
   explicit SecretServiceKeychain(Log& log, Duration limit = std::chrono::seconds(3));
 
   // Asks nobody for a password: a locked item is `locked`, never absent.
-  ReadResult read(std::string_view service, std::string_view account) override;
-  KeychainStatus update(std::string_view service, std::string_view account,
-                        const Bytes& data) override;
-  KeychainStatus add(std::string_view service, std::string_view account,
-                     const Bytes& data) override;
-  KeychainStatus remove(std::string_view service, std::string_view account) override;
+  Result<Bytes, KeychainError> read(std::string_view service, std::string_view account) override;
+  Result<void, KeychainError> update(std::string_view service, std::string_view account,
+                                     const Bytes& data) override;
+  Result<void, KeychainError> add(std::string_view service, std::string_view account,
+                                  const Bytes& data) override;
+  Result<void, KeychainError> remove(std::string_view service, std::string_view account) override;
 
  private:
-  // What the worker found out, and the service's own words for a failure.
-  struct Outcome {
-    KeychainStatus status = KeychainStatus::success;
-    Bytes data;
-    std::string problem;
-  };
+  // What the worker found out; only a reading has data.
+  using Outcome = Result<Bytes, KeychainError>;
   struct Call;  // one operation, as the worker runs it
   Outcome run(std::string_view service, std::string_view account,
               std::function<Outcome(Call&)> operation);
-  Outcome note(Outcome outcome);
+  Result<void, KeychainError> change(std::string_view service, std::string_view account,
+                                     std::function<Outcome(Call&)> operation);
+  Outcome note(Outcome outcome, const std::string& problem);
 
   Log& log_;
   const Duration limit_;
-  KeychainStatus lastTrouble_ = KeychainStatus::success;
+  std::optional<KeychainError> lastTrouble_;
   ThreadSerialQueue worker_{"quillo.keychain"};
 };
 

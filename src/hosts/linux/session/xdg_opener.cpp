@@ -32,31 +32,33 @@ class SpawnAttributes {
   posix_spawnattr_t attributes_;
 };
 
-bool open(std::string address) {
+Result<void, OpenerFailure> open(std::string address) {
   const SpawnAttributes attributes;
   std::string program = "xdg-open";
   char* arguments[] = {program.data(), address.data(), nullptr};
   pid_t child = 0;
   if (posix_spawnp(&child, program.c_str(), nullptr, attributes.get(), arguments, environ) != 0)
-    return false;
+    return OpenerFailure::noPrograms;
   // Somebody has to take its end.
   std::thread([child] { ::waitpid(child, nullptr, 0); }).detach();
-  return true;
+  return {};
 }
 
 }  // namespace
 
-bool XdgOpener::openFile(const FilePath& path) {
+Result<void, OpenerFailure> XdgOpener::openFile(const FilePath& path) {
   std::error_code error;
   const FilePath whole = std::filesystem::absolute(path, error);
-  return !error && open(whole.string());
+  if (error) return OpenerFailure::noAddress;
+  return open(whole.string());
 }
 
-bool XdgOpener::openURL(std::string_view url) {
+Result<void, OpenerFailure> XdgOpener::openURL(std::string_view url) {
   // Without a scheme it could be taken for an option or a file.
   const QUrl parsed(QString::fromUtf8(url.data(), static_cast<qsizetype>(url.size())),
                     QUrl::StrictMode);
-  return parsed.isValid() && !parsed.scheme().isEmpty() && open(std::string(url));
+  if (!parsed.isValid() || parsed.scheme().isEmpty()) return OpenerFailure::noAddress;
+  return open(std::string(url));
 }
 
 }  // namespace quillo::linux_host

@@ -5,11 +5,11 @@
 
 namespace quillo::linux_host {
 
-// Starts xdg-open and does not wait for it; false when it is not installed.
+// Starts xdg-open.
 class XdgOpener final : public Opener {
  public:
-  bool openFile(const FilePath& path) override;
-  bool openURL(std::string_view url) override;
+  Result<void, OpenerFailure> openFile(const FilePath& path) override;
+  Result<void, OpenerFailure> openURL(std::string_view url) override;
 };
 
 }  // namespace quillo::linux_host

@@ -152,46 +152,51 @@ AccessibilityAnswer SimulatedAccessibility::parameterizedAttribute(
                                               simulated::inManner(bounds->size, manner)});
 }
 
-std::optional<std::vector<std::string>> SimulatedAccessibility::attributeNames(
+Result<std::vector<std::string>, AccessibilityFailure> SimulatedAccessibility::attributeNames(
     const AccessibilityElement& element) {
   const Reached reached = reach(element);
-  return reached.element ? std::optional(reached.element->attributeNames()) : std::nullopt;
+  if (!reached.element) return reached.failure;
+  return reached.element->attributeNames();
 }
 
-std::optional<bool> SimulatedAccessibility::isSettable(const AccessibilityElement& element,
-                                                       std::string_view name) {
+Result<bool, AccessibilityFailure> SimulatedAccessibility::isSettable(
+    const AccessibilityElement& element, std::string_view name) {
   const Reached reached = reach(element);
-  return reached.element ? reached.element->isSettable(name) : std::nullopt;
+  if (!reached.element) return reached.failure;
+  return reached.element->isSettable(name);
 }
 
 // --- Changing ---
 
-bool SimulatedAccessibility::select(const Reached& reached, const AccessibilityValue& value) {
+Result<void, AccessibilityFailure> SimulatedAccessibility::select(const Reached& reached,
+                                                                  const AccessibilityValue& value) {
   const auto* range = std::get_if<TextRange>(&value);
   const SelectionManner manner = reached.tree->selection;
-  if (!range || manner == SelectionManner::refused) return false;
-  if (manner == SelectionManner::ignored) return true;
+  if (!range || manner == SelectionManner::refused) return AccessibilityFailure::absent;
+  if (manner == SelectionManner::ignored) return {};
   Editor& editor = *reached.element->editor();
   editor.select(*range);
   if (manner == SelectionManner::trimmed) editor.trimSelection();
-  return true;
+  return {};
 }
 
-bool SimulatedAccessibility::setAttribute(const AccessibilityElement& element,
-                                          std::string_view name, const AccessibilityValue& value) {
+Result<void, AccessibilityFailure> SimulatedAccessibility::setAttribute(
+    const AccessibilityElement& element, std::string_view name, const AccessibilityValue& value) {
   const Reached reached = reach(element);
-  if (!reached.element) return false;
+  if (!reached.element) return reached.failure;
   if (name == ax::manualAccessibility || name == ax::enhancedUserInterface) {
-    if (reached.element != &reached.tree->application()) return false;
+    if (reached.element != &reached.tree->application()) return AccessibilityFailure::absent;
     ++reached.tree->buildRequests;
-    return true;
+    return {};
   }
-  return name == ax::selectedTextRange && reached.element->tellsText() && select(reached, value);
+  if (name != ax::selectedTextRange || !reached.element->tellsText())
+    return AccessibilityFailure::absent;
+  return select(reached, value);
 }
 
 // --- Elements by their place and process ---
 
-std::optional<AccessibilityElement> SimulatedAccessibility::elementAtPosition(
+Result<AccessibilityElement, AccessibilityFailure> SimulatedAccessibility::elementAtPosition(
     AccessibilityPoint position) {
   for (SimulatedApplication* application : workspace_.frontToBack()) {
     TreeElement* window = application->tree().windowAt(position);
@@ -199,15 +204,17 @@ std::optional<AccessibilityElement> SimulatedAccessibility::elementAtPosition(
     const Reached reached = reach(window->handle());
     // Its windows may be others by now.
     window = reached.tree ? reached.tree->windowAt(position) : nullptr;
-    if (!window) return std::nullopt;
+    if (!window) return reached.failure;
     return (isBuilt(*reached.tree) ? window->elementAt(position) : window)->handle();
   }
-  return std::nullopt;
+  return AccessibilityFailure::absent;
 }
 
-std::optional<std::int32_t> SimulatedAccessibility::processIdentifier(
+Result<std::int32_t, AccessibilityFailure> SimulatedAccessibility::processIdentifier(
     const AccessibilityElement& element) {
-  return TreeElement::processOf(element);
+  const auto process = TreeElement::processOf(element);
+  if (!process) return AccessibilityFailure::absent;
+  return *process;
 }
 
 }  // namespace quillo::simulated

@@ -29,14 +29,17 @@ class SimulatedAccessibility final : public Accessibility {
   AccessibilityAnswer parameterizedAttribute(const AccessibilityElement& element,
                                              std::string_view name,
                                              const AccessibilityValue& parameter) override;
-  std::optional<std::vector<std::string>> attributeNames(
+  Result<std::vector<std::string>, AccessibilityFailure> attributeNames(
       const AccessibilityElement& element) override;
-  std::optional<bool> isSettable(const AccessibilityElement& element,
-                                 std::string_view name) override;
-  bool setAttribute(const AccessibilityElement& element, std::string_view name,
-                    const AccessibilityValue& value) override;
-  std::optional<AccessibilityElement> elementAtPosition(AccessibilityPoint position) override;
-  std::optional<std::int32_t> processIdentifier(const AccessibilityElement& element) override;
+  Result<bool, AccessibilityFailure> isSettable(const AccessibilityElement& element,
+                                                std::string_view name) override;
+  Result<void, AccessibilityFailure> setAttribute(const AccessibilityElement& element,
+                                                  std::string_view name,
+                                                  const AccessibilityValue& value) override;
+  Result<AccessibilityElement, AccessibilityFailure> elementAtPosition(
+      AccessibilityPoint position) override;
+  Result<std::int32_t, AccessibilityFailure> processIdentifier(
+      const AccessibilityElement& element) override;
 
   // --- Driver ---
 
@@ -59,7 +62,8 @@ class SimulatedAccessibility final : public Accessibility {
   Duration timeoutOf(std::int32_t process) const;
   AccessibilityAnswer systemAttribute(std::string_view name);
   static AccessibilityAnswer inManner(AccessibilityAnswer answer, const ApplicationTree& tree);
-  static bool select(const Reached& reached, const AccessibilityValue& value);
+  static Result<void, AccessibilityFailure> select(const Reached& reached,
+                                                   const AccessibilityValue& value);
 
   Timeline& timeline_;
   SimulatedWorkspace& workspace_;

@@ -10,13 +10,14 @@ namespace quillo::simulated {
 
 class RecordedOpener final : public Opener {
  public:
-  bool openFile(const FilePath& path) override {
+  Result<void, OpenerFailure> openFile(const FilePath& path) override {
     files_.push_back(path);
-    return succeeds_;
+    return outcome();
   }
-  bool openURL(std::string_view url) override {
+  Result<void, OpenerFailure> openURL(std::string_view url) override {
+    if (url.find(':') == std::string_view::npos) return OpenerFailure::noAddress;
     urls_.emplace_back(url);
-    return succeeds_;
+    return outcome();
   }
 
   // --- Driver ---
@@ -26,6 +27,11 @@ class RecordedOpener final : public Opener {
   const std::vector<std::string>& urls() const { return urls_; }
 
  private:
+  Result<void, OpenerFailure> outcome() const {
+    if (!succeeds_) return OpenerFailure::noPrograms;
+    return {};
+  }
+
   bool succeeds_ = true;
   std::vector<FilePath> files_;
   std::vector<std::string> urls_;

@@ -11,8 +11,8 @@ namespace quillo::simulated {
 class ScriptedLoginItem final : public LoginItem {
  public:
   bool isEnabled() const override { return enabled_; }
-  std::optional<std::string> registerItem() override { return change(true); }
-  std::optional<std::string> unregisterItem() override { return change(false); }
+  Result<void, Problem> registerItem() override { return change(true); }
+  Result<void, Problem> unregisterItem() override { return change(false); }
 
   // --- Driver ---
 
@@ -21,9 +21,10 @@ class ScriptedLoginItem final : public LoginItem {
   void refuse(std::optional<std::string> error) { error_ = std::move(error); }
 
  private:
-  std::optional<std::string> change(bool enabled) {
-    if (!error_) enabled_ = enabled;
-    return error_;
+  Result<void, Problem> change(bool enabled) {
+    if (error_) return Problem{*error_};
+    enabled_ = enabled;
+    return {};
   }
 
   bool enabled_ = false;

@@ -16,24 +16,25 @@ class SharedPasteboard::Contents final : public PasteboardContents {
     return types;
   }
 
-  std::optional<Bytes> data(std::size_t item, std::string_view type) const override {
+  Result<Bytes, PasteboardFailure> data(std::size_t item, std::string_view type) const override {
     for (const OfferedData& data : offer_->items.at(item)) {
       if (data.type == type) return ask(data);
     }
-    return std::nullopt;
+    return PasteboardFailure::absent;
   }
 
  private:
-  std::optional<Bytes> ask(const OfferedData& data) const {
-    if (!isObtainable(data)) return std::nullopt;
+  Result<Bytes, PasteboardFailure> ask(const OfferedData& data) const {
+    if (!isObtainable(data)) return PasteboardFailure::absent;
     const Duration answerTime = offer_->perAnswer + data.makingTime;
     if (offer_->isHung || answerTime > readLimit) {
       pasteboard_.timeline_.block(readLimit);
-      return std::nullopt;
+      return PasteboardFailure::noAnswer;
     }
     pasteboard_.timeline_.block(answerTime);
     // The owner may have gone meanwhile.
-    return isObtainable(data) ? std::optional(data.bytes) : std::nullopt;
+    if (!isObtainable(data)) return PasteboardFailure::absent;
+    return data.bytes;
   }
 
   bool isObtainable(const OfferedData& data) const {
@@ -62,15 +63,16 @@ void SharedPasteboard::clearContents() {
   takeOver(std::move(offer));
 }
 
-bool SharedPasteboard::writeItems(const std::vector<PasteboardItem>& items) {
-  if (!offer_->isOurs) return false;
+Result<void, PasteboardFailure> SharedPasteboard::writeItems(
+    const std::vector<PasteboardItem>& items) {
+  if (!offer_->isOurs) return PasteboardFailure::notOwner;
   for (const PasteboardItem& item : items) {
     OfferedItem offered;
     for (const auto& [type, bytes] : item.representations) offered.push_back({type, bytes});
     if (item.use == ClipboardUse::lent) offer_->use = ClipboardUse::lent;
     offer_->items.push_back(std::move(offered));
   }
-  return true;
+  return {};
 }
 
 void SharedPasteboard::copy(std::string_view text, std::int32_t process) {

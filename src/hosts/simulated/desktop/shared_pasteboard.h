@@ -29,7 +29,7 @@ class SharedPasteboard final : public Pasteboard {
   std::int64_t changeCount() const override { return changeCount_; }
   std::unique_ptr<PasteboardContents> contents() const override;
   void clearContents() override;
-  bool writeItems(const std::vector<PasteboardItem>& items) override;
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override;
 
   // For other programs on the desktop: the plain text, and how long its owner takes to give it.
   struct OfferedText {

@@ -30,15 +30,16 @@ std::vector<SimulatedApplication*> SimulatedWorkspace::frontToBack() const {
   return {order_.rbegin(), order_.rend()};
 }
 
-bool SimulatedWorkspace::activate(const RunningApplication& wanted) {
+Result<void, WorkspaceFailure> SimulatedWorkspace::activate(const RunningApplication& wanted) {
   SimulatedApplication* application = find(wanted.processIdentifier);
-  if (!application || application->activation() == SimulatedApplication::Activation::refused)
-    return false;
-  if (application->activation() == SimulatedApplication::Activation::ignored) return true;
+  if (!application) return WorkspaceFailure::nothingToShow;
+  if (application->activation() == SimulatedApplication::Activation::refused)
+    return WorkspaceFailure::refused;
+  if (application->activation() == SimulatedApplication::Activation::ignored) return {};
   timeline_.after(application->activationTime(), [this, application] {
     if (application->isRunning()) bringToFront(*application);
   });
-  return true;
+  return {};
 }
 
 bool SimulatedWorkspace::isTerminated(const RunningApplication& application) const {

@@ -19,7 +19,7 @@ class SimulatedWorkspace final : public Workspace {
                      SimulatedApplication::Description self);
 
   std::optional<RunningApplication> frontmostApplication() const override;
-  bool activate(const RunningApplication& application) override;
+  Result<void, WorkspaceFailure> activate(const RunningApplication& application) override;
   bool isTerminated(const RunningApplication& application) const override;
   [[nodiscard]] std::shared_ptr<void> observeActivation(
       std::function<void(const RunningApplication&)> activated) override;

@@ -126,14 +126,14 @@ std::vector<std::string> TreeElement::attributeNames() const {
   for (const std::string_view name :
        {ax::role, ax::subrole, ax::parent, ax::children, ax::position, ax::size, ax::value,
         ax::numberOfCharacters, ax::selectedText, ax::selectedTextRange}) {
-    if (!description_.attributes.contains(name) && attribute(name).succeeded())
+    if (!description_.attributes.contains(name) && attribute(name).has_value())
       names.emplace_back(name);
   }
   return names;
 }
 
-std::optional<bool> TreeElement::isSettable(std::string_view name) const {
-  if (!attribute(name).succeeded()) return std::nullopt;
+Result<bool, AccessibilityFailure> TreeElement::isSettable(std::string_view name) const {
+  if (!attribute(name).has_value()) return AccessibilityFailure::absent;
   if (name == ax::value) return isEditable();
   return name == ax::selectedTextRange;
 }

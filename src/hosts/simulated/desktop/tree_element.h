@@ -56,7 +56,7 @@ class TreeElement {
 
   AccessibilityAnswer attribute(std::string_view name) const;
   std::vector<std::string> attributeNames() const;
-  std::optional<bool> isSettable(std::string_view name) const;
+  Result<bool, AccessibilityFailure> isSettable(std::string_view name) const;
   // Where a range of its text lies: lines of 80 units, 8 wide and 16 high.
   std::optional<AccessibilityRect> boundsOf(TextRange range) const;
   // As it lies on the screen now.

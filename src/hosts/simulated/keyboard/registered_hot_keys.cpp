@@ -15,13 +15,12 @@ std::shared_ptr<RegisteredHotKeys::Registered> RegisteredHotKeys::add(
   return added;
 }
 
-HotKeys::Registration RegisteredHotKeys::registerHotKey(std::uint32_t keyCode,
-                                                        std::uint32_t modifiers,
-                                                        std::function<void()> pressed) {
-  if (route_.isRefused()) return {Status::alreadyTaken, nullptr};
+Result<std::shared_ptr<void>, HotKeyError> RegisteredHotKeys::registerHotKey(
+    std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> pressed) {
+  if (route_.isRefused()) return HotKeyError::alreadyTaken;
   auto registered = add({keyCode, eventFlagsFrom(modifiers)}, std::move(pressed));
-  if (!registered) return {Status::alreadyTaken, nullptr};
-  return {Status::success, std::move(registered)};
+  if (!registered) return HotKeyError::alreadyTaken;
+  return registered;
 }
 
 std::shared_ptr<void> RegisteredHotKeys::takeByAnotherProgram(std::uint32_t keyCode,

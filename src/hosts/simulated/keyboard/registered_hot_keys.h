@@ -15,8 +15,8 @@ class RegisteredHotKeys final : public HotKeys {
  public:
   explicit RegisteredHotKeys(KeyRoute route) : route_(route) {}
 
-  [[nodiscard]] Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                            std::function<void()> pressed) override;
+  [[nodiscard]] Result<std::shared_ptr<void>, HotKeyError> registerHotKey(
+      std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> pressed) override;
 
   // Whether a program owns the chord of `event`, so that nobody else sees it. Its owner is told of
   // a first press.

@@ -11,18 +11,18 @@ std::shared_ptr<void> RoutedEventMonitors::add(Monitors& monitors, Monitor monit
   return added;
 }
 
-std::shared_ptr<void> RoutedEventMonitors::addGlobalMonitor(
+Result<std::shared_ptr<void>, EventMonitorFailure> RoutedEventMonitors::addGlobalMonitor(
     KeyEvent::Type type, std::function<void(const KeyEvent&)> seen) {
-  if (globalRoute_.isRefused()) return nullptr;
+  if (globalRoute_.isRefused()) return EventMonitorFailure::refused;
   return add(global_, {type, [seen = std::move(seen)](const KeyEvent& event) {
                          seen(event);
                          return TapVerdict::pass;
                        }});
 }
 
-std::shared_ptr<void> RoutedEventMonitors::addLocalMonitor(
+Result<std::shared_ptr<void>, EventMonitorFailure> RoutedEventMonitors::addLocalMonitor(
     KeyEvent::Type type, std::function<TapVerdict(const KeyEvent&)> seen) {
-  if (localRoute_.isRefused()) return nullptr;
+  if (localRoute_.isRefused()) return EventMonitorFailure::refused;
   return add(local_, {type, std::move(seen)});
 }
 

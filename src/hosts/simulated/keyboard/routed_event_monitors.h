@@ -17,9 +17,9 @@ class RoutedEventMonitors final : public EventMonitors {
                       const SwitchedPermissions& permissions)
       : globalRoute_(globalRoute), localRoute_(localRoute), permissions_(permissions) {}
 
-  [[nodiscard]] std::shared_ptr<void> addGlobalMonitor(
+  [[nodiscard]] Result<std::shared_ptr<void>, EventMonitorFailure> addGlobalMonitor(
       KeyEvent::Type type, std::function<void(const KeyEvent&)> seen) override;
-  [[nodiscard]] std::shared_ptr<void> addLocalMonitor(
+  [[nodiscard]] Result<std::shared_ptr<void>, EventMonitorFailure> addLocalMonitor(
       KeyEvent::Type type, std::function<TapVerdict(const KeyEvent&)> seen) override;
 
   // An event goes to another application.

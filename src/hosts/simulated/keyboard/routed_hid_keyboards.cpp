@@ -12,11 +12,12 @@ class RoutedHIDKeyboards::OpenManager final : public Manager {
   std::shared_ptr<Receiver> receiver_;
 };
 
-HIDKeyboards::OpenResult RoutedHIDKeyboards::open(std::function<void(const HIDValue&)> changed) {
-  if (route_.isRefused() || !permissions_.hasListenEventAccess()) return {notPermitted, nullptr};
+Result<std::unique_ptr<HIDKeyboards::Manager>, HIDError> RoutedHIDKeyboards::open(
+    std::function<void(const HIDValue&)> changed) {
+  if (route_.isRefused() || !permissions_.hasListenEventAccess()) return notPermitted;
   auto receiver = std::make_shared<Receiver>(std::move(changed));
   receivers_.push_back(receiver);
-  return {0, std::make_unique<OpenManager>(std::move(receiver))};
+  return std::make_unique<OpenManager>(std::move(receiver));
 }
 
 void RoutedHIDKeyboards::tell(const HIDValue& value) {

@@ -12,12 +12,13 @@ namespace quillo::simulated {
 class RoutedHIDKeyboards final : public HIDKeyboards {
  public:
   // What opening gives without leave of the user.
-  static constexpr std::int32_t notPermitted = -536870174;
+  static constexpr HIDError notPermitted{-536870174};
 
   RoutedHIDKeyboards(KeyRoute route, const SwitchedPermissions& permissions)
       : route_(route), permissions_(permissions) {}
 
-  OpenResult open(std::function<void(const HIDValue&)> changed) override;
+  Result<std::unique_ptr<Manager>, HIDError> open(
+      std::function<void(const HIDValue&)> changed) override;
 
   void tell(const HIDValue& value);
 

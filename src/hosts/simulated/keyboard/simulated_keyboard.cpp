@@ -92,9 +92,9 @@ void SimulatedKeyboard::repeat(Key key) {
 
 // --- Posted keys ---
 
-bool SimulatedKeyboard::post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-                             std::int64_t userData) {
-  if (refusesPosts_) return false;
+Result<void, KeyPosterFailure> SimulatedKeyboard::post(std::int64_t keyCode, KeyDirection direction,
+                                                       std::uint64_t flags, std::int64_t userData) {
+  if (refusesPosts_) return KeyPosterFailure::unavailable;
   posted_.push_back({keyCode, direction, flags, userData, timeline_.now()});
   if (direction == KeyDirection::down)
     postedDown_.insert(keyCode);
@@ -113,7 +113,7 @@ bool SimulatedKeyboard::post(std::int64_t keyCode, KeyDirection direction, std::
     if (isShortcut) event.charactersIgnoringModifiers = charactersOf(keyCode, KeyboardLayout::us);
   }
   if (!isSecureInput_) send(event);
-  return true;
+  return {};
 }
 
 std::uint64_t SimulatedKeyboard::modifierFlags() const {

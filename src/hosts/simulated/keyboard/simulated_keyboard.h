@@ -35,8 +35,8 @@ class SimulatedKeyboard final : public KeyPoster, public KeyboardState {
       : timeline_(timeline), workspace_(workspace), routes_(routes) {}
 
   // Command with key code 9 pastes and with 8 copies, in whatever layout.
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override;
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override;
   std::uint64_t modifierFlags() const override;
   bool isSecureEventInputEnabled() const override { return isSecureInput_; }
 

@@ -19,10 +19,11 @@ class SwallowingEventTaps::OwnedTap final : public Tap {
   std::shared_ptr<State> state_;
 };
 
-std::unique_ptr<EventTaps::Tap> SwallowingEventTaps::createKeyDownTap(
+Result<std::unique_ptr<EventTaps::Tap>, EventTapFailure> SwallowingEventTaps::createKeyDownTap(
     std::function<TapVerdict(const KeyEvent&)> seen,
     std::function<void(TapInterruption)> interrupted) {
-  if (route_.isRefused() || !permissions_.hasListenEventAccess()) return nullptr;
+  if (route_.isRefused()) return EventTapFailure::notOffered;
+  if (!permissions_.hasListenEventAccess()) return EventTapFailure::notAllowed;
   auto state = std::make_shared<State>(State{std::move(seen), std::move(interrupted)});
   taps_.insert(taps_.begin(), state);
   return std::make_unique<OwnedTap>(std::move(state));

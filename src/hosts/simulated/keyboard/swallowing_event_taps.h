@@ -17,7 +17,7 @@ class SwallowingEventTaps final : public EventTaps {
                       const SwitchedPermissions& permissions)
       : mainThread_(mainThread), timeline_(timeline), route_(route), permissions_(permissions) {}
 
-  [[nodiscard]] std::unique_ptr<Tap> createKeyDownTap(
+  [[nodiscard]] Result<std::unique_ptr<Tap>, EventTapFailure> createKeyDownTap(
       std::function<TapVerdict(const KeyEvent&)> seen,
       std::function<void(TapInterruption)> interrupted) override;
 

@@ -75,7 +75,7 @@ struct ScriptedNetwork::Connections {
 
 // One request on its way, shared by the waiting task and the happenings that move it on.
 struct ScriptedNetwork::Exchange {
-  using Result = std::variant<URLResponse, URLErrorCode>;
+  using Outcome = Result<URLResponse, URLErrorCode>;
 
   Exchange(MainThread& mainThread, const URLSessionConfiguration& session, URLRequest made)
       : request(std::move(made)),
@@ -87,7 +87,7 @@ struct ScriptedNetwork::Exchange {
     if (totalLimit <= Duration::zero()) totalLimit = never;
   }
 
-  void finish(Timeline& timeline, Result result) {
+  void finish(Timeline& timeline, Outcome result) {
     for (const Timeline::Plan plan : plans) timeline.cancel(plan);
     plans.clear();
     done.deliver(std::move(result));
@@ -102,7 +102,7 @@ struct ScriptedNetwork::Exchange {
   MonotonicTime start;
   bool isSent = false;
   std::vector<Timeline::Plan> plans;
-  Completion<Result> done;
+  Completion<Outcome> done;
 };
 
 class ScriptedNetwork::Session final : public URLSession {
@@ -110,32 +110,34 @@ class ScriptedNetwork::Session final : public URLSession {
   Session(ScriptedNetwork& network, URLSessionConfiguration configuration)
       : network_(network), configuration_(configuration) {}
 
-  Task<URLResponse> data(URLRequest request) override {
+  Task<Result<URLResponse, URLError>> data(URLRequest request) override {
     return perform(network_, configuration_, connections_, std::move(request));
   }
 
  private:
   // Apart from the session, which may go before the reply comes.
-  static Task<URLResponse> perform(ScriptedNetwork& network, URLSessionConfiguration configuration,
-                                   std::shared_ptr<Connections> connections, URLRequest request) {
+  static Task<Result<URLResponse, URLError>> perform(ScriptedNetwork& network,
+                                                     URLSessionConfiguration configuration,
+                                                     std::shared_ptr<Connections> connections,
+                                                     URLRequest request) {
     const TaskContext context = co_await currentTask();
-    if (context.stopToken.stop_requested()) throwError(URLErrorCode::cancelled);
+    if (context.stopToken.stop_requested()) co_return error(URLErrorCode::cancelled);
     const auto address = parseAddress(request.url);
-    if (!address) throwError(URLErrorCode::badURL);
+    if (!address) co_return error(URLErrorCode::badURL);
     const auto exchange =
         std::make_shared<Exchange>(*context.mainThread, configuration, std::move(request));
     exchange->address = *address;
     exchange->connections = std::move(connections);
     network.begin(exchange);
     Timeline& timeline = network.timeline_;
-    Exchange::Result result = co_await awaitOrCancel(exchange->done, [exchange, &timeline] {
+    Exchange::Outcome result = co_await awaitOrCancel(exchange->done, [exchange, &timeline] {
       exchange->finish(timeline, URLErrorCode::cancelled);
     });
-    if (const auto* code = std::get_if<URLErrorCode>(&result)) throwError(*code);
-    co_return std::get<URLResponse>(std::move(result));
+    if (!result) co_return error(result.error());
+    co_return *std::move(result);
   }
 
-  [[noreturn]] static void throwError(URLErrorCode code) { throw URLError(code, messageOf(code)); }
+  static URLError error(URLErrorCode code) { return {code, messageOf(code)}; }
 
   ScriptedNetwork& network_;
   URLSessionConfiguration configuration_;
@@ -183,7 +185,7 @@ void ScriptedNetwork::send(const std::shared_ptr<Exchange>& exchange) {
                        request.body, timeline_.now()});
   const Duration connectTime = connect(*exchange);
 
-  const auto finishAfter = [&](Duration delay, Exchange::Result result, bool keepsConnection) {
+  const auto finishAfter = [&](Duration delay, Exchange::Outcome result, bool keepsConnection) {
     exchange->plans.push_back(
         timeline_.after(delay, [this, exchange, keepsConnection, result = std::move(result)] {
           if (keepsConnection)
@@ -194,7 +196,7 @@ void ScriptedNetwork::send(const std::shared_ptr<Exchange>& exchange) {
   // The whole request ends at its resource time-out, counted from its start.
   const Duration totalLeft = exchange->totalLimit - (timeline_.now() - exchange->start);
   const auto deliver = [&](Duration end, Duration longestGap, Duration gapEnd,
-                           Exchange::Result result, bool keepsConnection) {
+                           Exchange::Outcome result, bool keepsConnection) {
     const Duration idleEnd = longestGap > exchange->idleLimit ? gapEnd : never;
     const Duration timeOut = std::min(idleEnd, totalLeft);
     if (end <= timeOut && end < never)
@@ -202,7 +204,7 @@ void ScriptedNetwork::send(const std::shared_ptr<Exchange>& exchange) {
     else if (timeOut < never)
       finishAfter(timeOut, URLErrorCode::timedOut, false);
   };
-  const auto deliverBody = [&](const Reply& reply, double share, Exchange::Result result,
+  const auto deliverBody = [&](const Reply& reply, double share, Exchange::Outcome result,
                                bool keepsConnection) {
     const Duration firstByte = connectTime + reply.delay;
     const Duration gap =

@@ -27,8 +27,8 @@ Microphone* SimulatedAudioDevices::defaultMicrophone() const {
   return nullptr;
 }
 
-std::optional<std::vector<AudioDeviceID>> SimulatedAudioDevices::devices() const {
-  if (isListUnreadable_) return std::nullopt;
+Result<std::vector<AudioDeviceID>, AudioDevicesFailure> SimulatedAudioDevices::devices() const {
+  if (isListUnreadable_) return AudioDevicesFailure::noSoundSystem;
   std::vector<AudioDeviceID> ids;
   for (const auto& microphone : devices_) {
     if (microphone->isConnected()) ids.push_back(microphone->id());

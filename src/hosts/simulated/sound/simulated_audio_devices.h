@@ -15,7 +15,7 @@ class SimulatedAudioDevices final : public AudioDevices {
  public:
   explicit SimulatedAudioDevices(MainThread& mainThread);
 
-  std::optional<std::vector<AudioDeviceID>> devices() const override;
+  Result<std::vector<AudioDeviceID>, AudioDevicesFailure> devices() const override;
   std::optional<AudioDeviceID> defaultInputDevice() const override;
   std::optional<std::string> uid(AudioDeviceID device) const override;
   std::optional<std::string> name(AudioDeviceID device) const override;

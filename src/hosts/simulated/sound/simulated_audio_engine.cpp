@@ -9,8 +9,8 @@ SimulatedAudioEngine::~SimulatedAudioEngine() {
   setVoiceProcessingEnabled(false);
 }
 
-std::optional<std::string> SimulatedAudioEngine::setVoiceProcessingEnabled(bool enabled) {
-  if (enabled && faults_.voiceProcessingError) return faults_.voiceProcessingError;
+Result<void, Problem> SimulatedAudioEngine::setVoiceProcessingEnabled(bool enabled) {
+  if (enabled && faults_.voiceProcessingError) return Problem{*faults_.voiceProcessingError};
   if (enabled && !aggregate_)
     aggregate_ = &devices_.plug({.uid = "VPAUAggregateAudioDevice-0x1",
                                  .name = "VPAUAggregateAudioDevice-0x1",
@@ -20,14 +20,14 @@ std::optional<std::string> SimulatedAudioEngine::setVoiceProcessingEnabled(bool 
     aggregate_ = nullptr;
   }
   voiceProcessing_ = enabled;
-  return std::nullopt;
+  return {};
 }
 
-std::int32_t SimulatedAudioEngine::setInputDevice(AudioDeviceID device) {
-  if (faults_.setDeviceStatus != 0) return faults_.setDeviceStatus;
+Result<void, AudioEngineError> SimulatedAudioEngine::setInputDevice(AudioDeviceID device) {
+  if (faults_.setDeviceError) return *faults_.setDeviceError;
   if (!devices_.find(device)) return noSuchDevice;
   chosen_ = device;
-  return 0;
+  return {};
 }
 
 Microphone* SimulatedAudioEngine::microphone() const {
@@ -44,12 +44,12 @@ void SimulatedAudioEngine::installTap(std::size_t frames, Tap tap) {
   tap_ = std::make_shared<Tap>(std::move(tap));
 }
 
-std::optional<std::string> SimulatedAudioEngine::start() {
-  if (isRunning()) return std::nullopt;
+Result<void, Problem> SimulatedAudioEngine::start() {
+  if (isRunning()) return {};
   stop();
   Microphone* input = microphone();
-  if (!input || inputFormat().sampleRate <= 0) return "There is no input device.";
-  if (auto error = input->tryStart()) return error;
+  if (!input || inputFormat().sampleRate <= 0) return Problem{"There is no input device."};
+  if (auto error = input->tryStart()) return Problem{*std::move(error)};
   running_ = input;
   faults_.openInputs.push_back({this, input, voiceProcessing_});
   format_ = inputFormat();
@@ -57,7 +57,7 @@ std::optional<std::string> SimulatedAudioEngine::start() {
   firstFrameTime_ = timeline_.now() + input->firstBufferDelay();
   framesHeard_ = 0;
   planNextBuffer();
-  return std::nullopt;
+  return {};
 }
 
 void SimulatedAudioEngine::stop() {

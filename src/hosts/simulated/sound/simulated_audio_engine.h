@@ -26,28 +26,28 @@ class SimulatedAudioEngine final : public AudioEngine {
   // What the engines of one desktop have in common.
   struct Faults {
     std::optional<std::string> voiceProcessingError{};
-    // What setInputDevice() gives; 0 is success.
-    std::int32_t setDeviceStatus = 0;
+    // What setInputDevice() gives.
+    std::optional<AudioEngineError> setDeviceError{};
     // Of the engines that run.
     std::vector<OpenInput> openInputs{};
   };
   // What setInputDevice() gives for a device that is not there.
-  static constexpr std::int32_t noSuchDevice = -10851;
+  static constexpr AudioEngineError noSuchDevice{-10851};
 
   SimulatedAudioEngine(Timeline& timeline, SimulatedAudioDevices& devices, const Voice& voice,
                        Faults& faults)
       : timeline_(timeline), devices_(devices), voice_(voice), faults_(faults) {}
   ~SimulatedAudioEngine() override;
 
-  std::optional<std::string> setVoiceProcessingEnabled(bool enabled) override;
-  std::int32_t setInputDevice(AudioDeviceID device) override;
+  Result<void, Problem> setVoiceProcessingEnabled(bool enabled) override;
+  Result<void, AudioEngineError> setInputDevice(AudioDeviceID device) override;
   void reset() override {}
   AudioFormat inputFormat() const override;
   void connectInputToSilentMixer() override { isConnected_ = true; }
   void installTap(std::size_t frames, Tap tap) override;
   void removeTap() override { tap_ = nullptr; }
   void prepare() override {}
-  std::optional<std::string> start() override;
+  Result<void, Problem> start() override;
   void stop() override;
   bool isRunning() const override;
 

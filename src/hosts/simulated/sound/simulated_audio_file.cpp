@@ -55,14 +55,15 @@ SimulatedAudioFile::~SimulatedAudioFile() {
   flush();
 }
 
-bool SimulatedAudioFile::write(const AudioBuffer& buffer) {
+Result<void, AudioFileFailure> SimulatedAudioFile::write(const AudioBuffer& buffer) {
   framesWaiting_ += static_cast<std::int64_t>(buffer.frames());
   if (static_cast<double>(framesWaiting_) >= settings_.sampleRate) {
     const std::int64_t wholePackets = framesWaiting_ / framesPerPacket * framesPerPacket;
     framesWaiting_ -= wholePackets;
     addFragment(wholePackets);
   }
-  return flush();
+  if (!flush()) return AudioFileFailure::notWritten;
+  return {};
 }
 
 void SimulatedAudioFile::addFragment(std::int64_t frames) {

@@ -24,7 +24,7 @@ class SimulatedAudioFile final : public AudioFile {
   AudioFormat processingFormat() const override {
     return {settings_.sampleRate, settings_.channels};
   }
-  bool write(const AudioBuffer& buffer) override;
+  Result<void, AudioFileFailure> write(const AudioBuffer& buffer) override;
 
   // --- Driver ---
 

@@ -9,19 +9,21 @@ std::unique_ptr<AudioEngine> SimulatedAudioSystem::makeEngine() {
   return std::make_unique<SimulatedAudioEngine>(timeline_, devices_, voice_, engineFaults_);
 }
 
-std::unique_ptr<AudioFile> SimulatedAudioSystem::openForWriting(const FilePath& path,
-                                                                const AudioFileSettings& settings) {
-  if (filesLeft_ && (*filesLeft_)-- <= 0) return nullptr;
-  if (!files_.createEmpty(path)) return nullptr;
+Result<std::unique_ptr<AudioFile>, AudioFileFailure> SimulatedAudioSystem::openForWriting(
+    const FilePath& path, const AudioFileSettings& settings) {
+  if (filesLeft_ && (*filesLeft_)-- <= 0) return AudioFileFailure::notMade;
+  if (!files_.createEmpty(path)) return AudioFileFailure::notMade;
   auto file = SimulatedAudioFile::create(files_, path, settings);
-  if (!file) files_.remove(path);
-  return file;
+  if (file) return file;
+  files_.remove(path);
+  return AudioFileFailure::notMade;
 }
 
-std::unique_ptr<AudioConverter> SimulatedAudioSystem::makeConverter(AudioFormat from,
-                                                                    AudioFormat to) {
-  if (refusesConverters_) return nullptr;
-  return LinearAudioConverter::create(from, to);
+Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> SimulatedAudioSystem::makeConverter(
+    AudioFormat from, AudioFormat to) {
+  auto converter = refusesConverters_ ? nullptr : LinearAudioConverter::create(from, to);
+  if (!converter) return AudioConverterFailure::noConversion;
+  return converter;
 }
 
 }  // namespace quillo::simulated

@@ -18,9 +18,10 @@ class SimulatedAudioSystem final : public AudioSystem {
       : timeline_(timeline), devices_(devices), voice_(voice), files_(files) {}
 
   std::unique_ptr<AudioEngine> makeEngine() override;
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path,
-                                            const AudioFileSettings& settings) override;
-  std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override;
+  Result<std::unique_ptr<AudioFile>, AudioFileFailure> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) override;
+  Result<std::unique_ptr<AudioConverter>, AudioConverterFailure> makeConverter(
+      AudioFormat from, AudioFormat to) override;
 
   // --- Driver ---
 
@@ -28,8 +29,8 @@ class SimulatedAudioSystem final : public AudioSystem {
   void refuseVoiceProcessing(std::optional<std::string> error) {
     engineFaults_.voiceProcessingError = std::move(error);
   }
-  // Choosing a device fails with this status; 0 ends that.
-  void refuseDevice(std::int32_t status) { engineFaults_.setDeviceStatus = status; }
+  // Choosing a device fails with this error.
+  void refuseDevice(AudioEngineError error) { engineFaults_.setDeviceError = error; }
   // No file opens, or no converter is made, after so many more that do.
   void refuseFilesAfter(int count) { filesLeft_ = count; }
   void refuseConverters(bool refused) { refusesConverters_ = refused; }

@@ -66,6 +66,14 @@ const MemoryFileManager::Entry* MemoryFileManager::findFile(const FilePath& path
   return entry && !entry->isDirectory ? entry : nullptr;
 }
 
+Result<const MemoryFileManager::Entry*, FileFailure> MemoryFileManager::findReadable(
+    const FilePath& path) const {
+  const Entry* entry = find(path);
+  if (!entry) return FileFailure::absent;
+  if (entry->isDirectory || !isReadable(path)) return FileFailure::refused;
+  return entry;
+}
+
 bool MemoryFileManager::isDirectory(const FilePath& path) const {
   const Entry* entry = find(path);
   return entry && entry->isDirectory;
@@ -75,29 +83,35 @@ bool MemoryFileManager::isReadable(const FilePath& path) const {
   return unreadable_.empty() || !isCovered(path.lexically_normal(), unreadable_);
 }
 
-bool MemoryFileManager::isWritable(const FilePath& path) const {
-  if (!isDirectory(path.parent_path())) return false;
-  return unwritable_.empty() || !isCovered(path.lexically_normal(), unwritable_);
+Result<void, FileFailure> MemoryFileManager::checkWritable(const FilePath& path) const {
+  if (!isDirectory(path.parent_path())) return FileFailure::absent;
+  if (!unwritable_.empty() && isCovered(path.lexically_normal(), unwritable_))
+    return FileFailure::refused;
+  return {};
 }
 
 bool MemoryFileManager::exists(const FilePath& path) const {
   return find(path) != nullptr;
 }
 
-std::optional<std::int64_t> MemoryFileManager::size(const FilePath& path) const {
-  const Entry* file = isReadable(path) ? findFile(path) : nullptr;
-  return file ? std::optional(file->size()) : std::nullopt;
+Result<std::int64_t, FileFailure> MemoryFileManager::size(const FilePath& path) const {
+  const auto file = findReadable(path);
+  if (!file) return file.error();
+  return (*file)->size();
 }
 
-std::optional<Bytes> MemoryFileManager::read(const FilePath& path) const {
-  const Entry* file = isReadable(path) ? findFile(path) : nullptr;
-  return file ? std::optional(file->bytes) : std::nullopt;
+Result<Bytes, FileFailure> MemoryFileManager::read(const FilePath& path) const {
+  const auto file = findReadable(path);
+  if (!file) return file.error();
+  return (*file)->bytes;
 }
 
-std::vector<std::string> MemoryFileManager::list(const FilePath& directory) const {
-  std::vector<std::string> names;
-  if (!isReadable(directory)) return names;
+Result<std::vector<std::string>, FileFailure> MemoryFileManager::list(
+    const FilePath& directory) const {
+  if (!isReadable(directory)) return FileFailure::refused;
   const FilePath parent = (directory / "").lexically_normal().parent_path();
+  if (!isDirectory(parent)) return FileFailure::absent;
+  std::vector<std::string> names;
   for (const auto& [path, entry] : entries_) {
     if (path != parent && path.parent_path() == parent) names.push_back(path.filename().string());
   }
@@ -111,46 +125,53 @@ bool MemoryFileManager::take(std::int64_t growth) {
   return true;
 }
 
-bool MemoryFileManager::createDirectory(const FilePath& path) {
+Result<void, FileFailure> MemoryFileManager::createDirectory(const FilePath& path) {
   FilePath made;
   for (const FilePath& part : path.lexically_normal()) {
     made /= part;
     if (isDirectory(made)) continue;
-    if (exists(made) || !isWritable(made)) return false;
+    if (exists(made)) return FileFailure::refused;  // a file, where a directory is needed
+    if (const auto writable = checkWritable(made); !writable) return writable;
     entries_[made] = Entry{.isDirectory = true};
   }
-  return true;
+  return {};
 }
 
-bool MemoryFileManager::createEmpty(const FilePath& path) {
-  return !isDirectory(path) && writeAtomically(path, {});
+Result<void, FileFailure> MemoryFileManager::createEmpty(const FilePath& path) {
+  if (isDirectory(path)) return FileFailure::refused;
+  return writeAtomically(path, {});
 }
 
-bool MemoryFileManager::append(const FilePath& path, const Bytes& bytes) {
-  if (!findFile(path) || !isWritable(path)) return false;
+Result<void, FileFailure> MemoryFileManager::append(const FilePath& path, const Bytes& bytes) {
+  if (!findFile(path)) return FileFailure::absent;
+  if (const auto writable = checkWritable(path); !writable) return writable;
   const bool torn = std::exchange(tearNext_, false);
   const Bytes written = torn ? bytes.substr(0, bytes.size() / 2) : bytes;
-  if (!take(static_cast<std::int64_t>(written.size()))) return false;
+  if (!take(static_cast<std::int64_t>(written.size()))) return FileFailure::noRoom;
   entries_.at(path.lexically_normal()).bytes += written;
-  return !torn;
+  if (torn) return FileFailure::refused;
+  return {};
 }
 
-bool MemoryFileManager::writeAtomically(const FilePath& path, const Bytes& bytes) {
-  if (!isWritable(path) || isDirectory(path)) return false;
-  if (std::exchange(tearNext_, false)) return false;
+Result<void, FileFailure> MemoryFileManager::writeAtomically(const FilePath& path,
+                                                             const Bytes& bytes) {
+  if (const auto writable = checkWritable(path); !writable) return writable;
+  if (isDirectory(path) || std::exchange(tearNext_, false)) return FileFailure::refused;
   // Old and new contents exist beside each other until the rename.
-  if (!take(static_cast<std::int64_t>(bytes.size()))) return false;
+  if (!take(static_cast<std::int64_t>(bytes.size()))) return FileFailure::noRoom;
   Entry& file = entries_[path.lexically_normal()];
   freeBytes_ += file.size();
   file = Entry{.bytes = bytes};
-  return true;
+  return {};
 }
 
-bool MemoryFileManager::move(const FilePath& from, const FilePath& to) {
+Result<void, FileFailure> MemoryFileManager::move(const FilePath& from, const FilePath& to) {
   const FilePath source = from.lexically_normal();
   const FilePath target = to.lexically_normal();
-  if (!exists(source) || !isWritable(source) || !isWritable(target)) return false;
-  if (isAtOrBelow(target, source) || exists(target)) return false;
+  if (!exists(source)) return FileFailure::absent;
+  for (const FilePath& path : {source, target})
+    if (const auto writable = checkWritable(path); !writable) return writable;
+  if (isAtOrBelow(target, source) || exists(target)) return FileFailure::refused;
   std::map<FilePath, Entry> moved;
   for (auto& [path, entry] : entries_) {
     if (isAtOrBelow(path, source))
@@ -159,16 +180,18 @@ bool MemoryFileManager::move(const FilePath& from, const FilePath& to) {
   }
   std::erase_if(entries_, [&](const auto& item) { return isAtOrBelow(item.first, source); });
   entries_.merge(moved);
-  return true;
+  return {};
 }
 
-bool MemoryFileManager::remove(const FilePath& path) {
+Result<void, FileFailure> MemoryFileManager::remove(const FilePath& path) {
   const auto removed = entries_.find(path.lexically_normal());
-  if (removed == entries_.end() || !isWritable(path)) return false;
-  if (removed->second.isDirectory && !list(path).empty()) return false;
+  if (removed == entries_.end()) return FileFailure::absent;
+  if (const auto writable = checkWritable(path); !writable) return writable;
+  if (removed->second.isDirectory && list(path) != std::vector<std::string>())
+    return FileFailure::refused;
   freeBytes_ += removed->second.size();
   entries_.erase(removed);
-  return true;
+  return {};
 }
 
 void MemoryFileManager::heal(const FilePath& path) {

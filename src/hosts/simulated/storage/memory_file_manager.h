@@ -18,16 +18,16 @@ class MemoryFileManager final : public FileManager {
   FilePath temporaryDirectory() const override;
 
   bool exists(const FilePath& path) const override;
-  std::optional<std::int64_t> size(const FilePath& path) const override;
-  std::optional<Bytes> read(const FilePath& path) const override;
-  std::vector<std::string> list(const FilePath& directory) const override;
+  Result<std::int64_t, FileFailure> size(const FilePath& path) const override;
+  Result<Bytes, FileFailure> read(const FilePath& path) const override;
+  Result<std::vector<std::string>, FileFailure> list(const FilePath& directory) const override;
 
-  bool createDirectory(const FilePath& path) override;
-  bool createEmpty(const FilePath& path) override;
-  bool append(const FilePath& path, const Bytes& bytes) override;
-  bool writeAtomically(const FilePath& path, const Bytes& bytes) override;
-  bool move(const FilePath& from, const FilePath& to) override;
-  bool remove(const FilePath& path) override;
+  Result<void, FileFailure> createDirectory(const FilePath& path) override;
+  Result<void, FileFailure> createEmpty(const FilePath& path) override;
+  Result<void, FileFailure> append(const FilePath& path, const Bytes& bytes) override;
+  Result<void, FileFailure> writeAtomically(const FilePath& path, const Bytes& bytes) override;
+  Result<void, FileFailure> move(const FilePath& from, const FilePath& to) override;
+  Result<void, FileFailure> remove(const FilePath& path) override;
 
   // --- Driver ---
 
@@ -58,9 +58,10 @@ class MemoryFileManager final : public FileManager {
 
   const Entry* find(const FilePath& path) const;
   const Entry* findFile(const FilePath& path) const;
+  Result<const Entry*, FileFailure> findReadable(const FilePath& path) const;
   bool isReadable(const FilePath& path) const;
   // May something be made or changed at `path`: its directory stands and nothing forbids it.
-  bool isWritable(const FilePath& path) const;
+  Result<void, FileFailure> checkWritable(const FilePath& path) const;
   bool isDirectory(const FilePath& path) const;
   // False when there is no room for `growth` more bytes.
   bool take(std::int64_t growth);

@@ -2,53 +2,50 @@
 
 namespace quillo::simulated {
 
-KeychainStatus MemoryKeychain::obstacle(Operation operation, const Key& key) const {
+Result<void, KeychainError> MemoryKeychain::check(Operation operation, const Key& key) const {
   if (const auto refusal = refusals_.find(operation); refusal != refusals_.end())
     return refusal->second;
   const bool exists = items_.contains(key);
-  if (operation == Operation::add) return exists ? duplicateItem : KeychainStatus::success;
-  return exists ? KeychainStatus::success : KeychainStatus::itemNotFound;
+  if (operation == Operation::add && exists) return duplicateItem;
+  if (operation != Operation::add && !exists) return KeychainError::itemNotFound;
+  return {};
 }
 
-KeychainStatus MemoryKeychain::note(Operation operation, const Key& key, KeychainStatus status) {
-  calls_.push_back({operation, key.first, key.second, status});
-  return status;
-}
-
-Keychain::ReadResult MemoryKeychain::read(std::string_view service, std::string_view account) {
+Result<Bytes, KeychainError> MemoryKeychain::read(std::string_view service,
+                                                  std::string_view account) {
   const Key key(service, account);
-  const auto status = note(Operation::read, key, obstacle(Operation::read, key));
-  if (status != KeychainStatus::success) return {status, {}};
-  return {status, items_.at(key)};
+  if (const auto possible = check(Operation::read, key); !possible) return possible.error();
+  return items_.at(key);
 }
 
-KeychainStatus MemoryKeychain::update(std::string_view service, std::string_view account,
-                                      const Bytes& data) {
+Result<void, KeychainError> MemoryKeychain::update(std::string_view service,
+                                                   std::string_view account, const Bytes& data) {
   const Key key(service, account);
-  const auto status = note(Operation::update, key, obstacle(Operation::update, key));
-  if (status == KeychainStatus::success) items_[key] = data;
-  return status;
+  const auto possible = check(Operation::update, key);
+  if (possible) items_[key] = data;
+  return possible;
 }
 
-KeychainStatus MemoryKeychain::add(std::string_view service, std::string_view account,
-                                   const Bytes& data) {
+Result<void, KeychainError> MemoryKeychain::add(std::string_view service, std::string_view account,
+                                                const Bytes& data) {
   const Key key(service, account);
-  const auto status = note(Operation::add, key, obstacle(Operation::add, key));
-  if (status == KeychainStatus::success) items_[key] = data;
-  return status;
+  const auto possible = check(Operation::add, key);
+  if (possible) items_[key] = data;
+  return possible;
 }
 
-KeychainStatus MemoryKeychain::remove(std::string_view service, std::string_view account) {
+Result<void, KeychainError> MemoryKeychain::remove(std::string_view service,
+                                                   std::string_view account) {
   const Key key(service, account);
-  const auto status = note(Operation::remove, key, obstacle(Operation::remove, key));
-  if (status == KeychainStatus::success) items_.erase(key);
-  return status;
+  const auto possible = check(Operation::remove, key);
+  if (possible) items_.erase(key);
+  return possible;
 }
 
-void MemoryKeychain::refuse(KeychainStatus status) {
+void MemoryKeychain::refuse(KeychainError error) {
   for (const auto operation :
        {Operation::read, Operation::update, Operation::add, Operation::remove})
-    refusals_[operation] = status;
+    refusals_[operation] = error;
 }
 
 std::optional<Bytes> MemoryKeychain::item(std::string_view service,

@@ -34,28 +34,21 @@ std::string words(int error) {
 
 }  // namespace
 
-std::unique_ptr<FFmpegAudioFile> FFmpegAudioFile::create(const FilePath& path,
-                                                         const AudioFileSettings& settings,
-                                                         std::string& problem) {
-  if (settings.channels < 1 || settings.sampleRate < 1) {
-    problem = "there is no sound without a channel and a rate";
-    return nullptr;
-  }
+Result<std::unique_ptr<AudioFile>, Problem> FFmpegAudioFile::create(
+    const FilePath& path, const AudioFileSettings& settings) {
+  if (settings.channels < 1 || settings.sampleRate < 1)
+    return Problem{"there is no sound without a channel and a rate"};
   std::unique_ptr<FFmpegAudioFile> made(new FFmpegAudioFile(settings));
   const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC;
   made->file_ = FileDescriptor(::open(path.c_str(), flags, privateFile));
-  if (!made->file_) {
-    problem = std::strerror(errno);
-    return nullptr;
-  }
+  if (!made->file_) return Problem{std::strerror(errno)};
   int error = made->openEncoder();
   if (error >= 0) error = made->openMuxer();
   if (error >= 0 && !made->flushFragments()) error = AVERROR(errno);
   if (error >= 0) return made;
-  problem = words(error);
   made.reset();
   ::unlink(path.c_str());
-  return nullptr;
+  return Problem{words(error)};
 }
 
 FFmpegAudioFile::FFmpegAudioFile(const AudioFileSettings& settings)
@@ -121,15 +114,16 @@ int FFmpegAudioFile::openMuxer() {
   return error;
 }
 
-bool FFmpegAudioFile::write(const AudioBuffer& buffer) {
-  if (buffer.format() != processingFormat()) return false;
+Result<void, AudioFileFailure> FFmpegAudioFile::write(const AudioBuffer& buffer) {
+  if (buffer.format() != processingFormat()) return AudioFileFailure::notWritten;
   for (int channel = 0; channel < settings_.channels; ++channel) {
     auto& samples = queued_[static_cast<std::size_t>(channel)];
     samples.insert(samples.end(), buffer.channel(channel),
                    buffer.channel(channel) + buffer.frames());
   }
   const bool isEncoded = encodeQueued(Rest::waits) >= 0;
-  return flushFragments() && isEncoded;
+  if (!flushFragments() || !isEncoded) return AudioFileFailure::notWritten;
+  return {};
 }
 
 int FFmpegAudioFile::encodeQueued(Rest rest) {

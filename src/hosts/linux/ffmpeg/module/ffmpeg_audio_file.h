@@ -24,15 +24,13 @@ namespace quillo::linux_host {
 // room.
 class FFmpegAudioFile final : public AudioFile {
  public:
-  // Null when the file or its encoder cannot be made; `problem` says why, and there is no file
-  // then.
-  static std::unique_ptr<FFmpegAudioFile> create(const FilePath& path,
-                                                 const AudioFileSettings& settings,
-                                                 std::string& problem);
+  // When the file or its encoder cannot be made, there is no file.
+  static Result<std::unique_ptr<AudioFile>, Problem> create(const FilePath& path,
+                                                            const AudioFileSettings& settings);
   ~FFmpegAudioFile() override;
 
   AudioFormat processingFormat() const override;
-  bool write(const AudioBuffer& buffer) override;
+  Result<void, AudioFileFailure> write(const AudioBuffer& buffer) override;
 
  private:
   explicit FFmpegAudioFile(const AudioFileSettings& settings);

@@ -15,9 +15,9 @@ class FFmpegCodecs final : public AudioCodecs {
   // The libraries would write their statistics to standard error.
   FFmpegCodecs() { av_log_set_level(AV_LOG_ERROR); }
 
-  std::unique_ptr<AudioFile> openForWriting(const FilePath& path, const AudioFileSettings& settings,
-                                            std::string& problem) override {
-    return FFmpegAudioFile::create(path, settings, problem);
+  Result<std::unique_ptr<AudioFile>, Problem> openForWriting(
+      const FilePath& path, const AudioFileSettings& settings) override {
+    return FFmpegAudioFile::create(path, settings);
   }
   std::unique_ptr<AudioConverter> makeConverter(AudioFormat from, AudioFormat to) override {
     return SwresampleConverter::create(from, to);

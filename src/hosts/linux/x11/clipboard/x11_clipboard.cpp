@@ -82,10 +82,10 @@ void X11Clipboard::submit(std::function<void()> command) {
   eventfd_write(wake_.get(), 1);
 }
 
-template <class Result>
-Result X11Clipboard::ask(std::function<Result()> work, Result otherwise) {
-  const auto promise = std::make_shared<std::promise<Result>>();
-  std::future<Result> result = promise->get_future();
+template <class Answer>
+Answer X11Clipboard::ask(std::function<Answer()> work, Answer otherwise) {
+  const auto promise = std::make_shared<std::promise<Answer>>();
+  std::future<Answer> result = promise->get_future();
   submit([promise, work = std::move(work)] { promise->set_value(work()); });
   return result.wait_for(serverPatience) == std::future_status::ready ? result.get() : otherwise;
 }

@@ -80,8 +80,8 @@ class X11Clipboard {
   X11Clipboard(std::unique_ptr<X11Connection> connection, FileDescriptor wake);
 
   // --- The caller's side ---
-  template <class Result>
-  Result ask(std::function<Result()> work, Result otherwise);
+  template <class Answer>
+  Answer ask(std::function<Answer()> work, Answer otherwise);
   void submit(std::function<void()> command);
 
   // --- The thread's side ---

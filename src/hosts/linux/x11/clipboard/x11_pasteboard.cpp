@@ -41,21 +41,22 @@ class ReadContents final : public PasteboardContents {
     result.insert(result.end(), missing_.begin(), missing_.end());
     return result;
   }
-  std::optional<Bytes> data(std::size_t item, std::string_view type) const override {
-    if (item != 0) return std::nullopt;
+  Result<Bytes, PasteboardFailure> data(std::size_t item, std::string_view type) const override {
+    if (item != 0) return PasteboardFailure::absent;
     for (const auto& [name, bytes] : representations_) {
       if (name == type) return bytes;
     }
     const bool isMissing = std::ranges::find(missing_, type) != missing_.end();
-    return isMissing ? lateData() : std::nullopt;
+    return isMissing ? lateData() : PasteboardFailure::absent;
   }
 
  private:
-  std::optional<Bytes> lateData() const {
+  Result<Bytes, PasteboardFailure> lateData() const {
     if (lastForm_.valid() && lastForm_.wait_for(clipboardPatience) == std::future_status::ready) {
       if (auto form = lastForm_.get()) lastData_ = std::move(form->bytes);
     }
-    return lastData_;
+    if (!lastData_) return PasteboardFailure::noAnswer;
+    return *lastData_;
   }
 
   PasteboardRepresentations representations_;
@@ -71,13 +72,19 @@ std::unique_ptr<PasteboardContents> X11Pasteboard::contents() const {
       clipboard_.read(SelectionReader::Wanted::everything, everythingLimits));
 }
 
-bool X11Pasteboard::writeItems(const std::vector<PasteboardItem>& items) {
-  return clipboard_.setContent(items.empty() ? SelectionContent()
-                                             : selectionContent(items.front()));
+Result<void, PasteboardFailure> X11Pasteboard::writeItems(
+    const std::vector<PasteboardItem>& items) {
+  const bool isOurs =
+      clipboard_.setContent(items.empty() ? SelectionContent() : selectionContent(items.front()));
+  if (!isOurs) return PasteboardFailure::notOwner;
+  return {};
 }
 
-std::optional<std::string> X11Pasteboard::string() const {
-  return plainText(clipboard_.read(SelectionReader::Wanted::plainText, textLimits).content);
+Result<std::string, PasteboardFailure> X11Pasteboard::string() const {
+  const auto reading = clipboard_.read(SelectionReader::Wanted::plainText, textLimits);
+  if (auto text = plainText(reading.content)) return *std::move(text);
+  return reading.outcome == ClipboardReading::Outcome::timedOut ? PasteboardFailure::noAnswer
+                                                                : PasteboardFailure::absent;
 }
 
 }  // namespace quillo::linux_host

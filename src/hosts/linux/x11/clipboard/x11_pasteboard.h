@@ -21,9 +21,9 @@ class X11Pasteboard final : public Pasteboard {
   std::int64_t changeCount() const override { return clipboard_.changeCount(); }
   std::unique_ptr<PasteboardContents> contents() const override;
   void clearContents() override { clipboard_.takeOwnership(); }
-  bool writeItems(const std::vector<PasteboardItem>& items) override;
+  Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override;
   // Reads the text alone.
-  std::optional<std::string> string() const override;
+  Result<std::string, PasteboardFailure> string() const override;
 
  private:
   X11Clipboard& clipboard_;

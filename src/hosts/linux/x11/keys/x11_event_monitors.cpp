@@ -88,7 +88,7 @@ class LocalMonitor final : public QObject {
 
 }  // namespace
 
-std::shared_ptr<void> X11EventMonitors::addGlobalMonitor(
+Result<std::shared_ptr<void>, EventMonitorFailure> X11EventMonitors::addGlobalMonitor(
     KeyEvent::Type type, std::function<void(const KeyEvent&)> seen) {
   using Seen = std::function<void(const KeyEvent&)>;
   struct Monitor {
@@ -109,7 +109,7 @@ std::shared_ptr<void> X11EventMonitors::addGlobalMonitor(
   return monitor;
 }
 
-std::shared_ptr<void> X11EventMonitors::addLocalMonitor(
+Result<std::shared_ptr<void>, EventMonitorFailure> X11EventMonitors::addLocalMonitor(
     KeyEvent::Type type, std::function<TapVerdict(const KeyEvent&)> seen) {
   return std::make_shared<LocalMonitor>(keyboard_, type, std::move(seen));
 }

@@ -19,10 +19,10 @@ class X11EventMonitors final : public EventMonitors {
   X11EventMonitors(MainThread& mainThread, X11Keyboard& keyboard)
       : mainThread_(mainThread), keyboard_(keyboard) {}
 
-  std::shared_ptr<void> addGlobalMonitor(KeyEvent::Type type,
-                                         std::function<void(const KeyEvent&)> seen) override;
-  std::shared_ptr<void> addLocalMonitor(KeyEvent::Type type,
-                                        std::function<TapVerdict(const KeyEvent&)> seen) override;
+  Result<std::shared_ptr<void>, EventMonitorFailure> addGlobalMonitor(
+      KeyEvent::Type type, std::function<void(const KeyEvent&)> seen) override;
+  Result<std::shared_ptr<void>, EventMonitorFailure> addLocalMonitor(
+      KeyEvent::Type type, std::function<TapVerdict(const KeyEvent&)> seen) override;
 
  private:
   MainThread& mainThread_;

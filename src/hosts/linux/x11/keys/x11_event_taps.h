@@ -10,9 +10,9 @@ namespace quillo::linux_host {
 // declined, and registered hot keys serve.
 class X11EventTaps final : public EventTaps {
  public:
-  std::unique_ptr<Tap> createKeyDownTap(std::function<TapVerdict(const KeyEvent&)>,
-                                        std::function<void(TapInterruption)>) override {
-    return nullptr;
+  Result<std::unique_ptr<Tap>, EventTapFailure> createKeyDownTap(
+      std::function<TapVerdict(const KeyEvent&)>, std::function<void(TapInterruption)>) override {
+    return EventTapFailure::notOffered;
   }
 };
 

@@ -28,7 +28,8 @@ std::optional<HIDValue> valueOf(const KeyChange& change, X11Keymap& keymap) {
 
 }  // namespace
 
-HIDKeyboards::OpenResult X11HIDKeyboards::open(std::function<void(const HIDValue&)> changed) {
+Result<std::unique_ptr<HIDKeyboards::Manager>, HIDError> X11HIDKeyboards::open(
+    std::function<void(const HIDValue&)> changed) {
   auto manager = std::make_unique<OpenManager>();
   manager->changed = std::make_shared<Changed>(std::move(changed));
   manager->subscription = keyboard_.observeKeys(
@@ -40,7 +41,7 @@ HIDKeyboards::OpenResult X11HIDKeyboards::open(std::function<void(const HIDValue
           if (const auto callback = weak.lock()) (*callback)(value);
         });
       });
-  return {0, std::move(manager)};
+  return manager;
 }
 
 }  // namespace quillo::linux_host

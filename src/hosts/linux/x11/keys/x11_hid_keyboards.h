@@ -15,7 +15,8 @@ class X11HIDKeyboards final : public HIDKeyboards {
   X11HIDKeyboards(MainThread& mainThread, X11Keyboard& keyboard)
       : mainThread_(mainThread), keyboard_(keyboard) {}
 
-  OpenResult open(std::function<void(const HIDValue&)> changed) override;
+  Result<std::unique_ptr<Manager>, HIDError> open(
+      std::function<void(const HIDValue&)> changed) override;
 
  private:
   MainThread& mainThread_;

@@ -14,7 +14,7 @@ namespace quillo::linux_host {
 namespace {
 
 // "Invalid parameter" in the numbering that the callers log.
-constexpr auto invalidParameter = static_cast<HotKeys::Status>(-50);
+constexpr auto invalidParameter = static_cast<HotKeyError>(-50);
 
 // More keys than go down between an event and its handling.
 constexpr std::size_t rememberedPresses = 64;
@@ -69,24 +69,23 @@ X11HotKeys::~X11HotKeys() {
   giveKeyboardBack();
 }
 
-HotKeys::Registration X11HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                 std::function<void()> pressed) {
+Result<std::shared_ptr<void>, HotKeyError> X11HotKeys::registerHotKey(
+    std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> pressed) {
   const auto keycode = keycodeAtPosition(keyCode);
   const auto mask = maskOf(modifiers);
-  if (!keycode || !mask) return {invalidParameter, nullptr};
+  if (!keycode || !mask) return invalidParameter;
   Chord chord{*keycode, modifiers, *mask,
               std::make_shared<std::function<void()>>(std::move(pressed))};
   // The server lets one program grab a chord twice.
-  if (isRegistered(chord.keycode, chord.mask)) return {Status::alreadyTaken, nullptr};
-  const Status status = grab(chord);
-  if (status != Status::success) return {status, nullptr};
+  if (isRegistered(chord.keycode, chord.mask)) return HotKeyError::alreadyTaken;
+  if (const auto grabbed = grab(chord); !grabbed) return grabbed.error();
 
   const ChordId id = nextId_++;
   chords_.emplace(id, std::move(chord));
   std::shared_ptr<void> token(this, [id, hotKeys = std::weak_ptr<void>(alive_)](X11HotKeys* owner) {
     if (!hotKeys.expired()) owner->unregister(id);
   });
-  return {Status::success, std::move(token)};
+  return token;
 }
 
 std::optional<std::uint16_t> X11HotKeys::maskOf(std::uint32_t modifiers) const {
@@ -105,22 +104,22 @@ bool X11HotKeys::isRegistered(xcb_keycode_t keycode, std::uint16_t mask) const {
   });
 }
 
-HotKeys::Status X11HotKeys::grab(const Chord& chord) {
-  if (!isFreeForInputExtension(chord)) return Status::alreadyTaken;
+Result<void, HotKeyError> X11HotKeys::grab(const Chord& chord) {
+  if (!isFreeForInputExtension(chord)) return HotKeyError::alreadyTaken;
   std::vector<xcb_void_cookie_t> requests;
   for (const std::uint16_t mask : withLocks(chord.mask, masks_)) {
     requests.push_back(xcb_grab_key_checked(connection_.get(), 0, connection_.root(), mask,
                                             chord.keycode, XCB_GRAB_MODE_ASYNC,
                                             XCB_GRAB_MODE_ASYNC));
   }
-  Status status = Status::success;
+  Result<void, HotKeyError> grabbed;
   for (const xcb_void_cookie_t& request : requests) {
     std::uint8_t error = 0;
     if (connection_.succeeded(request, &error)) continue;
-    status = error == XCB_ACCESS ? Status::alreadyTaken : invalidParameter;
+    grabbed = error == XCB_ACCESS ? HotKeyError::alreadyTaken : invalidParameter;
   }
-  if (status != Status::success) ungrab(chord);
-  return status;
+  if (!grabbed) ungrab(chord);
+  return grabbed;
 }
 
 bool X11HotKeys::isFreeForInputExtension(const Chord& chord) {
@@ -283,7 +282,7 @@ void X11HotKeys::layoutChanged() {
   for (auto& [id, chord] : chords_) {
     const auto mask = maskOf(chord.modifiers);
     if (mask) chord.mask = *mask;
-    if (!mask || grab(chord) != Status::success) {
+    if (!mask || !grab(chord)) {
       log_.log("hotkey",
                "a shortcut is not free in the new keyboard layout id=" + std::to_string(id));
     }

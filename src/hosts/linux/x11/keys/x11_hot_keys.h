@@ -33,8 +33,9 @@ class X11HotKeys final : public HotKeys {
              X11Keyboard& keyboard, Log& log);
   ~X11HotKeys() override;
 
-  Registration registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
-                              std::function<void()> pressed) override;
+  Result<std::shared_ptr<void>, HotKeyError> registerHotKey(std::uint32_t keyCode,
+                                                            std::uint32_t modifiers,
+                                                            std::function<void()> pressed) override;
 
   // Synthetic keys reach the focused application from now on, also while the user holds a chord
   // whose key has been let go for them: it repeats no more.
@@ -60,7 +61,7 @@ class X11HotKeys final : public HotKeys {
 
   // The layout has no key for one of the modifiers: nothing.
   std::optional<std::uint16_t> maskOf(std::uint32_t modifiers) const;
-  Status grab(const Chord& chord);
+  Result<void, HotKeyError> grab(const Chord& chord);
   bool isRegistered(xcb_keycode_t keycode, std::uint16_t mask) const;
   bool isFreeForInputExtension(const Chord& chord);
   void ungrab(const Chord& chord);

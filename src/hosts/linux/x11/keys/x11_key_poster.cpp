@@ -10,13 +10,10 @@
 namespace quillo::linux_host {
 namespace {
 
-constexpr std::int64_t keyCodeV = 9;
-constexpr std::int64_t keyCodeC = 8;
-
 // Where these keys lie when the layout does not name them.
-constexpr xcb_keycode_t leftControlKeycode = 37;
-constexpr xcb_keycode_t leftShiftKeycode = 50;
-constexpr xcb_keycode_t insertKeycode = 118;
+constexpr xcb_keycode_t leftControlKeycode = keycodeAtPosition(codeOf(Key::control)).value();
+constexpr xcb_keycode_t leftShiftKeycode = keycodeAtPosition(codeOf(Key::shift)).value();
+constexpr xcb_keycode_t insertKeycode = keycodeAtPosition(codeOf(Key::insert)).value();
 
 bool contains(const std::vector<xcb_keycode_t>& keycodes, xcb_keycode_t keycode) {
   return std::find(keycodes.begin(), keycodes.end(), keycode) != keycodes.end();
@@ -31,9 +28,9 @@ X11KeyPoster::X11KeyPoster(X11Connection& connection, X11Keyboard& keyboard, X11
       hotKeys_(hotKeys),
       desktop_(std::move(desktop)) {}
 
-bool X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-                        std::int64_t userData) {
-  if (connection_.isBroken()) return false;
+Result<void, KeyPosterFailure> X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction,
+                                                  std::uint64_t flags, std::int64_t userData) {
+  if (connection_.isBroken()) return KeyPosterFailure::unavailable;
   const PostedKey key{keyCode, flags, userData};
   bool isPosted = true;
   if (keyCode == codeOf(Key::command)) {
@@ -47,7 +44,8 @@ bool X11KeyPoster::post(std::int64_t keyCode, KeyDirection direction, std::uint6
     isPosted = release(key);
   }
   connection_.flush();
-  return isPosted;
+  if (!isPosted) return KeyPosterFailure::noSuchKey;
+  return {};
 }
 
 bool X11KeyPoster::press(const PostedKey& key) {
@@ -116,8 +114,8 @@ void X11KeyPoster::releaseModifiers(const Chord& chord, const PostedKey& command
 }
 
 std::optional<X11KeyPoster::Chord> X11KeyPoster::chordFor(std::int64_t keyCode) const {
-  if (keyCode == keyCodeV) return pasteChord();
-  if (keyCode == keyCodeC) return copyChord();
+  if (keyCode == codeOf(Key::v)) return pasteChord();
+  if (keyCode == codeOf(Key::c)) return copyChord();
   const auto keycode = keycodeAtPosition(keyCode);
   if (!keycode) return std::nullopt;
   return Chord{{keycodeOf(XKB_KEY_Control_L, leftControlKeycode)}, *keycode};

@@ -36,8 +36,8 @@ class X11KeyPoster final : public KeyPoster {
   X11KeyPoster(X11Connection& connection, X11Keyboard& keyboard, X11HotKeys& hotKeys,
                Desktop desktop);
 
-  bool post(std::int64_t keyCode, KeyDirection direction, std::uint64_t flags,
-            std::int64_t userData) override;
+  Result<void, KeyPosterFailure> post(std::int64_t keyCode, KeyDirection direction,
+                                      std::uint64_t flags, std::int64_t userData) override;
 
  private:
   enum class Selection { clipboard, primary };

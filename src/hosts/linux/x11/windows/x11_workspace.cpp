@@ -50,16 +50,16 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const {
   return application;
 }
 
-bool X11Workspace::activate(const RunningApplication& application) {
+Result<void, WorkspaceFailure> X11Workspace::activate(const RunningApplication& application) {
   auto window = static_cast<xcb_window_t>(application.window);
   if (window == XCB_WINDOW_NONE || !windows_.exists(window)) {
-    if (application.processIdentifier == 0) return false;
+    if (application.processIdentifier == 0) return WorkspaceFailure::nothingToShow;
     const auto other = windows_.windowOf(application.processIdentifier);
-    if (!other) return false;
+    if (!other) return WorkspaceFailure::nothingToShow;
     window = *other;
   }
   windows_.activate(window);
-  return true;
+  return {};
 }
 
 bool X11Workspace::isTerminated(const RunningApplication& application) const {

@@ -23,7 +23,7 @@ class X11Workspace final : public Workspace {
                std::optional<std::string> ownBundleIdentifier);
 
   std::optional<RunningApplication> frontmostApplication() const override;
-  bool activate(const RunningApplication& application) override;
+  Result<void, WorkspaceFailure> activate(const RunningApplication& application) override;
   bool isTerminated(const RunningApplication& application) const override;
   std::shared_ptr<void> observeActivation(
       std::function<void(const RunningApplication&)> activated) override;
