@@ -1,6 +1,7 @@
 // This program, as the desktop sees it.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,6 +30,8 @@ class Application {
   virtual void setAppearance(Appearance appearance) = 0;
   virtual void activateIgnoringOtherApps() = 0;
   virtual bool hasVisibleWindows() const = 0;
+  // Its process.
+  virtual std::int32_t processIdentifier() const = 0;
   // Orders every window that can be the main one to the front.
   virtual void orderMainWindowsFront() = 0;
   // Ends the program in a later turn, through the terminate callback.

@@ -66,6 +66,8 @@ class Content {
   virtual std::vector<Control> controls() const { return {}; }
   // False while keys may still arrive that the user meant for another window; they are dropped.
   virtual bool acceptsKeys() const { return true; }
+  // The pointer has come into the panel, or has left it.
+  virtual void setHovered(bool /*isHovered*/) {}
 };
 
 inline std::optional<Control> controlWithId(const Content& content, std::string_view id) {

@@ -33,6 +33,8 @@ class Panel {
 
   virtual Rect frame() const = 0;
   virtual void setFrameOrigin(Point bottomLeft) = 0;
+  // The same, smoothly; a later call of either takes its place.
+  virtual void animateFrameOrigin(Point bottomLeft, Duration duration) = 0;
   // The bottom left corner stays where it is.
   virtual void setContentSize(Size size) = 0;
   // What the content needs to be shown whole.

@@ -1,6 +1,6 @@
 // quillo-keys MILLISECONDS KEY...: a person presses the keys one after the other, holds them for
 // that long and lets them go in the reverse order. Keys: control option command shift space return
-// s v
+// escape left right home end a e s v
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -18,14 +18,11 @@ using quillo::Key;
 using quillo::KeyDirection;
 
 const std::map<std::string_view, Key> keyCodes = {
-    {"control", Key::control},
-    {"option", Key::option},
-    {"command", Key::command},
-    {"shift", Key::shift},
-    {"space", Key::space},
-    {"return", Key::returnKey},
-    {"s", Key::s},
-    {"v", Key::v},
+    {"control", Key::control}, {"option", Key::option},   {"command", Key::command},
+    {"shift", Key::shift},     {"space", Key::space},     {"return", Key::returnKey},
+    {"escape", Key::escape},   {"left", Key::left},       {"right", Key::right},
+    {"home", Key::home},       {"end", Key::end},         {"a", Key::a},
+    {"e", Key::e},             {"s", Key::s},             {"v", Key::v},
 };
 
 void press(const std::vector<Key>& keys, std::chrono::milliseconds hold) {

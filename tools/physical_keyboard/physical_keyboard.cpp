@@ -18,8 +18,9 @@ using linux_host::X11Connection;
 // X keyboards pass Fn on, if at all, under this code.
 constexpr xcb_keycode_t functionKeycode = 151;
 
-// 0 when the server has none.
-std::uint8_t keyboardOf(X11Connection& connection) {
+}  // namespace
+
+std::uint8_t physicalDevice(X11Connection& connection, std::uint16_t type) {
   owned(xcb_input_xi_query_version_reply(
       connection.get(), xcb_input_xi_query_version(connection.get(), 2, 2), nullptr));
   const auto devices = owned(xcb_input_xi_query_device_reply(
@@ -29,18 +30,16 @@ std::uint8_t keyboardOf(X11Connection& connection) {
   for (auto device = xcb_input_xi_query_device_infos_iterator(devices.get()); device.rem > 0;
        xcb_input_xi_device_info_next(&device)) {
     const std::string name(xcb_input_xi_device_info_name(device.data), device.data->name_len);
-    if (device.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD &&
-        name.find("XTEST") == std::string::npos) {
+    if (device.data->type == type && name.find("XTEST") == std::string::npos) {
       return static_cast<std::uint8_t>(device.data->deviceid);
     }
   }
   return 0;
 }
 
-}  // namespace
-
 PhysicalKeyboard::PhysicalKeyboard(X11Connection& connection)
-    : connection_(connection), device_(keyboardOf(connection)) {
+    : connection_(connection),
+      device_(physicalDevice(connection, XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD)) {
   if (device_ == 0) throw std::runtime_error("the server has no keyboard");
   firstEvent_ = connection.extension(&xcb_input_id)->first_event;
 }

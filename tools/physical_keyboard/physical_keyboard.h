@@ -12,6 +12,9 @@
 
 namespace quillo {
 
+// The server's own device of this type (of XInput), and not XTest's; 0 when there is none.
+std::uint8_t physicalDevice(linux_host::X11Connection& connection, std::uint16_t type);
+
 // The server's own keyboard. Programs tell its keys from those of XTest's keyboard, which are
 // synthetic to them; and a key that it holds down stays down whatever synthetic keys do. For one
 // thread, that of its connection; throws std::runtime_error when the server has no keyboard or

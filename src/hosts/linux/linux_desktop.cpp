@@ -26,10 +26,13 @@ LinuxDesktop::LinuxDesktop(LinuxGround& ground, Log& log, BundleInformation bund
                    {.canPostKeys = [] { return true; }, .canSeeKeys = [] { return true; }}),
       desktopWindows_(*x11_),
       accessibility_(ground.mainThread, log, desktopWindows_),
+      pointer_([this] { return x11_->pressedMouseButtons(); }),
       windows_(views, userDefaults_, screens_),
       application_(bundle, ground.mainThread, &windows_),
       panels_(views),
       statusItem_(views),
-      loginItem_(configFolder(ground) / "autostart", bundle.bundlePath) {}
+      loginItem_(configFolder(ground) / "autostart", bundle.bundlePath),
+      services_({.readSelection = [this] { return x11_->selectedText(); },
+                 .activate = [this] { application_.reopen(); }}) {}
 
 }  // namespace quillo::linux_host

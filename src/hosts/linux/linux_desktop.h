@@ -15,7 +15,9 @@
 #include "hosts/linux/qt/qt_alerts.h"
 #include "hosts/linux/qt/qt_application.h"
 #include "hosts/linux/qt/qt_panels.h"
+#include "hosts/linux/qt/qt_pointer.h"
 #include "hosts/linux/qt/qt_screens.h"
+#include "hosts/linux/qt/qt_services.h"
 #include "hosts/linux/qt/qt_status_item.h"
 #include "hosts/linux/qt/qt_windows.h"
 #include "hosts/linux/session/autostart_login_item.h"
@@ -59,6 +61,8 @@ class LinuxDesktop {
   HIDKeyboards& hidKeyboards() { return x11_->hidKeyboards(); }
   KeyPoster& keyPoster() { return x11_->keyPoster(); }
   KeyboardState& keyboardState() { return x11_->keyboardState(); }
+  MouseMonitors& mouseMonitors() { return x11_->mouseMonitors(); }
+  Pointer& pointer() { return pointer_; }
   Pasteboard& pasteboard() { return x11_->pasteboard(); }
   AtspiAccessibility& accessibility() { return accessibility_; }
   QtApplication& application() { return application_; }
@@ -69,6 +73,7 @@ class LinuxDesktop {
   Alerts& alerts() { return alerts_; }
   LoginItem& loginItem() { return loginItem_; }
   DesktopSession& session() { return session_; }
+  Services& services() { return services_; }
 
  private:
   LinuxGround& ground_;
@@ -86,6 +91,7 @@ class LinuxDesktop {
   X11DesktopWindows desktopWindows_;
   AtspiAccessibility accessibility_;
   QtScreens screens_;
+  QtPointer pointer_;
   QtWindows windows_;
   QtApplication application_;
   QtPanels panels_;
@@ -93,6 +99,7 @@ class LinuxDesktop {
   QtAlerts alerts_{panels_, screens_};
   AutostartLoginItem loginItem_;
   LinuxSession session_;
+  QtServices services_;
 };
 
 }  // namespace quillo::linux_host

@@ -12,7 +12,8 @@ SimulatedDesktop::SimulatedDesktop(std::uint64_t seed)
       eventTaps_(mainThread_, timeline_, route("event tap"), permissions_),
       eventMonitors_(route("global monitors"), route("local monitors"), permissions_),
       hidKeyboards_(route("HID"), permissions_),
-      keyboard_(timeline_, workspace_, {eventTaps_, hotKeys_, eventMonitors_, hidKeyboards_}) {
+      keyboard_(timeline_, workspace_, {eventTaps_, hotKeys_, eventMonitors_, hidKeyboards_}),
+      pointer_(route("mouse"), workspace_, screens_, panels_) {
   connectApplication();
 }
 
@@ -29,6 +30,7 @@ void SimulatedDesktop::connectApplication() {
   application_.setWindows({.hasVisible = [this] { return windows_.hasVisible(); },
                            .orderFront = [this] { windows_.orderFront(); }});
   application_.setActivate([this] { workspace_.activate(workspace_.self().identity()); });
+  application_.setProcessIdentifier(workspace_.self().process());
   ownActivation_ = workspace_.observeActivation([this](const RunningApplication& activated) {
     if (activated == workspace_.self().identity()) application_.becomeActive();
   });

@@ -30,6 +30,7 @@
 #include "hosts/simulated/desktop/recorded_system_log.h"
 #include "hosts/simulated/desktop/scripted_login_item.h"
 #include "hosts/simulated/desktop/scripted_machine.h"
+#include "hosts/simulated/desktop/scripted_services.h"
 #include "hosts/simulated/desktop/scripted_session.h"
 #include "hosts/simulated/desktop/shared_pasteboard.h"
 #include "hosts/simulated/desktop/simulated_workspace.h"
@@ -40,6 +41,7 @@
 #include "hosts/simulated/keyboard/simulated_keyboard.h"
 #include "hosts/simulated/keyboard/swallowing_event_taps.h"
 #include "hosts/simulated/network/scripted_network.h"
+#include "hosts/simulated/pointer/simulated_pointer.h"
 #include "hosts/simulated/screen/scripted_alerts.h"
 #include "hosts/simulated/screen/virtual_panels.h"
 #include "hosts/simulated/screen/virtual_screens.h"
@@ -96,6 +98,9 @@ class SimulatedDesktop {
   SwallowingEventTaps& eventTaps() { return eventTaps_; }
   RoutedEventMonitors& eventMonitors() { return eventMonitors_; }
   RoutedHIDKeyboards& hidKeyboards() { return hidKeyboards_; }
+  // Moves and presses the user's mouse.
+  SimulatedPointer& pointer() { return pointer_; }
+  MouseMonitors& mouseMonitors() { return pointer_; }
   RecordedApplication& application() { return application_; }
   VirtualScreens& screens() { return screens_; }
   VirtualPanels& panels() { return panels_; }
@@ -106,6 +111,7 @@ class SimulatedDesktop {
   RecordedOpener& opener() { return opener_; }
   ScriptedLoginItem& loginItem() { return loginItem_; }
   ScriptedSession& session() { return session_; }
+  ScriptedServices& services() { return services_; }
   ScriptedMachine& machine() { return machine_; }
   RecordedSystemLog& systemLog() { return systemLog_; }
   RecordedLog& log() { return log_; }
@@ -172,6 +178,7 @@ class SimulatedDesktop {
   RecordedOpener opener_;
   ScriptedLoginItem loginItem_;
   ScriptedSession session_;
+  ScriptedServices services_;
   ScriptedMachine machine_;
   RecordedSystemLog systemLog_;
   RecordedLog log_{timeline_};
@@ -191,6 +198,7 @@ class SimulatedDesktop {
   RoutedEventMonitors eventMonitors_;
   RoutedHIDKeyboards hidKeyboards_;
   SimulatedKeyboard keyboard_;
+  SimulatedPointer pointer_;
   std::shared_ptr<void> ownActivation_;
 };
 

@@ -86,6 +86,21 @@ TEST_P(EventMonitorsContract, ModifiersAreChangesOfTheFlagsWithTheirOwnKeyCodes)
   EXPECT_TRUE(downs.empty());
 }
 
+TEST_P(EventMonitorsContract, AKeyThatIsHeldIsToldAgain) {
+  std::vector<KeyEvent> downs;
+  const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
+  host().press(keys::shift);
+  host().press(keys::j);
+  host().runFor(KeyboardHost::longPress);
+  host().release(keys::shift);
+  host().release(keys::j);
+  ASSERT_TRUE(runUntilCount(downs, 2));
+  EXPECT_FALSE(downs.front().isAutorepeat);
+  EXPECT_TRUE(downs.back().isAutorepeat);
+  EXPECT_EQ(downs.back().keyCode, keys::j);
+  EXPECT_EQ(downs.back().flags & event_flags::chordMask, event_flags::shift);
+}
+
 TEST_P(EventMonitorsContract, KeysToThisProgramGoToLocalMonitorsThatMaySwallowThem) {
   std::vector<KeyEvent> elsewhere;
   std::vector<KeyEvent> here;

@@ -21,7 +21,9 @@ AlertContent::AlertContent(Alerts::Alert alert, std::function<void(std::size_t)>
 }
 
 std::vector<Words> AlertContent::texts() const {
-  return {alert_.messageText, alert_.informativeText};
+  std::vector<Words> texts = {alert_.messageText, alert_.informativeText};
+  if (!alert_.accessoryText.empty()) texts.push_back(alert_.accessoryText);
+  return texts;
 }
 
 std::vector<Control> AlertContent::controls() const {

@@ -83,6 +83,10 @@ void QtApplication::followDesktop() {
   });
 }
 
+std::int32_t QtApplication::processIdentifier() const {
+  return static_cast<std::int32_t>(QCoreApplication::applicationPid());
+}
+
 void QtApplication::terminate() {
   // Not quit(), which asks the windows first, and one with a sheet refuses to be closed.
   mainThread_.post([] { QCoreApplication::exit(); });

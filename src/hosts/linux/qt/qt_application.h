@@ -24,6 +24,7 @@ class QtApplication final : public Application {
     if (windows_) windows_->activate();
   }
   bool hasVisibleWindows() const override { return windows_ && windows_->hasVisible(); }
+  std::int32_t processIdentifier() const override;
   void orderMainWindowsFront() override {
     if (windows_) windows_->orderFront();
   }

@@ -1,6 +1,7 @@
 #include "hosts/linux/qt/qt_panel.h"
 
 #include <QEvent>
+#include <QPointF>
 #include <chrono>
 #include <utility>
 
@@ -15,6 +16,10 @@ constexpr Qt::WindowFlags floating = Qt::FramelessWindowHint | Qt::WindowStaysOn
 Qt::WindowFlags flagsOf(PanelStyle style) {
   if (style == PanelStyle::dialog) return Qt::Dialog | floating;
   return Qt::Tool | floating | Qt::WindowDoesNotAcceptFocus | Qt::BypassWindowManagerHint;
+}
+
+int milliseconds(Duration duration) {
+  return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(duration).count());
 }
 
 }  // namespace
@@ -32,11 +37,15 @@ QtPanel::QtPanel(std::unique_ptr<PanelView> view, PanelDescription description, 
   fade_.setEndValue(0.0);
   QObject::connect(&fade_, &QVariantAnimation::valueChanged, &fade_,
                    [this](const QVariant& value) { view_->window().setOpacity(value.toDouble()); });
+  QObject::connect(&move_, &QVariantAnimation::valueChanged, &move_, [this](const QVariant& value) {
+    setFrame({{value.toPointF().x(), value.toPointF().y()}, frame().size});
+  });
 }
 
 QtPanel::~QtPanel() {
   QObject::disconnect(faded_);
   fade_.stop();
+  move_.stop();
   orderOut();
 }
 
@@ -71,7 +80,17 @@ void QtPanel::setFrame(const Rect& frame) {
 }
 
 void QtPanel::setFrameOrigin(Point bottomLeft) {
+  move_.stop();
   setFrame({bottomLeft, frame().size});
+}
+
+void QtPanel::animateFrameOrigin(Point bottomLeft, Duration duration) {
+  move_.stop();
+  const Point from = frame().origin;
+  move_.setStartValue(QPointF(from.x, from.y));
+  move_.setEndValue(QPointF(bottomLeft.x, bottomLeft.y));
+  move_.setDuration(milliseconds(duration));
+  move_.start();
 }
 
 void QtPanel::setContentSize(Size size) {
@@ -97,8 +116,7 @@ void QtPanel::setAlpha(double alpha) {
 void QtPanel::fadeOut(Duration duration, std::function<void()> faded) {
   setAlpha(1);
   fade_.setStartValue(1.0);
-  fade_.setDuration(
-      static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(duration).count()));
+  fade_.setDuration(milliseconds(duration));
   faded_ = QObject::connect(&fade_, &QVariantAnimation::finished, &fade_, std::move(faded));
   fade_.start();
 }

@@ -28,6 +28,7 @@ class QtPanel final : public Panel {
   void orderOut() override;
   Rect frame() const override;
   void setFrameOrigin(Point bottomLeft) override;
+  void animateFrameOrigin(Point bottomLeft, Duration duration) override;
   void setContentSize(Size size) override;
   Size fittingSize() const override;
   void setMouseEvents(MouseEvents events) override;
@@ -56,6 +57,7 @@ class QtPanel final : public Panel {
   Closing closing_{keys_};
   std::unique_ptr<PanelView> view_;
   QVariantAnimation fade_;
+  QVariantAnimation move_;
   QMetaObject::Connection faded_;
   std::shared_ptr<void> compositorChanges_;
 };

@@ -17,6 +17,7 @@
 #include "hosts/linux/x11/keys/x11_keyboard.h"
 #include "hosts/linux/x11/keys/x11_keyboard_state.h"
 #include "hosts/linux/x11/keys/x11_last_input.h"
+#include "hosts/linux/x11/mouse/x11_mouse.h"
 #include "hosts/linux/x11/windows/x11_front_window.h"
 #include "hosts/linux/x11/windows/x11_windows.h"
 #include "hosts/linux/x11/windows/x11_workspace.h"
@@ -61,6 +62,7 @@ struct X11Desktop::Parts {
                   {[this] { return pasteShortcutOfActiveApplication(frontWindow); },
                    [this] { clipboard->lendAsPrimary(); }}),
         keyboardState(*keyboard, hotKeys),
+        mouse(arguments.mainThread, *connection, std::move(arguments.isPointerOverOwnWindow)),
         pasteboard(*clipboard) {}
 
   std::unique_ptr<X11Connection> connection;
@@ -80,6 +82,7 @@ struct X11Desktop::Parts {
   X11HIDKeyboards hidKeyboards;
   X11KeyPoster keyPoster;
   X11KeyboardState keyboardState;
+  X11Mouse mouse;
   X11Pasteboard pasteboard;
 };
 
@@ -142,8 +145,17 @@ KeyPoster& X11Desktop::keyPoster() {
 KeyboardState& X11Desktop::keyboardState() {
   return parts_->keyboardState;
 }
+MouseMonitors& X11Desktop::mouseMonitors() {
+  return parts_->mouse;
+}
+std::uint32_t X11Desktop::pressedMouseButtons() const {
+  return parts_->mouse.pressedButtons();
+}
 Pasteboard& X11Desktop::pasteboard() {
   return parts_->pasteboard;
+}
+std::optional<std::string> X11Desktop::selectedText() const {
+  return parts_->pasteboard.selectedText();
 }
 
 }  // namespace quillo::linux_host

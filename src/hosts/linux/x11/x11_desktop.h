@@ -1,6 +1,7 @@
 // The parts of an X11 desktop: applications, keys and the clipboard.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "platform/hot_keys.h"
 #include "platform/key_poster.h"
 #include "platform/keyboard_state.h"
+#include "platform/mouse_monitors.h"
 #include "platform/pasteboard.h"
 #include "platform/workspace.h"
 
@@ -34,6 +36,8 @@ class X11Desktop {
     std::optional<std::string> ownBundleIdentifier;
     // Called once, in the event loop, when the server has gone. Nothing works any more then.
     std::function<void()> lost;
+    // Whether the pointer is over a window of this program, which the toolkit knows.
+    std::function<bool()> isPointerOverOwnWindow = [] { return false; };
   };
   struct Opened {
     std::unique_ptr<X11Desktop> desktop;
@@ -51,7 +55,12 @@ class X11Desktop {
   HIDKeyboards& hidKeyboards();
   KeyPoster& keyPoster();
   KeyboardState& keyboardState();
+  MouseMonitors& mouseMonitors();
+  // Bits of mouse_buttons, as the server tells them.
+  std::uint32_t pressedMouseButtons() const;
   Pasteboard& pasteboard();
+  // The text that is selected somewhere: X's primary selection. Blocks for two seconds at most.
+  std::optional<std::string> selectedText() const;
 
   // For the other parts of this host.
   X11Connection& connection();

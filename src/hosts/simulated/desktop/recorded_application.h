@@ -15,12 +15,14 @@ class RecordedApplication final : public Application {
   void setAppearance(Appearance appearance) override { appearance_ = appearance; }
   void activateIgnoringOtherApps() override;
   bool hasVisibleWindows() const override { return windows_.hasVisible && windows_.hasVisible(); }
+  std::int32_t processIdentifier() const override { return process_; }
   void orderMainWindowsFront() override;
   void terminate() override;
   void setEvents(Events events) override { events_ = std::move(events); }
 
   // --- Driver ---
 
+  void setProcessIdentifier(std::int32_t process) { process_ = process; }
   BundleInformation& editBundle() { return bundle_; }
   // The desktop tells the program so, in a later turn.
   void becomeActive();
@@ -52,6 +54,7 @@ class RecordedApplication final : public Application {
   Appearance appearance_ = Appearance::system;
   bool isTerminated_ = false;
   int activations_ = 0;
+  std::int32_t process_ = 0;
 };
 
 }  // namespace quillo::simulated

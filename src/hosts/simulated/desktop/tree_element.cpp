@@ -1,6 +1,7 @@
 #include "hosts/simulated/desktop/tree_element.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 namespace quillo::simulated {
@@ -163,6 +164,16 @@ std::optional<AccessibilityRect> TreeElement::boundsOf(TextRange range) const {
       {field.origin.x - scroll_.x + static_cast<double>(firstUnit) * unitWidth,
        field.origin.y - scroll_.y + static_cast<double>(firstLine) * lineHeight},
       {static_cast<double>(units) * unitWidth, static_cast<double>(lines) * lineHeight}};
+}
+
+std::int64_t TreeElement::textPlaceAt(AccessibilityPoint point) const {
+  const AccessibilityRect field = frame();
+  const auto places = [](double length, double step) {
+    return static_cast<std::int64_t>(std::floor(std::max(length, 0.0) / step));
+  };
+  const std::int64_t line = places(point.y - field.origin.y + scroll_.y, lineHeight);
+  const std::int64_t unit = places(point.x - field.origin.x + scroll_.x, unitWidth);
+  return std::min(line * unitsInLine + std::min(unit, unitsInLine), editor()->utf16Length());
 }
 
 TreeElement* TreeElement::elementAt(AccessibilityPoint point) {

@@ -59,6 +59,8 @@ class TreeElement {
   Result<bool, AccessibilityFailure> isSettable(std::string_view name) const;
   // Where a range of its text lies: lines of 80 units, 8 wide and 16 high.
   std::optional<AccessibilityRect> boundsOf(TextRange range) const;
+  // The place in its text that is nearest to a point of the screen, in UTF-16 units.
+  std::int64_t textPlaceAt(AccessibilityPoint point) const;
   // As it lies on the screen now.
   AccessibilityRect frame() const;
   // The innermost one there; null when the place is beside it.

@@ -1,6 +1,7 @@
 #include "hosts/simulated/screen/virtual_panels.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "hosts/simulated/screen/content_user.h"
@@ -42,6 +43,17 @@ Size VirtualPanel::fittingSize() const {
   return size;
 }
 
+void VirtualPanel::setFrameOrigin(Point bottomLeft) {
+  move_.invalidate();
+  frame_.origin = bottomLeft;
+  panels_.tellHovered();
+}
+
+void VirtualPanel::animateFrameOrigin(Point bottomLeft, Duration duration) {
+  move_ = Timer(panels_.mainThread_, duration,
+                [this, bottomLeft] { VirtualPanel::setFrameOrigin(bottomLeft); });
+}
+
 void VirtualPanel::setAlpha(double alpha) {
   fade_.invalidate();
   alpha_ = alpha;
@@ -66,11 +78,13 @@ std::unique_ptr<Panel> VirtualPanels::make(PanelDescription description, Content
 void VirtualPanels::bringToFront(VirtualPanel& panel) {
   std::erase(visible_, &panel);
   visible_.insert(visible_.begin(), &panel);
+  tellHovered();
 }
 
 void VirtualPanels::takeAway(VirtualPanel& panel) {
   std::erase(visible_, &panel);
   keyWindows_.leave(&panel);
+  tellHovered();
 }
 
 VirtualPanel* VirtualPanels::showing(std::string_view text) const {
@@ -79,10 +93,11 @@ VirtualPanel* VirtualPanels::showing(std::string_view text) const {
   return found == visible_.end() ? nullptr : *found;
 }
 
-bool VirtualPanels::offers(std::string_view control) const {
-  return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
+VirtualPanel* VirtualPanels::offering(std::string_view control) const {
+  const auto found = std::ranges::find_if(visible_, [&](const VirtualPanel* panel) {
     return panel->takesClicks() && offered(panel->content(), control);
   });
+  return found == visible_.end() ? nullptr : *found;
 }
 
 bool VirtualPanels::click(std::string_view control) {
@@ -95,6 +110,22 @@ bool VirtualPanels::takesClickAt(Point point) const {
   return std::ranges::any_of(visible_, [&](const VirtualPanel* panel) {
     return panel->takesClicks() && panel->frame().contains(point);
   });
+}
+
+void VirtualPanels::hoverAt(Point point) {
+  pointer_ = point;
+  tellHovered();
+}
+
+void VirtualPanels::tellHovered() {
+  const auto found = std::ranges::find_if(visible_, [this](const VirtualPanel* panel) {
+    return pointer_ && panel->takesClicks() && panel->frame().contains(*pointer_);
+  });
+  VirtualPanel* now = found == visible_.end() ? nullptr : *found;
+  if (now == hovered_) return;
+  VirtualPanel* before = std::exchange(hovered_, now);
+  if (before) before->content().setHovered(false);
+  if (now) now->content().setHovered(true);
 }
 
 bool VirtualPanels::press(KeyEquivalent key) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +24,8 @@ class VirtualPanel final : public Panel {
   void makeKeyAndOrderFront() override;
   void orderOut() override;
   Rect frame() const override { return frame_; }
-  void setFrameOrigin(Point bottomLeft) override { frame_.origin = bottomLeft; }
+  void setFrameOrigin(Point bottomLeft) override;
+  void animateFrameOrigin(Point bottomLeft, Duration duration) override;
   void setContentSize(Size size) override { frame_.size = size; }
   // A character is 7 wide and a line 20 high; around the text are 50 by 24.
   Size fittingSize() const override;
@@ -34,6 +36,7 @@ class VirtualPanel final : public Panel {
   // --- Driver ---
 
   const Content& content() const { return content_; }
+  Content& content() { return content_; }
   bool shows(std::string_view text) const;
   bool takesClicks() const { return isVisible_ && mouseEvents_ == MouseEvents::accepted; }
   // Opaque until a fade is over: nothing is drawn in between.
@@ -48,6 +51,7 @@ class VirtualPanel final : public Panel {
   MouseEvents mouseEvents_ = MouseEvents::accepted;
   double alpha_ = 1;
   Timer fade_;
+  Timer move_;
 };
 
 class VirtualPanels final : public Panels {
@@ -63,11 +67,15 @@ class VirtualPanels final : public Panels {
   const std::vector<VirtualPanel*>& visible() const { return visible_; }
   // The visible panel in which `text` can be read; null when there is none.
   VirtualPanel* showing(std::string_view text) const;
-  bool offers(std::string_view control) const;
+  bool offers(std::string_view control) const { return offering(control) != nullptr; }
+  // The panel on which it can be clicked; null when there is none.
+  VirtualPanel* offering(std::string_view control) const;
   // Whether the control was there and the click reached it.
   bool click(std::string_view control);
   // Whether a panel took the click, and not what lies below.
   bool takesClickAt(Point point) const;
+  // The pointer is there now; panels that come or go under it notice as well.
+  void hoverAt(Point point);
   // Whether the focus is in a panel that has a use for the key.
   bool press(KeyEquivalent key);
   // How many were ever made.
@@ -77,10 +85,13 @@ class VirtualPanels final : public Panels {
   friend VirtualPanel;
   void bringToFront(VirtualPanel& panel);
   void takeAway(VirtualPanel& panel);
+  void tellHovered();
 
   VirtualMainThread& mainThread_;
   KeyWindows& keyWindows_;
   std::vector<VirtualPanel*> visible_;
+  std::optional<Point> pointer_;
+  VirtualPanel* hovered_ = nullptr;
   int made_ = 0;
 };
 

@@ -129,11 +129,13 @@ void X11Clipboard::lendAsPrimary() {
       false);
 }
 
-ClipboardReading X11Clipboard::read(SelectionReader::Wanted wanted, ReadingLimits limits) {
+ClipboardReading X11Clipboard::read(SelectionReader::Wanted wanted, ReadingLimits limits,
+                                    Selection selection) {
   const auto promise = std::make_shared<std::promise<ClipboardReading>>();
   std::future<ClipboardReading> result = promise->get_future();
-  submit([this, wanted, limits, begun = monotonicNow(), promise] {
-    startReading({wanted, limits, begun, promise});
+  const xcb_atom_t atom = selection == Selection::primary ? primary_ : clipboard_;
+  submit([this, wanted, limits, atom, begun = monotonicNow(), promise] {
+    startReading({wanted, limits, atom, begun, promise});
   });
   if (result.wait_for(limits.someForms + serverPatience) != std::future_status::ready) {
     return {ClipboardReading::Outcome::timedOut};
@@ -248,13 +250,13 @@ bool X11Clipboard::ownsClipboard() {
 
 void X11Clipboard::startReading(ReadJob job) {
   if (reading_) finishReading(ClipboardReading::Outcome::timedOut);  // nobody waits for it any more
-  const auto own = connection_->isBroken() ? nullptr : server_.content(clipboard_);
+  const auto own = connection_->isBroken() ? nullptr : server_.content(job.selection);
   if (own) {
     job.promise->set_value({ClipboardReading::Outcome::complete, *own});
     return;
   }
   reading_ = std::move(job);
-  if (ownerOf(*connection_, clipboard_) == XCB_WINDOW_NONE) {
+  if (ownerOf(*connection_, reading_->selection) == XCB_WINDOW_NONE) {
     finishReading(ClipboardReading::Outcome::complete);
   } else {
     restartReading();
@@ -264,8 +266,8 @@ void X11Clipboard::startReading(ReadJob job) {
 void X11Clipboard::restartReading() {
   if (reading_->window != XCB_WINDOW_NONE) abandonedWindows_.insert(reading_->window);
   reading_->window = connection_->createHiddenWindow(XCB_EVENT_MASK_PROPERTY_CHANGE);
-  reading_->reader = std::make_unique<SelectionReader>(*connection_, clipboard_, reading_->window,
-                                                       reading_->wanted);
+  reading_->reader = std::make_unique<SelectionReader>(*connection_, reading_->selection,
+                                                       reading_->window, reading_->wanted);
   connection_->flush();
 }
 
@@ -324,7 +326,7 @@ void X11Clipboard::finishReading(ClipboardReading::Outcome outcome) {
 void X11Clipboard::clipboardOwnerChanged(xcb_window_t owner) {
   if (isAnnouncing_ && owner == window_) return;
   ++changeCount_;
-  if (!reading_) return;
+  if (!reading_ || reading_->selection != clipboard_) return;
   // What came so far is not on the clipboard any more.
   if (owner == XCB_WINDOW_NONE || reading_->lastForm) {
     if (reading_->window != XCB_WINDOW_NONE) abandonedWindows_.insert(reading_->window);

@@ -57,7 +57,9 @@ class X11Clipboard {
 
   std::int64_t changeCount() const { return changeCount_.load(); }
   // Ends what a reading before it still waits for.
-  ClipboardReading read(SelectionReader::Wanted wanted, ReadingLimits limits);
+  enum class Selection { clipboard, primary };
+  ClipboardReading read(SelectionReader::Wanted wanted, ReadingLimits limits,
+                        Selection selection = Selection::clipboard);
   // Takes an empty clipboard, and lets the primary selection go.
   void takeOwnership();
   // False when this program does not own the clipboard any more.
@@ -69,6 +71,7 @@ class X11Clipboard {
   struct ReadJob {
     SelectionReader::Wanted wanted;
     ReadingLimits limits;
+    xcb_atom_t selection;
     MonotonicTime begun;
     std::shared_ptr<std::promise<ClipboardReading>> promise;
     // Once all but one form were given to the caller.

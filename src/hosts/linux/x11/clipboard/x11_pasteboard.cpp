@@ -87,4 +87,11 @@ Result<std::string, PasteboardFailure> X11Pasteboard::string() const {
                                                                 : PasteboardFailure::absent;
 }
 
+std::optional<std::string> X11Pasteboard::selectedText() const {
+  return plainText(
+      clipboard_
+          .read(SelectionReader::Wanted::plainText, textLimits, X11Clipboard::Selection::primary)
+          .content);
+}
+
 }  // namespace quillo::linux_host

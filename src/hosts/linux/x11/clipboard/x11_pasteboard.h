@@ -24,6 +24,8 @@ class X11Pasteboard final : public Pasteboard {
   Result<void, PasteboardFailure> writeItems(const std::vector<PasteboardItem>& items) override;
   // Reads the text alone.
   Result<std::string, PasteboardFailure> string() const override;
+  // The text that is selected somewhere, whichever program has it. Blocks like string().
+  std::optional<std::string> selectedText() const;
 
  private:
   X11Clipboard& clipboard_;

@@ -41,6 +41,35 @@ std::optional<KeyEvent> eventOf(const KeyChange& change, X11Keymap& keymap) {
   return event;
 }
 
+// The last repeat of a key that was held, told when it goes up: what it did meanwhile is over then.
+class RepeatOfHeldKey {
+ public:
+  // `event` itself when it is a press; the repeat of the latest one for its release; else nothing.
+  std::optional<KeyEvent> keyDownFor(const KeyEvent& event, xcb_timestamp_t time) {
+    if (event.type == KeyEvent::Type::keyDown) {
+      held_ = Held{event, time};
+      return event;
+    }
+    if (event.type != KeyEvent::Type::keyUp || !held_ || held_->press.keyCode != event.keyCode)
+      return std::nullopt;
+    const Held held = *std::exchange(held_, std::nullopt);
+    if (time - held.time < repeatsAfter) return std::nullopt;
+    KeyEvent repeat = held.press;
+    repeat.isAutorepeat = true;
+    return repeat;
+  }
+
+ private:
+  struct Held {
+    KeyEvent press;
+    xcb_timestamp_t time;
+  };
+  // Milliseconds. Keyboards repeat no sooner, as people set them.
+  static constexpr xcb_timestamp_t repeatsAfter = 200;
+
+  std::optional<Held> held_;
+};
+
 // Sees the key events of the program's own windows before Qt delivers them.
 class LocalMonitor final : public QObject {
  public:
@@ -93,14 +122,18 @@ Result<std::shared_ptr<void>, EventMonitorFailure> X11EventMonitors::addGlobalMo
   using Seen = std::function<void(const KeyEvent&)>;
   struct Monitor {
     std::shared_ptr<Seen> seen;
+    RepeatOfHeldKey repeat;
     std::shared_ptr<void> subscription;
   };
   auto monitor = std::make_shared<Monitor>();
   monitor->seen = std::make_shared<Seen>(std::move(seen));
-  monitor->subscription = keyboard_.observeKeys(
-      [this, type, weak = std::weak_ptr(monitor->seen)](const KeyChange& change) {
+  monitor->subscription =
+      keyboard_.observeKeys([this, type, &repeat = monitor->repeat,
+                             weak = std::weak_ptr(monitor->seen)](const KeyChange& change) {
         if (QGuiApplication::focusWindow() != nullptr) return;  // the key goes to this program
-        const auto event = eventOf(change, keyboard_.keymap());
+        auto event = eventOf(change, keyboard_.keymap());
+        if (type == KeyEvent::Type::keyDown && event)
+          event = repeat.keyDownFor(*event, change.time);
         if (!event || event->type != type) return;
         mainThread_.post([weak, event = *event] {
           if (const auto callback = weak.lock()) (*callback)(event);

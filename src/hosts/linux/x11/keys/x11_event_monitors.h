@@ -10,9 +10,10 @@ namespace quillo::linux_host {
 
 // Main thread. Key codes are positions, characters those of the layout in use.
 //
-// Global monitors see the raw events, so they see keys that another program grabs as well, and a
-// key that is held does not repeat. Local monitors see the key events of this program's own
-// windows, with their repeats; the marker field of a posted key does not reach those.
+// Global monitors see the raw events, so they see keys that another program grabs as well, and of
+// the repeats of a key that is held the last alone, when it goes up. Local monitors see the key
+// events of this program's own windows, with their repeats; the marker field of a posted key does
+// not reach those.
 class X11EventMonitors final : public EventMonitors {
  public:
   // Both outlive this.

@@ -18,6 +18,7 @@ class X11KeyboardState final : public KeyboardState {
   // X11 has no secure input, but a program that grabs the keyboard (a password question, a lock
   // screen, an open menu) receives every keystroke, a synthetic paste too.
   bool isSecureEventInputEnabled() const override { return hotKeys_.isKeyboardTaken(); }
+  std::uint64_t editingModifier() const override { return event_flags::control; }
 
  private:
   X11Keyboard& keyboard_;
