@@ -14,7 +14,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "bubble/selection_bubble.h"
+#include "bubble/selection_reader.h"
 #include "bubble/selection_rules.h"
 #include "hosts/simulated/simulated_desktop.h"
 
@@ -238,7 +238,7 @@ class Forest {
 
 class Visitor {
  public:
-  explicit Visitor(SimulatedDesktop& desktop) : desktop_(desktop) { bubble_.start(); }
+  explicit Visitor(SimulatedDesktop& desktop) : desktop_(desktop) { reader_.limitCalls(); }
 
   void visit(TreeElement& seen, std::string_view application) {
     const AccessibilityElement element = seen.handle();
@@ -250,11 +250,10 @@ class Visitor {
     bounded([&] { fields_.isBadgeEligibleField(element, application, ignore); });
     bounded([&] { windows_.isNonWritingDialog(); });
     bounded([&] { windows_.shouldSkipClipboardFallback(application, SelectionTrigger::mouse); });
-    bounded([&] { bubble_.selectionBounds(element); });
-    bounded([&] { bubble_.readSelectedText(element); });
-    if (bounded([&] { return bubble_.captureParagraph(element, application); })) judge(element);
-    bounded([&] { bubble_.captureForBadge(element, [](bool) {}); });
-    desktop_.runFor(std::chrono::seconds(2));
+    bounded([&] { reader_.selectionBounds(element); });
+    bounded([&] { reader_.readSelectedText(element); });
+    if (const auto text = bounded([&] { return reader_.captureParagraph(element, application); }))
+      judge(element, *text);
   }
 
  private:
@@ -273,34 +272,16 @@ class Visitor {
     return look();
   }
 
-  void judge(const AccessibilityElement& element) {
-    const std::string& captured = bubble_.captured().text;
+  void judge(const AccessibilityElement& element, const std::string& captured) {
     if (fields_.isSensitiveContext(element) || !isAcceptedSelection(captured)) std::abort();
-    bubble_.hide();
   }
 
   SimulatedDesktop& desktop_;
   FieldClassification fields_{desktop_.accessibility(), desktop_.screens()};
   WindowClassification windows_{desktop_.accessibility(), desktop_.workspace(),
                                 desktop_.application(), desktop_.log()};
-  MacClipboardGate gate_;
-  ClipboardCapture clipboard_{desktop_.mainThread(),
-                              desktop_.pasteboard(),
-                              desktop_.keyPoster(),
-                              desktop_.keyboardState(),
-                              gate_,
-                              desktop_.log()};
-  MacSelectionBubble bubble_{desktop_.mainThread(),
-                             desktop_.accessibility(),
-                             desktop_.screens(),
-                             desktop_.workspace(),
-                             fields_,
-                             windows_,
-                             clipboard_,
-                             desktop_.log(),
-                             {.show = [](const SelectionCheck&) {},
-                              .orderOut = [] {},
-                              .retryCheck = [](const SelectionCheck&) { return false; }}};
+  SelectionReader reader_{desktop_.accessibility(), desktop_.screens(), fields_, windows_,
+                          desktop_.log()};
 };
 
 }  // namespace

@@ -7,6 +7,8 @@
 namespace quillo::sim {
 namespace {
 
+constexpr const char* anyApplication = "*";
+
 class CapturesAreWantedAndAllowed final : public Invariant {
  public:
   explicit CapturesAreWantedAndAllowed(std::string protectedMarker)
@@ -17,7 +19,10 @@ class CapturesAreWantedAndAllowed final : public Invariant {
     if (const auto* read = event.as<events::ProtectedRead>())
       breaks(event.time, read->attribute + " of the protected " + read->element + " was read");
     if (const auto* looks = event.as<events::UserLooks>()) wantedOf_ = looks->app;
-    if (const std::string* app = objectOf(event, Act::clicksBadge)) wantedOf_ = *app;
+    for (const Act act : {Act::clicksBadge, Act::drags})
+      if (const std::string* app = objectOf(event, act)) wantedOf_ = *app;
+    // Keys and controls may mean any application.
+    if (isAct(event, Act::presses) || isAct(event, Act::clicks)) wantedOf_ = anyApplication;
     if (isAct(event, Act::dismissesBubble) || isAct(event, Act::quitsProgram)) wantedOf_.reset();
     if (const auto* captured = event.as<events::Captured>()) judge(event.time, *captured);
   }
@@ -28,7 +33,7 @@ class CapturesAreWantedAndAllowed final : public Invariant {
     if (captured.text.find(protectedMarker_) != std::string::npos)
       breaks(now, "the text of a protected field was captured");
     if (!wantedOf_) return breaks(now, "a capture is kept after the bubble was dismissed");
-    if (*wantedOf_ != captured.app)
+    if (*wantedOf_ != anyApplication && *wantedOf_ != captured.app)
       breaks(now, "a capture of " + captured.app + " is kept for a look at " + *wantedOf_);
   }
 

@@ -20,9 +20,9 @@ using events::Flag;
 constexpr Duration pasteLastHolds = std::chrono::seconds(30);
 
 // A dictation may paste once, into the application that was in front when it began; a retry and
-// "paste last" into the last one that was in front. Whose a paste is shows in its attempt: "paste
-// last" may be under way when a dictation ends, and what a dictation pastes comes after its text
-// was polished.
+// "paste last" into the last one that was in front; a rewrite of a selection once, wherever the
+// user is by then. Whose a paste is shows in its attempt: "paste last" may be under way when a
+// dictation ends, and what a dictation pastes comes after its text was polished.
 class TextGoesWhereTheRulesSend final : public Invariant {
  public:
   std::string_view name() const override { return "text goes where the rules send it, once"; }
@@ -40,6 +40,7 @@ class TextGoesWhereTheRulesSend final : public Invariant {
     if (const auto kind = beginningFault(event)) readFault(*kind);
     if (isAct(event, Act::pastesLast)) pasteLasts_.insert(event.time);
     if (isAct(event, Act::pastesLast) && mayBlock_) pasteLasts_.insert(event.time);
+    if (turns(event, Flag::isRewriting, true)) mayReplace_ = true;
     if (isClick(event, "Cancel")) cancel();
     if (isAct(event, Act::quitsProgram)) attempts_.clear();
     if (isLog(event, "attempt app=")) attempt(event.as<events::Log>()->message);
@@ -131,7 +132,7 @@ class TextGoesWhereTheRulesSend final : public Invariant {
   bool takeLeave(bool isOfDictation, MonotonicTime now) {
     if (isOfDictation) return std::exchange(mayPaste_, false);
     std::erase_if(pasteLasts_, [&](MonotonicTime time) { return now - time > pasteLastHolds; });
-    if (pasteLasts_.empty()) return false;
+    if (pasteLasts_.empty()) return std::exchange(mayReplace_, false);
     pasteLasts_.erase(pasteLasts_.begin());
     return true;
   }
@@ -142,6 +143,7 @@ class TextGoesWhereTheRulesSend final : public Invariant {
   bool isProcessing_ = false;
   bool hasText_ = false;
   bool mayPaste_ = false;
+  bool mayReplace_ = false;        // a rewrite, its selection
   std::vector<Attempt> attempts_;  // whose keystroke has not come yet
   std::multiset<MonotonicTime> pasteLasts_;
   std::string lastExternal_;

@@ -40,7 +40,7 @@ void front(Findings& findings, const JsonCursor& cursor) {
 Json buttonsOf(const VirtualPanel& panel) {
   Json names = Json::array();
   for (const Control& control : panel.content().controls())
-    if (!control.name.empty()) names.push_back(control.name.english());
+    if (!control.name.empty() && control.isEnabled) names.push_back(control.name.english());
   return names;
 }
 

@@ -207,6 +207,44 @@ void scrollElement(World& world, const JsonCursor& cursor) {
   requireElement(frontApplication(world, cursor), cursor.at("in")).scrollTo({offset[0], offset[1]});
 }
 
+// Where, from the top left of the screen.
+void moveMouse(World& world, const JsonCursor& cursor) {
+  const std::vector<double> to = numbers(cursor, 2);
+  const double height = world.desktop().screens().screens().front().frame.size.height;
+  world.desktop().pointer().moveTo({to[0], height - to[1]});
+}
+
+// The user's mouse: dragged over a text, moved, pressed, let go, its wheel turned.
+void mouse(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"over", "to", "press", "release", "wheel"});
+  constexpr std::pair<std::string_view, std::uint32_t> buttons[] = {
+      {"left", mouse_buttons::left}, {"right", mouse_buttons::right}};
+  simulated::SimulatedPointer& pointer = world.desktop().pointer();
+  if (const auto part = cursor.find("over")) {
+    simulated::Editor& editor = editorIn(world, cursor);
+    changeText(*part, [&](const std::string& text) { editor.select(text); });
+    world.dragOver(editor.selection());
+  }
+  if (const auto to = cursor.find("to")) moveMouse(world, *to);
+  if (const auto button = cursor.find("press")) pointer.press(button->choice(buttons));
+  if (const auto button = cursor.find("release")) pointer.release(button->choice(buttons));
+  if (const auto turn = cursor.find("wheel"); turn && turn->boolean()) pointer.turnWheel();
+  world.runFor({});
+}
+
+// The desktop's service for the text that is selected somewhere, and why it was refused.
+void translate(World& world, const JsonCursor& cursor) {
+  cursor.allowOnly({"selection", "refused"});
+  const auto selection = cursor.find("selection");
+  world.act(Act::translates);
+  const auto refusal = world.desktop().services().chooseTranslation(
+      selection ? std::optional(selection->text()) : std::nullopt);
+  const auto expected = cursor.find("refused");
+  if (refusal.value_or("") != (expected ? expected->text() : ""))
+    cursor.refuse("it was answered \"" + refusal.value_or("") + "\"");
+  world.runFor({});
+}
+
 void removeElement(World& world, const JsonCursor& name) {
   simulated::SimulatedApplication& application = frontApplication(world, name);
   application.tree().remove(requireElement(application, name));

@@ -20,6 +20,8 @@ void selectText(World& world, const JsonCursor& cursor);
 void placeCaret(World& world, const JsonCursor& cursor);
 void scrollElement(World& world, const JsonCursor& cursor);
 void removeElement(World& world, const JsonCursor& cursor);
+void mouse(World& world, const JsonCursor& cursor);
+void translate(World& world, const JsonCursor& cursor);
 void look(World& world, const JsonCursor& cursor);
 void clickBadge(World& world, const JsonCursor& cursor);
 void dismissBubble(World& world, const JsonCursor& cursor);

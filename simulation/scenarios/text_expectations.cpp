@@ -19,7 +19,7 @@ void fields(Findings& findings, const JsonCursor& cursor) {
       simulated::TreeElement& element =
           requireElement(application, JsonCursor(elementName, verdict.path()));
       application.tree().focus(&element);
-      findings.same(verdict, world.textInPlace().verdictOn(element.handle()));
+      findings.same(verdict, world.text().verdictOn(element.handle()));
     }
   }
 }
@@ -36,7 +36,7 @@ void selected(Findings& findings, const JsonCursor& cursor) {
 
 // Null for nothing, the text, or some of its fields.
 void captured(Findings& findings, const JsonCursor& cursor) {
-  const CapturedSelection& captured = findings.world.textInPlace().bubble().captured();
+  const CapturedSelection& captured = findings.world.text().captured();
   if (!cursor.json().is_object())
     return findings.same(cursor, captured.text.empty() ? Json(nullptr) : Json(captured.text));
   findings.members(cursor, {{"text", captured.text},
@@ -45,14 +45,21 @@ void captured(Findings& findings, const JsonCursor& cursor) {
 }
 
 void bubbleShown(Findings& findings, const JsonCursor& cursor) {
-  findings.same(cursor, findings.world.textInPlace().isShown());
+  findings.same(cursor, findings.world.text().isBubbleShown());
+}
+
+// Null, or its corner on the screen from the top left of the primary one.
+void badge(Findings& findings, const JsonCursor& cursor) {
+  const FieldBadgePanel& badge = findings.world.program().textInPlace().badgePanel();
+  const Rect frame = badge.frame();
+  const double height = findings.world.desktop().screens().screens().front().frame.size.height;
+  findings.same(cursor,
+                badge.isVisible() ? Json{frame.minX(), height - frame.maxY()} : Json(nullptr));
 }
 
 constexpr Expectation expectations[] = {
-    {"fields", fields},
-    {"selected", selected},
-    {"captured", captured},
-    {"bubbleShown", bubbleShown},
+    {"fields", fields},           {"selected", selected}, {"captured", captured},
+    {"bubbleShown", bubbleShown}, {"badge", badge},
 };
 
 }  // namespace

@@ -35,10 +35,10 @@ struct Error {
   void fields(const auto& see) const { see("text", text); }
 };
 
-enum class Flag { isRecording, isProcessing, canRetryLast, isLoggedIn };
+enum class Flag { isRecording, isProcessing, canRetryLast, isLoggedIn, isRewriting };
 constexpr std::string_view nameOf(Flag flag) {
-  constexpr std::string_view names[] = {"isRecording", "isProcessing", "canRetryLast",
-                                        "isLoggedIn"};
+  constexpr std::string_view names[] = {"isRecording", "isProcessing", "canRetryLast", "isLoggedIn",
+                                        "isRewriting"};
   return names[static_cast<std::size_t>(flag)];
 }
 struct State {

@@ -33,8 +33,10 @@ HostPorts replacedPorts(const HostPorts& ports, const Replacements& replacements
       .eventTaps = choose(replacements.eventTaps, ports.eventTaps),
       .eventMonitors = choose(replacements.eventMonitors, ports.eventMonitors),
       .hidKeyboards = choose(replacements.hidKeyboards, ports.hidKeyboards),
+      .mouseMonitors = ports.mouseMonitors,
+      .pointer = ports.pointer,
       .pasteboard = choose(replacements.pasteboard, ports.pasteboard),
-      .accessibility = ports.accessibility,
+      .accessibility = choose(replacements.accessibility, ports.accessibility),
       .screens = ports.screens,
       .panels = ports.panels,
       .statusItem = ports.statusItem,
@@ -44,6 +46,7 @@ HostPorts replacedPorts(const HostPorts& ports, const Replacements& replacements
       .opener = ports.opener,
       .loginItem = ports.loginItem,
       .session = ports.session,
+      .services = ports.services,
   };
 }
 

@@ -19,6 +19,7 @@ struct Replacements {
   EventMonitors* eventMonitors = nullptr;
   HIDKeyboards* hidKeyboards = nullptr;
   Pasteboard* pasteboard = nullptr;
+  Accessibility* accessibility = nullptr;
   Alerts* alerts = nullptr;
   Sounds* sounds = nullptr;
 };

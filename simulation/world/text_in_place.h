@@ -1,14 +1,9 @@
 // What the program sees of the text in other applications, on a simulated desktop.
 #pragma once
 
-#include <functional>
-#include <set>
 #include <string>
 
-#include "app/host_ports.h"
-#include "bubble/selection_bubble.h"
-#include "hosts/simulated/desktop/simulated_workspace.h"
-#include "insertion/clipboard_gate.h"
+#include "app/text_in_place.h"
 #include "simulation/world/trace.h"
 
 namespace quillo::sim {
@@ -59,43 +54,29 @@ class ObservedAccessibility final : public Accessibility {
   Trace& trace_;
 };
 
-// The rooms that look at text, beside the program and with its clipboard gate. A look is decided in
-// short, by the predicates and the routes: what leads to one is not built yet.
-class TextInPlace {
+// Watches what the program makes of the text in other applications.
+class TextObserver {
  public:
-  TextInPlace(const HostPorts& ports, Accessibility& accessibility, MacClipboardGate& gate,
-              Trace& trace);
+  TextObserver(quillo::TextInPlace& text, const Workspace& workspace, Trace& trace)
+      : text_(text), workspace_(workspace), trace_(trace) {}
 
-  MacSelectionBubble& bubble() { return bubble_; }
-  bool isShown() const { return isShown_; }
+  const CapturedSelection& captured() const { return text_.bubble().captured(); }
+  bool isBubbleShown() const { return text_.bubblePanel().isVisible(); }
   // Bundle identifier of the application in front, or "?".
   std::string frontmostIdentifier() const;
-
-  // --- The user ---
-
-  void look(SelectionTrigger trigger);
-  // Clicks the badge, and then an action: the text is captured.
-  void clickBadge();
-  void dismiss();
 
   // What may be offered where this element has the focus of the application in front, and why:
   // "bubble and badge: it is a text area", "protected: it is a search field".
   std::string verdictOn(const AccessibilityElement& element) const;
 
-  // Tells the trace what has been captured since.
-  void tellCapture();
+  // Tells the trace what has been captured, shown and hidden since.
+  void look();
 
  private:
-  void setShown(bool isShown);
-
+  quillo::TextInPlace& text_;
   const Workspace& workspace_;
   Trace& trace_;
-  FieldClassification fields_;
-  WindowClassification windows_;
-  ClipboardCapture clipboard_;
-  MacSelectionBubble bubble_;
-  std::set<std::int32_t> enabledProcesses_;
-  bool isShown_ = false;
+  bool isBubbleSeen_ = false;
   std::string captureSeen_;
 };
 

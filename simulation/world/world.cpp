@@ -23,6 +23,9 @@ World::World(std::uint64_t seed, PanelTexts panelTexts, MakeLayer makeLayer)
     : panelTexts_(panelTexts), makeLayer_(std::move(makeLayer)), desktop_(seed) {
   // A user who has been asked about new features before.
   desktop_.userDefaults().setBoolean("mac.sawSelectionBubbleIntro", true);
+  // The badge asks applications all the time, and a mark would hide the buttons.
+  desktop_.userDefaults().setBoolean("mac.fieldBadgeEnabled", false);
+  desktop_.userDefaults().setBoolean("mac.compactSelectionBubble", false);
   desktop_.userDefaults().setText("inputLanguage", "en-US");
 }
 
@@ -30,8 +33,8 @@ World::~World() {
   subscriptions_.clear();
   window_.reset();
   form_.reset();
+  text_.reset();
   program_.reset();
-  textInPlace_.reset();
 }
 
 HostPorts World::observedPorts() {
@@ -44,6 +47,7 @@ HostPorts World::observedPorts() {
                                               .workspace = &workspace_,
                                               .keyPoster = &keyPoster_,
                                               .pasteboard = &pasteboard_,
+                                              .accessibility = &accessibility_,
                                               .alerts = &alerts_,
                                               .sounds = &sounds_,
                                           });
@@ -69,9 +73,7 @@ void World::launch() {
   layer_ = layer.kept;
   forgetsDismissals_ = layer.forgetsDismissals;
   program_ = makeProgram(layer.ports);
-  textInPlace_ = std::make_unique<TextInPlace>(
-      layer.ports, layer.accessibility ? *layer.accessibility : accessibility_,
-      program_->clipboardGate(), trace_);
+  text_ = std::make_unique<TextObserver>(program_->textInPlace(), layer.ports.workspace, trace_);
   observeProgram();
   program_->launch();
   runFor({});
@@ -84,8 +86,8 @@ void World::quitAndLaunchAgain() {
   subscriptions_.clear();
   window_.reset();
   form_.reset();
+  text_.reset();
   program_.reset();
-  textInPlace_.reset();
   desktop_.workspace().leaveFront(desktop_.workspace().self());
   act(Act::launchesProgram);
   launch();
@@ -119,6 +121,7 @@ void World::observeProgram() {
   observe(state.lastError, [](const std::optional<Words>& text) {
     return events::Error{text ? std::optional(text->english()) : std::nullopt};
   });
+  observeFlag(program_->textInPlace().bubble().model().working, events::Flag::isRewriting);
   observeShortcuts();
   observe(program_->appState().inputLanguage,
           [](const std::string& language) { return events::Language{language}; });
@@ -229,19 +232,55 @@ void World::tapKeys(const std::vector<Key>& chord, Duration held) {
   });
 }
 
+void World::turnBubbleOn() {
+  if (!program_->textInPlace().bubble().isRunning())
+    program_->appState().selectionBubbleEnabled = true;
+}
+
 void World::look(SelectionTrigger trigger) {
-  trace_.tell(events::UserLooks{trigger, textInPlace_->frontmostIdentifier()});
-  textInPlace_->look(trigger);
+  turnBubbleOn();
+  trace_.tell(events::UserLooks{trigger, text_->frontmostIdentifier()});
+  simulated::SimulatedApplication* front = desktop_.workspace().frontmost();
+  const simulated::TreeElement* focused = front ? front->tree().focusedElement() : nullptr;
+  if (focused && trigger == SelectionTrigger::mouse) {
+    const AccessibilityRect frame = focused->frame();
+    desktop_.pointer().moveTo(
+        onScreen({frame.origin.x + frame.size.width / 2, frame.origin.y + frame.size.height / 2}));
+  }
+  program_->textInPlace().bubble().scheduleCheck(trigger, Duration::zero());
 }
 
 void World::clickBadge() {
-  act(Act::clicksBadge, textInPlace_->frontmostIdentifier());
-  textInPlace_->clickBadge();
+  turnBubbleOn();
+  act(Act::clicksBadge, text_->frontmostIdentifier());
+  MacSelectionBubble& bubble = program_->textInPlace().bubble();
+  bubble.hide();
+  bubble.openFromBadge();
+  bubble.captureForBadge([this](bool) { text_->look(); });
 }
 
 void World::dismissBubble() {
   act(Act::dismissesBubble);
-  if (!forgetsDismissals_) textInPlace_->dismiss();
+  if (!forgetsDismissals_) program_->textInPlace().bubble().hide();
+  text_->look();
+}
+
+Point World::onScreen(AccessibilityPoint place) {
+  return {place.x, desktop_.screens().screens().front().frame.size.height - place.y};
+}
+
+void World::dragOver(TextRange range) {
+  simulated::SimulatedApplication* front = desktop_.workspace().frontmost();
+  act(Act::drags, text_->frontmostIdentifier());
+  const auto bounds = front->tree().focusedElement()->boundsOf(range);
+  const double middle = bounds->origin.y + bounds->size.height / 2;
+  simulated::SimulatedPointer& pointer = desktop_.pointer();
+  pointer.moveTo(onScreen({bounds->origin.x + 1, middle}));
+  pointer.press(mouse_buttons::left);
+  runFor(std::chrono::milliseconds(80));
+  pointer.moveTo(onScreen({bounds->origin.x + bounds->size.width + 1, middle}));
+  runFor(std::chrono::milliseconds(80));
+  pointer.release(mouse_buttons::left);
 }
 
 bool World::offers(std::string_view control) {
@@ -251,6 +290,8 @@ bool World::offers(std::string_view control) {
 bool World::click(const std::string& control) {
   if (!offers(control)) return false;
   act(Act::clicks, control);
+  if (const auto panel = desktop_.panels().offering(control))
+    desktop_.pointer().moveTo({panel->frame().midX(), panel->frame().midY()});
   return desktop_.panels().click(control) || desktop_.windows().click(control);
 }
 
@@ -310,7 +351,7 @@ void World::look() {
   }
   lookAtEditors();
   lookAtStatusPanel();
-  if (textInPlace_) textInPlace_->tellCapture();
+  if (text_) text_->look();
   if (panelTexts_ == PanelTexts::told) lookAtPanels();
 }
 

@@ -32,8 +32,6 @@ class World {
   struct Layer {
     HostPorts ports;
     std::shared_ptr<void> kept;
-    // Instead of the desktop's own, when it is not null.
-    Accessibility* accessibility = nullptr;
     bool forgetsDismissals = false;
   };
   using MakeLayer = std::function<Layer(World&, const HostPorts&)>;
@@ -65,7 +63,7 @@ class World {
   const DiagnosticsLog& diagnosticsLog() const { return diagnosticsLog_; }
   // Whatever was in front before the program comes back meanwhile.
   void quitAndLaunchAgain();
-  TextInPlace& textInPlace() { return *textInPlace_; }
+  TextObserver& text() { return *text_; }
   // A window of the program with a form in it, which the user may close and bring back.
   void openWindow();
 
@@ -92,10 +90,14 @@ class World {
   void releaseKey(Key key);
   // Presses the keys in order now and releases them in reverse order after `held`.
   void tapKeys(const std::vector<Key>& chord, Duration held = std::chrono::milliseconds(30));
-  // Text in place.
+  // --- Text in place. A look and a click on the badge turn the bubble on. ---
+  // The user selected something by such a gesture, with the pointer over it.
   void look(SelectionTrigger trigger);
+  // The badge is clicked, and the text captured as if an action were picked.
   void clickBadge();
   void dismissBubble();
+  // Drags from one end of a range of the text that has the focus to the other.
+  void dragOver(TextRange range);
   // Whether there was such a control to click, or such an item to choose.
   bool click(const std::string& control);
   bool choose(const std::string& menuItem);
@@ -122,6 +124,8 @@ class World {
   void observeShortcuts();
   void tellShortcuts(bool rebinds);
   bool offers(std::string_view control);
+  void turnBubbleOn();
+  Point onScreen(AccessibilityPoint place);
   // What only a look at the desktop shows.
   void look();
   void lookAtEditors();
@@ -164,8 +168,8 @@ class World {
 
   ObservedAccessibility accessibility_{desktop_.accessibility(), trace_};
   bool forgetsDismissals_ = false;
-  std::unique_ptr<TextInPlace> textInPlace_;
   std::unique_ptr<quillo::Program> program_;
+  std::unique_ptr<TextObserver> text_;
   std::unique_ptr<SampleForm> form_;
   std::unique_ptr<Window> window_;
   std::vector<Subscription> subscriptions_;

@@ -20,13 +20,16 @@
 #include "platform/keychain.h"
 #include "platform/login_item.h"
 #include "platform/machine.h"
+#include "platform/mouse_monitors.h"
 #include "platform/opener.h"
 #include "platform/panels.h"
 #include "platform/pasteboard.h"
 #include "platform/permissions.h"
+#include "platform/pointer.h"
 #include "platform/random.h"
 #include "platform/screens.h"
 #include "platform/serial_queue.h"
+#include "platform/services.h"
 #include "platform/sounds.h"
 #include "platform/status_item.h"
 #include "platform/system_log.h"
@@ -58,6 +61,8 @@ struct HostPorts {
   EventTaps& eventTaps;
   EventMonitors& eventMonitors;
   HIDKeyboards& hidKeyboards;
+  MouseMonitors& mouseMonitors;
+  Pointer& pointer;
   Pasteboard& pasteboard;
   Accessibility& accessibility;
   Screens& screens;
@@ -69,22 +74,24 @@ struct HostPorts {
   Opener& opener;
   LoginItem& loginItem;
   DesktopSession& session;
+  Services& services;
 };
 
 // Both desktops, the simulated and the real one, offer their parts under the same names.
 template <class Desktop>
 HostPorts portsOf(Desktop& desktop) {
-  return {desktop.mainThread(),   desktop.clock(),         desktop.random(),
-          desktop.queues(),       desktop.systemLog(),     desktop.log(),
-          desktop.userDefaults(), desktop.keychain(),      desktop.files(),
-          desktop.network(),      desktop.machine(),       desktop.permissions(),
-          desktop.audioDevices(), desktop.audioSystem(),   desktop.workspace(),
-          desktop.keyPoster(),    desktop.keyboardState(), desktop.hotKeys(),
-          desktop.eventTaps(),    desktop.eventMonitors(), desktop.hidKeyboards(),
-          desktop.pasteboard(),   desktop.accessibility(), desktop.screens(),
-          desktop.panels(),       desktop.statusItem(),    desktop.application(),
-          desktop.alerts(),       desktop.sounds(),        desktop.opener(),
-          desktop.loginItem(),    desktop.session()};
+  return {desktop.mainThread(),    desktop.clock(),         desktop.random(),
+          desktop.queues(),        desktop.systemLog(),     desktop.log(),
+          desktop.userDefaults(),  desktop.keychain(),      desktop.files(),
+          desktop.network(),       desktop.machine(),       desktop.permissions(),
+          desktop.audioDevices(),  desktop.audioSystem(),   desktop.workspace(),
+          desktop.keyPoster(),     desktop.keyboardState(), desktop.hotKeys(),
+          desktop.eventTaps(),     desktop.eventMonitors(), desktop.hidKeyboards(),
+          desktop.mouseMonitors(), desktop.pointer(),       desktop.pasteboard(),
+          desktop.accessibility(), desktop.screens(),       desktop.panels(),
+          desktop.statusItem(),    desktop.application(),   desktop.alerts(),
+          desktop.sounds(),        desktop.opener(),        desktop.loginItem(),
+          desktop.session(),       desktop.services()};
 }
 
 }  // namespace quillo

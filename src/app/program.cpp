@@ -61,10 +61,13 @@ Program::Program(HostPorts ports, Backend backend, std::function<void()> openDia
                   dictationControls_),
       cycleHotKey_(ports.mainThread, hotKeyTap_, globalHotKey_, hidMonitor_, ports.eventMonitors),
       shortcuts_(ports.mainThread, appState_, shortcutRoutes_, pushToTalk_, dictationControls_),
+      textInPlace_(ports,
+                   {appState_, api_, auth_, navigator_, clipboardGate_, insertion_, globalHotKey_,
+                    [this](const Words& text) { toast_.showToast(text); }}),
       menuBar_(ports.mainThread, ports.statusItem, dictation_, appState_, appState_, auth_,
                ports.session, menuBarActions(std::move(openDiagnosticsLog))),
       delegate_(ports.mainThread, ports.application, ports.alerts, appState_, shortcuts_,
-                globalHotKey_, ports.log) {
+                globalHotKey_, ports.log, launchSteps()) {
   plugInUpperRooms();
   observeSettings();
   receiveDesktopEvents();
@@ -89,6 +92,13 @@ DictationHUDCommands Program::hudCommands() {
   return {.cancelProcessing = [this] { dictation_.cancelProcessing(); },
           .retryLastRecording = [this] { dictation_.retryLastRecording(); },
           .dismissLastFailure = [this] { dictation_.dismissLastFailure(); }};
+}
+
+LaunchSteps Program::launchSteps() {
+  LaunchSteps steps;
+  steps.provideServices = [this] { textInPlace_.provideServices(); };
+  steps.startSelectionBubble = [this] { textInPlace_.startSelectionBubble(); };
+  return steps;
 }
 
 MenuBarActions Program::menuBarActions(std::function<void()> openDiagnosticsLog) {

@@ -11,6 +11,7 @@
 #include "app/alert_navigator.h"
 #include "app/dictation_controls_adapter.h"
 #include "app/host_ports.h"
+#include "app/text_in_place.h"
 #include "core/dictation_controller.h"
 #include "input/cycle_hot_key.h"
 #include "input/dictation_shortcuts.h"
@@ -52,10 +53,12 @@ class Program {
   MacHistoryStore& history() { return history_; }
   // Whoever borrows the clipboard beside the program enters it.
   MacClipboardGate& clipboardGate() { return clipboardGate_; }
+  TextInPlace& textInPlace() { return textInPlace_; }
 
  private:
   Words shortcutText() const;
   DictationHUDCommands hudCommands();
+  LaunchSteps launchSteps();
   MenuBarActions menuBarActions(std::function<void()> openDiagnosticsLog);
   void plugInUpperRooms();
   void observeSettings();
@@ -87,6 +90,8 @@ class Program {
   MacPushToTalk pushToTalk_;
   CycleHotKey cycleHotKey_;
   DictationShortcuts shortcuts_;
+
+  TextInPlace textInPlace_;
 
   MenuBar menuBar_;
   MurmexMacAppDelegate delegate_;

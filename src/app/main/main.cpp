@@ -72,7 +72,8 @@ int run(int argumentCount, char** arguments) {
       {.mainThread = ground.mainThread,
        .log = log,
        .ownBundleIdentifier = bundle.bundleIdentifier,
-       .lost = [] { QApplication::exit(refuse("the display has gone.")); }});
+       .lost = [] { QApplication::exit(refuse("the display has gone.")); },
+       .isPointerOverOwnWindow = &linux_host::isPointerOverOwnWindow});
   if (!opened.desktop) return refuse(opened.refusal);
 
   views::QuickViews views;

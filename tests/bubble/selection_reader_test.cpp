@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
-#include "bubble/selection_bubble.h"
+#include "bubble/selection_reader.h"
 #include "bubble/selection_rules.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "insertion/classification/accessibility_reading.h"
@@ -45,14 +45,13 @@ TEST(SelectionRules, AParagraphLiesBetweenNewlinesOfAnyKind) {
   EXPECT_FALSE(paragraphAt(std::u16string(2001, u'a'), 7));
 }
 
-class SelectionBubbleTest : public testing::Test {
+class SelectionReaderTest : public testing::Test {
  protected:
-  SelectionBubbleTest() { bubble_.start(); }
-  ~SelectionBubbleTest() override { desktop_.abandonTasks(); }
-
-  bool capturesParagraphOf(const std::string& text) {
+  // How much of it is taken, in bytes.
+  std::optional<std::size_t> takenOf(const std::string& text) {
     program_.editor().setText(text);
-    return bubble_.captureParagraph(bubble_.focusedElement(), "ru.keepcoder.Telegram");
+    const auto taken = reader_.captureParagraph(reader_.focusedElement(), "ru.keepcoder.Telegram");
+    return taken ? std::optional(taken->size()) : std::nullopt;
   }
 
   simulated::SimulatedDesktop desktop_;
@@ -61,54 +60,37 @@ class SelectionBubbleTest : public testing::Test {
   FieldClassification fields_{desktop_.accessibility(), desktop_.screens()};
   WindowClassification windows_{desktop_.accessibility(), desktop_.workspace(),
                                 desktop_.application(), desktop_.log()};
-  MacClipboardGate gate_;
-  ClipboardCapture clipboard_{desktop_.mainThread(),
-                              desktop_.pasteboard(),
-                              desktop_.keyPoster(),
-                              desktop_.keyboardState(),
-                              gate_,
-                              desktop_.log()};
-  MacSelectionBubble bubble_{
-      desktop_.mainThread(),
-      desktop_.accessibility(),
-      desktop_.screens(),
-      desktop_.workspace(),
-      fields_,
-      windows_,
-      clipboard_,
-      desktop_.log(),
-      {[](const SelectionCheck&) {}, [] {}, [](const SelectionCheck&) { return false; }}};
+  SelectionReader reader_{desktop_.accessibility(), desktop_.screens(), fields_, windows_,
+                          desktop_.log()};
 };
 
-TEST_F(SelectionBubbleTest, AShortDraftIsTakenWholeAndALongOneByItsParagraph) {
-  EXPECT_TRUE(capturesParagraphOf(letters(1000) + "\n" + letters(999)));
-  EXPECT_EQ(bubble_.captured().text.size(), 2000u);
-  EXPECT_TRUE(capturesParagraphOf(letters(1000) + "\n" + letters(1000)));
-  EXPECT_EQ(bubble_.captured().text.size(), 1000u);
-  EXPECT_FALSE(capturesParagraphOf(std::string(10, ' ')));
-  EXPECT_TRUE(capturesParagraphOf(letters(199'998) + "\na"));
-  EXPECT_FALSE(capturesParagraphOf(letters(199'999) + "\na")) << "a field of 200,001";
+TEST_F(SelectionReaderTest, AShortDraftIsTakenWholeAndALongOneByItsParagraph) {
+  EXPECT_EQ(takenOf(letters(1000) + "\n" + letters(999)), 2000u);
+  EXPECT_EQ(takenOf(letters(1000) + "\n" + letters(1000)), 1000u);
+  EXPECT_FALSE(takenOf(std::string(10, ' ')));
+  EXPECT_TRUE(takenOf(letters(199'998) + "\na"));
+  EXPECT_FALSE(takenOf(letters(199'999) + "\na")) << "a field of 200,001";
 }
 
-TEST_F(SelectionBubbleTest, BoundsLieOnTheScreenOrAreUnknown) {
-  const AccessibilityElement element = bubble_.focusedElement().value();
+TEST_F(SelectionReaderTest, BoundsLieOnTheScreenOrAreUnknown) {
+  const AccessibilityElement element = reader_.focusedElement().value();
   program_.editor().setText("one two");
   program_.editor().select("two");
   // 8 a unit and 16 a line in a field whose top is 110 below that of a screen 900 high.
-  EXPECT_EQ(bubble_.selectionBounds(element), (Rect{{132, 774}, {24, 16}}));
+  EXPECT_EQ(reader_.selectionBounds(element), (Rect{{132, 774}, {24, 16}}));
   desktop_.screens().arrange({});
-  EXPECT_FALSE(bubble_.selectionBounds(element));
+  EXPECT_FALSE(reader_.selectionBounds(element));
   desktop_.screens().arrange({{{{-800, 0}, {800, 600}}, {}}, {{{0, 0}, {1440, 900}}, {}}});
-  EXPECT_EQ(bubble_.selectionBounds(element)->minY(), 774) << "of the screen at the origin";
+  EXPECT_EQ(reader_.selectionBounds(element)->minY(), 774) << "of the screen at the origin";
   for (const auto manner : {simulated::ApplicationTree::FrameManner::negative,
                             simulated::ApplicationTree::FrameManner::notANumber}) {
     program_.tree().frames = manner;
-    EXPECT_FALSE(bubble_.selectionBounds(element));
+    EXPECT_FALSE(reader_.selectionBounds(element));
     EXPECT_FALSE(elementFrame(desktop_.accessibility(), desktop_.screens(), element));
   }
 }
 
-TEST_F(SelectionBubbleTest, ATreeWithoutEndIsLeftAfterAFewLevels) {
+TEST_F(SelectionReaderTest, ATreeWithoutEndIsLeftAfterAFewLevels) {
   TreeElement* element = program_.tree().mainWindow();
   for (int level = 0; level < 10'000; ++level) element = &element->add({.role = "AXGroup"});
   const std::int64_t before = desktop_.accessibility().calls();
