@@ -1,6 +1,7 @@
 // quillo-panel-pictures FOLDER [GROUP]: shows each state of the panels on this display, in both
 // colour schemes, and writes a picture of each; or those of one group alone (status, toasts,
-// reviews, keyboard, alerts, form). The panels and their logic are the program's own.
+// reviews, keyboard, alerts, form,
+// bubble). The panels and their logic are the program's own.
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,6 +26,9 @@
 #include "hosts/linux/qt/qt_windows.h"
 #include "hosts/simulated/simulated_desktop.h"
 #include "input/shortcut_model.h"
+#include "shell/bubble/bubble_toolbar.h"
+#include "shell/bubble/field_badge_panel.h"
+#include "shell/bubble/selection_bubble_panel.h"
 #include "shell/review/review_panel.h"
 #include "shell/status/dictation_hud.h"
 #include "shell/toast/toast_panel.h"
@@ -140,6 +145,12 @@ class Backdrop final : public QRasterWindow {
     lower();
     update();
   }
+  // A text field with a sentence that is selected; nothing ends it.
+  void showField(std::optional<QRect> field) {
+    field_ = field;
+    update();
+  }
+  static constexpr QRect selection{26, 46, 318, 22};  // in the field
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -149,10 +160,29 @@ class Backdrop final : public QRasterWindow {
     sky.setColorAt(0.55, isDark_ ? QColor(58, 44, 92) : QColor(206, 214, 246));
     sky.setColorAt(1, isDark_ ? QColor(110, 56, 84) : QColor(250, 214, 196));
     painter.fillRect(QRect(0, 0, width(), height()), sky);
+    if (field_) paintField(painter);
   }
 
  private:
+  void paintField(QPainter& painter) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isDark_ ? QColor(70, 70, 78) : QColor(196, 196, 204));
+    painter.setBrush(isDark_ ? QColor(30, 30, 34) : QColor(255, 255, 255));
+    painter.drawRoundedRect(*field_, 8, 8);
+    painter.fillRect(selection.translated(field_->topLeft()),
+                     isDark_ ? QColor(38, 74, 132) : QColor(186, 214, 251));
+    QFont font = painter.font();
+    font.setPixelSize(16);
+    painter.setFont(font);
+    painter.setPen(isDark_ ? QColor(232, 232, 236) : QColor(28, 28, 32));
+    const char* const lines[] = {"Dear Ada,", "we has recieved teh figures you send on Monday.",
+                                 "See you on thursday."};
+    int y = field_->top() + 34;
+    for (const char* const line : lines) painter.drawText(field_->left() + 26, y, line), y += 28;
+  }
+
   bool isDark_ = false;
+  std::optional<QRect> field_;
 };
 
 class Pictures {
@@ -295,6 +325,13 @@ class Pictures {
                 "it on the current selection any time with ⌃⌥E.\n\nTurn it on? (You can change "
                 "this later in Settings → Selection edit bubble.)"),
           {words("Turn it on"), words("Not now")}}},
+        {"translation",
+         {words("Translation"),
+          words("In {language} · copied to clipboard", {{"language", languageNamed("German", "de")}}),
+          {words("Copy"), words("Done")},
+          Alerts::Style::informational,
+          asItStands("Wir treffen uns um neun in dem kleinen Zimmer im zweiten Stock, und bringen "
+                     "die Zahlen mit. Wer nicht kommen kann, schreibt bitte vorher.")}},
     };
     for (const auto& [name, alert] : alerts) {
       const Timer look(mainThread_, 600ms, [this, file = std::string("alert-") + name] {
@@ -360,14 +397,59 @@ class Pictures {
     }
   }
 
+  // --- Text in place ---
+
+  Task<> playBubble() {
+    const QRect field(340, 300, 560, 150);
+    backdrop_.showField(field);
+    const Rect selected = linux_host::toPlane(Backdrop::selection.translated(field.topLeft()));
+    const auto takeBubble = [this](const char* name) { take(std::string("bubble-") + name, 190); };
+    bubble_.muteLabel = "Letters";
+    bubble_.isCollapsed = true;
+    bubblePanel_.show(selected);
+    co_await sleepFor(400ms);
+    takeBubble("compact");
+    bubble_.isCollapsed = false;
+    bubblePanel_.show(selected);
+    co_await sleepFor(400ms);
+    takeBubble("open");
+    bubble_.working = true;
+    bubble_.activeAction = BubbleAction::fix;
+    co_await sleepFor(400ms);
+    takeBubble("busy");
+    bubble_.working = false;
+    bubble_.error = words("Couldn't fix — try again.");
+    bubblePanel_.show(selected);
+    co_await sleepFor(300ms);
+    takeBubble("error");
+    bubble_.error = std::nullopt;
+    bubblePanel_.show(selected);
+    controlWithId(toolbar_, "custom")->press();
+    co_await sleepFor(300ms);
+    takeBubble("no-prompts");
+    prompts_ = {{.id = "1", .name = "Shorter"}, {.id = "2", .name = "As a list, for the minutes"}};
+    bubble_.presentationID = "again";
+    controlWithId(toolbar_, "custom")->press();
+    co_await sleepFor(300ms);
+    takeBubble("prompts");
+    prompts_.clear();
+    bubble_.presentationID = "over";
+    bubblePanel_.orderOut();
+    const Rect place = linux_host::toPlane(field);
+    badge_.show({place.maxX() - 6 - badge_.size().width, place.minY() + 6});
+    co_await sleepFor(300ms);
+    takeBubble("badge");
+    badge_.orderOut();
+    backdrop_.showField(std::nullopt);
+  }
+
   void closeDialogs() {
     for (QWindow* const window : QGuiApplication::topLevelWindows())
       if (window->isVisible() && window->type() == Qt::Dialog) window->close();
   }
 
   // The windows that are shown, with some of what lies around them.
-  void take(const std::string& name) {
-    constexpr int around = 28;
+  void take(const std::string& name, int around = 28) {
     QRect area;
     for (const QWindow* const window : QGuiApplication::topLevelWindows())
       if (window->isVisible() && window != &backdrop_) area |= window->frameGeometry();
@@ -385,6 +467,7 @@ class Pictures {
       {"status", &Pictures::playStatus},   {"toasts", &Pictures::playToasts},
       {"reviews", &Pictures::playReviews}, {"keyboard", &Pictures::playKeyboard},
       {"alerts", &Pictures::playAlerts},   {"form", &Pictures::playForm},
+      {"bubble", &Pictures::playBubble},
   };
 
   std::string folder_;
@@ -409,6 +492,18 @@ class Pictures {
   MacDictationHUD hud_{mainThread_, panels_, screens_,
                        [this] { return shortcutDisplayText(appState_); }};
   ToastPanel toast_{mainThread_, panels_, screens_};
+  BubbleModel bubble_;
+  std::vector<PromptInstruction> prompts_;
+  SelectionBubblePanel bubblePanel_{mainThread_, panels_, screens_,
+                                    [this]() -> Content& { return toolbar_; }};
+  BubbleToolbar toolbar_{mainThread_,
+                         bubble_,
+                         {.perform = [](BubbleAction) {},
+                          .performCustom = [](const std::string&) {},
+                          .customPrompts = [this] { return prompts_; },
+                          .requestResize = [this] { bubblePanel_.requestResize(); },
+                          .mute = [] {}}};
+  FieldBadgePanel badge_{panels_, [] {}};
   MacReviewPanel review_{mainThread_, panels_, screens_, application_, appState_};
 };
 

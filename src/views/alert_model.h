@@ -15,6 +15,7 @@ class AlertModel final : public ContentModel {
   QML_UNCREATABLE("made for each panel")
   Q_PROPERTY(QString messageText READ messageText CONSTANT)
   Q_PROPERTY(QString informativeText READ informativeText CONSTANT)
+  Q_PROPERTY(QString accessoryText READ accessoryText CONSTANT)
 
  public:
   // Both outlive the model.
@@ -23,6 +24,7 @@ class AlertModel final : public ContentModel {
 
   QString messageText() const { return shown(content_.alert().messageText); }
   QString informativeText() const { return shown(content_.alert().informativeText); }
+  QString accessoryText() const { return shown(content_.alert().accessoryText); }
 
  private:
   linux_host::AlertContent& content_;

@@ -7,6 +7,8 @@ namespace quillo::views {
 QVariantMap ContentModel::toVariant(const Control& control) const {
   return {{"id", QString::fromStdString(control.id)},
           {"title", shown(control.name)},
+          {"help", shown(control.help)},
+          {"isEnabled", control.isEnabled},
           {"isDefault", control.key == KeyEquivalent::defaultAction}};
 }
 

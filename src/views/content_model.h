@@ -17,8 +17,8 @@ class ContentModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("made for each view")
-  // Those that are seen, by their ids and in their order. Each has an "id", a "title", and whether
-  // it "isDefault".
+  // Those that are seen, by their ids and in their order. Each has an "id", a "title", a "help",
+  // and whether it "isDefault" and "isEnabled".
   Q_PROPERTY(QVariantMap controls READ controls NOTIFY changed)
   Q_PROPERTY(QVariantList controlList READ controlList NOTIFY changed)
 
@@ -33,6 +33,8 @@ class ContentModel : public QObject {
   // In a turn of its own, since it may take the view away. A control that has gone by then is not
   // pressed.
   Q_INVOKABLE void press(const QString& id);
+  // The pointer has come, or gone.
+  Q_INVOKABLE void hover(bool isHovered) { content_.setHovered(isHovered); }
   Q_INVOKABLE void change(const QString& id, const QVariant& value);
   // At once, for a field: the user goes on typing.
   Q_INVOKABLE void type(const QString& id, const QString& text);

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "shell/bubble/field_badge_view.h"
 #include "views/alert_model.h"
 #include "views/bar_icon.h"
 #include "views/form_model.h"
@@ -19,6 +20,7 @@
 #include "views/status_model.h"
 #include "views/theme.h"
 #include "views/toast_model.h"
+#include "views/toolbar_model.h"
 
 // Generated: makes the types of this module known to the engine.
 extern void qml_register_types_Quillo_Views();
@@ -40,6 +42,8 @@ constexpr View views[] = {
     {MacDictationHUDView::name, "StatusPanel", modelOf<MacDictationHUDView, StatusModel>},
     {MacToastView::name, "ToastPanel", modelOf<MacToastView, ToastModel>},
     {MacReviewView::name, "ReviewPanel", modelOf<MacReviewView, ReviewModel>},
+    {BubbleToolbar::name, "BubblePanel", modelOf<BubbleToolbar, ToolbarModel>},
+    {FieldBadgeView::name, "BadgePanel", modelOf<FieldBadgeView, BadgeModel>},
     {forms::Form::name, "FormPanel", modelOf<forms::Form, FormModel>},
     {linux_host::AlertContent::name, "AlertPanel", modelOf<linux_host::AlertContent, AlertModel>},
 };

@@ -4,6 +4,7 @@
 #include <QPolygonF>
 #include <QTransform>
 #include <algorithm>
+#include <cmath>
 
 namespace quillo::views {
 namespace {
@@ -175,6 +176,47 @@ QPainterPath downArrowDisc() {
   return inDisc(arrow, 0.66);
 }
 
+QPainterPath checkedRing() {
+  return united(ring(9.2, 1.9), line({{7.6, 12.4}, {10.8, 15.6}, {16.4, 8.8}}, 2.1));
+}
+
+QPainterPath wandAndStars() {
+  return united(line({{4, 20}, {14.6, 9.4}}, 2.6), sparkle({18, 6}, 4.4), sparkle({7, 6.4}, 2.8),
+                sparkle({18.6, 16.6}, 2.8));
+}
+
+QPainterPath bulletList() {
+  QPainterPath all;
+  for (const double y : {6.0, 12.0, 18.0}) {
+    all.addPath(disc({4.4, y}, 1.5));
+    all.addPath(line({{9.4, y}, {20.6, y}}, 2));
+  }
+  return all;
+}
+
+QPainterPath downChevron() {
+  return line({{4, 8}, {12, 16}, {20, 8}}, 3.4);
+}
+
+QPainterPath powerSwitch() {
+  QPainterPath turn;
+  const QRectF circle(4, 4.6, 16, 16);
+  turn.arcMoveTo(circle, 55);
+  turn.arcTo(circle, 55, -290);
+  return united(line(turn, 2.2), line({{12, 2.6}, {12, 11.4}}, 2.2));
+}
+
+// Of growing dots, so that its turning is seen.
+QPainterPath dottedRing() {
+  QPainterPath dots;
+  constexpr int count = 8;
+  for (int i = 0; i < count; ++i) {
+    const double angle = i * 2 * 3.14159265358979 / count;
+    dots.addPath(disc(center + QPointF(std::cos(angle), std::sin(angle)) * 8.4, 0.8 + i * 0.18));
+  }
+  return dots;
+}
+
 struct Drawing {
   std::string_view name;
   QPainterPath (*draw)();
@@ -185,6 +227,12 @@ constexpr Drawing drawings[] = {
     {"exclamationmark.triangle.fill", warningTriangle},
     {"checkmark", checkmark},
     {"xmark", xmark},
+    {"checkmark.circle", checkedRing},
+    {"wand.and.stars", wandAndStars},
+    {"list.bullet", bulletList},
+    {"chevron.down", downChevron},
+    {"power", powerSwitch},
+    {"circle.dotted", dottedRing},
     {"chevron.up.chevron.down", upAndDown},
     {"arrow.clockwise", clockwiseArrow},
     {"globe", globe},

@@ -11,7 +11,8 @@ FocusScope {
     // Room for the shadow, around what the panel is said to cover.
     readonly property int margin: translucent ? 24 : 0
 
-    implicitWidth: 400
+    readonly property bool hasAccessory: model.accessoryText !== ""
+    implicitWidth: hasAccessory ? 460 + icon.width + 16 + 2 * 20 : 400
     implicitHeight: column.implicitHeight + 2 * 20
 
     Accessible.role: Accessible.Dialog
@@ -79,6 +80,32 @@ FocusScope {
             Accessible.name: text
         }
         Item { width: 1; height: 8 }
+        // It can be selected and copied, and scrolls when it is long.
+        Flickable {
+            visible: root.hasAccessory
+            width: parent.width
+            height: Math.max(40, Math.min(accessory.implicitHeight, 320))
+            contentHeight: accessory.implicitHeight
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+
+            TextEdit {
+                id: accessory
+                width: parent.width
+                text: root.model.accessoryText
+                textFormat: TextEdit.PlainText
+                wrapMode: TextEdit.Wrap
+                readOnly: true
+                selectByMouse: true
+                color: Theme.primary
+                selectionColor: Theme.accent
+                font { family: Theme.fontFamily; pixelSize: 13 }
+                Accessible.role: Accessible.EditableText
+                Accessible.readOnly: true
+                Accessible.name: text
+            }
+        }
+        Item { visible: root.hasAccessory; width: 1; height: 8 }
 
         // The first one, which is the default, lies in the corner; the others follow to its left.
         Row {
