@@ -327,7 +327,8 @@ class Pictures {
           {words("Turn it on"), words("Not now")}}},
         {"translation",
          {words("Translation"),
-          words("In {language} · copied to clipboard", {{"language", languageNamed("German", "de")}}),
+          words("In {language} · copied to clipboard",
+                {{"language", languageNamed("German", "de")}}),
           {words("Copy"), words("Done")},
           Alerts::Style::informational,
           asItStands("Wir treffen uns um neun in dem kleinen Zimmer im zweiten Stock, und bringen "

@@ -28,6 +28,9 @@ class TheClipboardIsTheUsers final : public Invariant {
     if (isCopy(event)) ++pastes_;
     if (isLog(event, "clipboard selection capture")) --pastes_;
     if (isStatus(event, "Copied")) allow(own_);
+    // It says that it was copied.
+    if (const auto* alert = event.as<events::Alert>(); alert && alert->title == "Translation")
+      allow(own_);
     // What cannot be copied in time, or is with an owner that has gone, cannot come back.
     if (const auto kind = beginningFault(event); kind && isOfClipboard(*kind))
       isObtainable_ = false;

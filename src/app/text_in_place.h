@@ -42,7 +42,7 @@ class TextInPlace {
     MacClipboardGate& clipboardGate;
     MacTextInsertion& insertion;
     GlobalHotKey& globalHotKey;
-    std::function<void(std::string_view)> showToast;
+    std::function<void(Words)> showToast;
   };
 
   TextInPlace(const HostPorts& ports, Rooms rooms);

@@ -105,7 +105,7 @@ Point BadgeCorner::originInside(const AccessibilityElement& element, const Rect&
 }
 
 bool BadgeCorner::scrollsVertically(const AccessibilityElement& element) const {
-  if (accessibility_.attribute(element, ax::verticalScrollBar).succeeded()) return true;
+  if (accessibility_.attribute(element, ax::verticalScrollBar).has_value()) return true;
   const auto parent = elementAttribute(accessibility_, element, ax::parent);
   return parent && textAttribute(accessibility_, *parent, ax::role) == "AXScrollArea";
 }
@@ -156,8 +156,10 @@ std::optional<Rect> BadgeCorner::obstacle(const AccessibilityElement& node,
 
 std::optional<Rect> BadgeCorner::blockingAt(Point origin, Size size) const {
   const Rect mark{origin, size};
-  auto level = accessibility_.elementAtPosition(topLeftPoint(screens_, {mark.midX(), mark.midY()}));
-  if (!level || isOwn_(*level)) return std::nullopt;
+  const auto hit =
+      accessibility_.elementAtPosition(topLeftPoint(screens_, {mark.midX(), mark.midY()}));
+  if (!hit || isOwn_(*hit)) return std::nullopt;
+  std::optional<AccessibilityElement> level = *hit;
   for (int i = 0; level && i < climbedLevels; ++i) {
     const auto role = textAttribute(accessibility_, *level, ax::role);
     if (role && (isPressable(*role) || *role == linkRole)) {

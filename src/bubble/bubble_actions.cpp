@@ -15,11 +15,6 @@ constexpr Duration errorStays = std::chrono::seconds(3);
 constexpr std::int64_t paymentRequired = 402;
 constexpr std::int64_t tooManyRequests = 429;
 
-std::string failureMessage(const std::exception_ptr& failure, const std::string& label) {
-  if (isPlanLimit(failure)) return "Free limit reached — upgrade in Quillo.";
-  return "Couldn't " + label + " — try again.";
-}
-
 }  // namespace
 
 bool isPlanLimit(const std::exception_ptr& failure) {
@@ -31,6 +26,10 @@ bool isPlanLimit(const std::exception_ptr& failure) {
   } catch (...) {
     return false;
   }
+}
+
+Words planLimitText() {
+  return words("Free limit reached — upgrade in Quillo.");
 }
 
 // --- What was picked ---
@@ -51,7 +50,7 @@ void BubbleActions::captureFirst(std::function<void()> next) {
   bubble_.captureForBadge([this, next = std::move(next)](bool isCaptured) {
     capturingFor_.reset();
     if (isCaptured) return next();
-    bubble_.model().error = "Select some text to edit.";
+    bubble_.model().error = words("Select some text to edit.");
     panel_.requestReposition();
   });
 }
@@ -62,8 +61,9 @@ void BubbleActions::perform(BubbleAction action) {
   bubble_.model().activeAction = action;
   const bool isFix = action == BubbleAction::fix;
   rewrite({.mode = isFix ? "direct" : "improve",
-           .prompt = state_.stylePrompt(PromptUse::bubble),
-           .label = isFix ? "fix" : "improve"});
+           .prompt = writing_.stylePrompt(PromptUse::bubble),
+           .failure = isFix ? words("Couldn't fix — try again.")
+                            : words("Couldn't improve — try again.")});
 }
 
 void BubbleActions::performCustom(const std::string& prompt) {
@@ -72,7 +72,9 @@ void BubbleActions::performCustom(const std::string& prompt) {
   if (mustCapture()) return captureFirst([this, text] { performCustom(text); });
   if (!mayRewrite()) return;
   bubble_.model().activeAction = std::nullopt;
-  rewrite({.mode = "direct", .prompt = StylePrompt{text, "promptOnly"}, .label = "apply that"});
+  rewrite({.mode = "direct",
+           .prompt = StylePrompt{text, "promptOnly"},
+           .failure = words("Couldn't apply that — try again.")});
 }
 
 // --- The request ---
@@ -80,21 +82,21 @@ void BubbleActions::performCustom(const std::string& prompt) {
 TransformRequest BubbleActions::requestFor(const Rewrite& rewrite) const {
   const CapturedSelection& captured = bubble_.captured();
   const Snippets::Result prepared = applySnippets(
-      state_.snippets, applyReplacements(state_.dictionaryReplacements, captured.text));
+      writing_.snippets, applyReplacements(writing_.dictionaryReplacements, captured.text));
   TransformRequest request{
       .text = prepared.text,
       .transformMode = rewrite.mode,
-      .tone = state_.tone,
+      .tone = writing_.tone,
       .readingLevel = "standard",
-      .targetLanguage = state_.outputLanguage,
+      .targetLanguage = writing_.outputLanguage,
       .inputLanguage = "auto",
       .accuracyMode = "balanced",
       .inputAlreadyMetered = std::nullopt,
       .customPrompt = std::nullopt,
       .promptMode = std::nullopt,
-      .preserveTerms = preserveTermsList(prepared.used, state_.dictionaryVocabulary,
-                                         state_.dictionaryReplacements),
-      .glossary = state_.glossaryForOutput(),  // as far as the service takes it
+      .preserveTerms = preserveTermsList(prepared.used, writing_.dictionaryVocabulary,
+                                         writing_.dictionaryReplacements),
+      .glossary = writing_.glossaryForOutput(),  // as far as the service takes it
       .format = std::nullopt,
       .appContext = std::nullopt,
   };
@@ -111,19 +113,21 @@ void BubbleActions::rewrite(Rewrite rewrite) {
   bubble_.model().working = true;
   bubble_.model().error = std::nullopt;
   panel_.requestReposition();
-  start(mainThread_, send(std::move(request), std::move(rewrite.label)));
+  start(mainThread_, send(std::move(request), std::move(rewrite.failure)));
 }
 
-Task<> BubbleActions::send(TransformRequest request, std::string label) {
+Task<> BubbleActions::send(TransformRequest request, Words failureText) {
   std::string text;
   std::exception_ptr failure;
   try {
-    const TransformResponse reply = co_await api_.transform(std::move(request), state_.identity());
+    const TransformResponse reply =
+        co_await api_.transform(std::move(request), account_.identity());
     text = trimmed(reply.text);
   } catch (...) {
     failure = std::current_exception();
   }
-  if (failure || text.empty()) co_return fail(failureMessage(failure, label));
+  if (failure && isPlanLimit(failure)) co_return fail(planLimitText());
+  if (failure || text.empty()) co_return fail(std::move(failureText));
   bubble_.model().working = false;
   co_await writeBack(std::move(text));
   bubble_.hide();
@@ -138,7 +142,7 @@ Task<> BubbleActions::writeBack(std::string text) {
                          std::string(insertFailureName(insertion_.lastInsertFailure())));
 }
 
-void BubbleActions::fail(std::string message) {
+void BubbleActions::fail(Words message) {
   bubble_.model().working = false;
   bubble_.model().error = std::move(message);
   panel_.requestReposition();

@@ -12,7 +12,8 @@
 #include "base/task.h"
 #include "bubble/selection_bubble.h"
 #include "insertion/text_insertion.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -20,13 +21,14 @@ namespace quillo {
 class BubbleActions {
  public:
   BubbleActions(MainThread& mainThread, MacSelectionBubble& bubble, BubblePanel& panel,
-                MurmexAPI& api, MacAppState& state, const Workspace& workspace,
-                MacTextInsertion& insertion, Log& log)
+                MurmexAPI& api, const AccountState& account, const WritingSettings& writing,
+                const Workspace& workspace, MacTextInsertion& insertion, Log& log)
       : mainThread_(mainThread),
         bubble_(bubble),
         panel_(panel),
         api_(api),
-        state_(state),
+        account_(account),
+        writing_(writing),
         workspace_(workspace),
         insertion_(insertion),
         log_(log) {}
@@ -34,13 +36,13 @@ class BubbleActions {
   void perform(BubbleAction action);
   // A saved prompt, by its text.
   void performCustom(const std::string& prompt);
-  std::vector<PromptInstruction> customPrompts() const { return state_.savedPrompts(); }
+  std::vector<PromptInstruction> customPrompts() const { return writing_.savedPrompts(); }
 
  private:
   struct Rewrite {
     std::string mode;
     std::optional<StylePrompt> prompt;
-    std::string label;  // "Couldn't <label> — try again."
+    Words failure;  // what the user is told when it comes to nothing
   };
 
   bool mustCapture() const;
@@ -48,15 +50,16 @@ class BubbleActions {
   void captureFirst(std::function<void()> next);
   void rewrite(Rewrite rewrite);
   TransformRequest requestFor(const Rewrite& rewrite) const;
-  Task<> send(TransformRequest request, std::string label);
+  Task<> send(TransformRequest request, Words failureText);
   Task<> writeBack(std::string text);
-  void fail(std::string message);
+  void fail(Words message);
 
   MainThread& mainThread_;
   MacSelectionBubble& bubble_;
   BubblePanel& panel_;
   MurmexAPI& api_;
-  MacAppState& state_;
+  const AccountState& account_;
+  const WritingSettings& writing_;
   const Workspace& workspace_;
   MacTextInsertion& insertion_;
   Log& log_;
@@ -66,5 +69,6 @@ class BubbleActions {
 
 // The status of a request that failed because the plan's limit is reached.
 bool isPlanLimit(const std::exception_ptr& failure);
+Words planLimitText();
 
 }  // namespace quillo

@@ -52,7 +52,7 @@ void FieldBadge::armTimer() {
 
 void FieldBadge::badgeTick() {
   if (!owner_.mayTick()) return;
-  if (!state_.fieldBadgeEnabled) return hideBadge();
+  if (!settings_.fieldBadgeEnabled) return hideBadge();
   if (badgeSkipTicks_ >= 1) {
     --badgeSkipTicks_;
     return;
@@ -63,7 +63,7 @@ void FieldBadge::badgeTick() {
 
   badgeTickBusy_ = true;
   const MonotonicTime begin = mainThread_.now();
-  const auto info = computation_.computeBadge(state_.bubbleMutedContexts.get());
+  const auto info = computation_.computeBadge(settings_.bubbleMutedContexts.get());
   const Duration took = mainThread_.now() - begin;
   if (info) {
     placeBadge(*info);

@@ -15,7 +15,7 @@
 #include "bubble/bubble_panels.h"
 #include "platform/mouse_monitors.h"
 #include "platform/pointer.h"
-#include "state/app_state.h"
+#include "state/bubble_settings.h"
 
 namespace quillo {
 
@@ -30,13 +30,13 @@ class FieldBadge {
   };
 
   FieldBadge(MainThread& mainThread, MouseMonitors& mouseMonitors, const Pointer& pointer,
-             const Screens& screens, MacAppState& state, BadgeComputation& computation,
+             const Screens& screens, const BubbleSettings& settings, BadgeComputation& computation,
              BadgeCorner& corner, BadgePanel& panel)
       : mainThread_(mainThread),
         mouseMonitors_(mouseMonitors),
         pointer_(pointer),
         screens_(screens),
-        state_(state),
+        settings_(settings),
         computation_(computation),
         corner_(corner),
         panel_(panel) {}
@@ -60,7 +60,7 @@ class FieldBadge {
   MouseMonitors& mouseMonitors_;
   const Pointer& pointer_;
   const Screens& screens_;
-  MacAppState& state_;
+  const BubbleSettings& settings_;
   BadgeComputation& computation_;
   BadgeCorner& corner_;
   BadgePanel& panel_;

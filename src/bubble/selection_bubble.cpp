@@ -44,7 +44,7 @@ void MacSelectionBubble::start() {
   if (isRunning_) return;
   if (!ports_.permissions.isAccessibilityTrusted()) {
     trustCheck_ = Timer(ports_.mainThread, trustInterval, [this] {
-      if (rooms_.state.selectionBubbleEnabled) start();
+      if (rooms_.settings.selectionBubbleEnabled) start();
     });
     return;
   }
@@ -75,10 +75,13 @@ void MacSelectionBubble::addMonitors() {
   observeMouse({leftUp}, [this] { scheduleCheck(SelectionTrigger::mouse, afterMouseUp); });
   observeMouse({leftDragged}, [this] { scheduleCheck(SelectionTrigger::mouse, afterDrag); });
   observeMouse({leftDown, rightDown}, [this] { dismiss(); });
-  monitors_.push_back(
-      ports_.eventMonitors.addGlobalMonitor(KeyEvent::Type::keyDown, [this](const KeyEvent& event) {
-        if (event.userData != syntheticCopyMarker) keyPressed(event);
-      }));
+  monitors_.push_back(ports_.eventMonitors
+                          .addGlobalMonitor(KeyEvent::Type::keyDown,
+                                            [this](const KeyEvent& event) {
+                                              if (event.userData != syntheticCopyMarker)
+                                                keyPressed(event);
+                                            })
+                          .value_or(nullptr));
 }
 
 void MacSelectionBubble::observeMouse(std::vector<MouseEvent::Type> types,
@@ -138,8 +141,8 @@ void MacSelectionBubble::runCheck(SelectionTrigger trigger, int attempt, std::in
       .attempt = attempt,
       .generation = generation,
       .app = identifierOf(frontmost),
-      .isCompact = rooms_.state.compactSelectionBubble && trigger != SelectionTrigger::summon};
-  auto outcome = rooms_.gate.decide(std::move(check), rooms_.state.bubbleMutedContexts.get());
+      .isCompact = rooms_.settings.compactSelectionBubble && trigger != SelectionTrigger::summon};
+  auto outcome = rooms_.gate.decide(std::move(check), rooms_.settings.bubbleMutedContexts.get());
   switch (outcome.decision) {
     case SelectionGate::Decision::hide:
       return hide();
@@ -274,7 +277,7 @@ void MacSelectionBubble::openFromBadge() {
 }
 
 void MacSelectionBubble::muteCurrentContext() {
-  auto& muted = rooms_.state.bubbleMutedContexts;
+  auto& muted = rooms_.settings.bubbleMutedContexts;
   if (!captured_.muteKey.empty() &&
       std::ranges::find(muted.get(), captured_.muteKey) == muted.get().end())
     muted.append(captured_.muteKey);

@@ -21,12 +21,14 @@
 #include "input/global_hot_key.h"
 #include "insertion/clipboard_capture.h"
 #include "platform/application.h"
-#include "platform/keyboard.h"
+#include "platform/event_monitors.h"
+#include "platform/keyboard_state.h"
 #include "platform/mouse_monitors.h"
 #include "platform/permissions.h"
 #include "platform/pointer.h"
+#include "platform/random.h"
 #include "platform/workspace.h"
-#include "state/app_state.h"
+#include "state/bubble_settings.h"
 
 namespace quillo {
 
@@ -48,7 +50,7 @@ class MacSelectionBubble {
     Log& log;
   };
   struct Rooms {
-    MacAppState& state;
+    BubbleSettings& settings;
     SelectionReader& reader;
     const SelectionGate& gate;
     const WindowClassification& windows;

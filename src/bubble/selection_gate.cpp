@@ -97,7 +97,8 @@ Rect SelectionGate::rectOf(const std::optional<AccessibilityElement>& focused) c
 }
 
 std::optional<AccessibilityElement> SelectionGate::elementUnderMouse() const {
-  return accessibility_.elementAtPosition(topLeftPoint(screens_, pointer_.location()));
+  const auto hit = accessibility_.elementAtPosition(topLeftPoint(screens_, pointer_.location()));
+  return hit ? std::optional(*hit) : std::nullopt;
 }
 
 }  // namespace quillo

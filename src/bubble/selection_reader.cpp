@@ -54,7 +54,7 @@ std::optional<std::string> SelectionReader::captureParagraph(
 }
 
 bool SelectionReader::select(const AccessibilityElement& element, TextRange range) const {
-  return accessibility_.setAttribute(element, ax::selectedTextRange, range);
+  return accessibility_.setAttribute(element, ax::selectedTextRange, range).has_value();
 }
 
 std::optional<std::string> SelectionReader::captureWholeField(const AccessibilityElement& element,

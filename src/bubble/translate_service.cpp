@@ -44,8 +44,8 @@ Task<> MacTranslateService::translate(std::string text) {
   if (rooms_.authority.isLoggedIn()) {
     co_await translateSignedIn(std::move(text));
   } else {
-    rooms_.navigator.openSignIn(
-        "Translating needs an account on Mac. Your free plan is included — sign in to use it.");
+    rooms_.navigator.openSignIn(words(
+        "Translating needs an account on Mac. Your free plan is included — sign in to use it."));
   }
   working_ = false;
 }
@@ -53,23 +53,24 @@ Task<> MacTranslateService::translate(std::string text) {
 Task<> MacTranslateService::translateSignedIn(std::string text) {
   // A request with a session that could not be refreshed fails by itself.
   if (rooms_.authority.needsRefresh()) co_await rooms_.authority.refreshSession();
-  std::string language = rooms_.state.outputLanguage;
+  std::string language = rooms_.writing.outputLanguage;
   if (language == automaticLanguage) language = defaultLanguage;
-  rooms_.showToast("Translating…");
+  rooms_.showToast(words("Translating…"));
 
   std::string translation;
   std::exception_ptr failure;
   try {
     const TransformResponse reply = co_await rooms_.api.transform(
-        requestFor(std::move(text), language), rooms_.state.identity());
+        requestFor(std::move(text), language), rooms_.account.identity());
     translation = trimmed(reply.text);
   } catch (...) {
     failure = std::current_exception();
   }
-  if (failure && isPlanLimit(failure))
-    co_return showAlert("Free limit reached — upgrade in Quillo.");
-  if (failure) co_return showAlert("Couldn't translate — check your connection and try again.");
-  if (translation.empty()) co_return showAlert("Couldn't translate that — please try again.");
+  if (failure && isPlanLimit(failure)) co_return showAlert(planLimitText());
+  if (failure)
+    co_return showAlert(words("Couldn't translate — check your connection and try again."));
+  if (translation.empty())
+    co_return showAlert(words("Couldn't translate that — please try again."));
   showResult(translation, language);
 }
 
@@ -78,19 +79,20 @@ void MacTranslateService::showResult(const std::string& text, const std::string&
   const std::string name = englishIdentifierName(language).value_or(language);
   application_.activateIgnoringOtherApps();
   const std::size_t pressed =
-      alerts_.runModal({.messageText = "Translation",
-                        .informativeText = "In " + name + " · copied to clipboard",
-                        .buttons = {"Copy", "Done"},
+      alerts_.runModal({.messageText = words("Translation"),
+                        .informativeText = words("In {language} · copied to clipboard",
+                                                 {{"language", languageNamed(name, language)}}),
+                        .buttons = {words("Copy"), words("Done")},
                         .style = Alerts::Style::informational,
-                        .accessoryText = text});
+                        .accessoryText = asItStands(text)});
   if (pressed == copyButton) rooms_.insertion.copyString(text);
 }
 
-void MacTranslateService::showAlert(std::string message) {
+void MacTranslateService::showAlert(Words message) {
   application_.activateIgnoringOtherApps();
-  alerts_.runModal({.messageText = "Quillo",
+  alerts_.runModal({.messageText = words("Quillo"),
                     .informativeText = std::move(message),
-                    .buttons = {"OK"},
+                    .buttons = {words("OK")},
                     .style = Alerts::Style::warning});
 }
 

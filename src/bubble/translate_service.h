@@ -11,8 +11,10 @@
 #include "base/task.h"
 #include "core/navigator.h"
 #include "insertion/text_insertion.h"
+#include "platform/alerts.h"
 #include "platform/application.h"
-#include "state/app_state.h"
+#include "state/account_state.h"
+#include "state/writing_settings.h"
 
 namespace quillo {
 
@@ -22,10 +24,11 @@ class MacTranslateService {
   struct Rooms {
     MurmexAPI& api;
     SessionAuthority& authority;
-    MacAppState& state;
+    const AccountState& account;
+    const WritingSettings& writing;
     Navigator& navigator;
     MacTextInsertion& insertion;
-    std::function<void(std::string_view)> showToast;
+    std::function<void(Words)> showToast;
   };
 
   MacTranslateService(MainThread& mainThread, Application& application, Alerts& alerts, Rooms rooms)
@@ -42,7 +45,7 @@ class MacTranslateService {
   Task<> translateSignedIn(std::string text);
   void showResult(const std::string& text, const std::string& language);
   // A warning.
-  void showAlert(std::string message);
+  void showAlert(Words message);
 
   MainThread& mainThread_;
   Application& application_;

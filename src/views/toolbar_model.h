@@ -23,24 +23,24 @@ class ToolbarModel final : public ContentModel {
   Q_PROPERTY(bool customOpen READ isCustomOpen NOTIFY changed)
   // The controls of the saved prompts.
   Q_PROPERTY(QVariantList prompts READ prompts NOTIFY changed)
+  Q_PROPERTY(QString emptyList READ emptyList CONSTANT)
   // Another one at each show.
   Q_PROPERTY(QString presentation READ presentation NOTIFY changed)
 
  public:
-  // `toolbar` outlives the model.
-  explicit ToolbarModel(BubbleToolbar& toolbar)
-      : ContentModel(toolbar),
+  // Both outlive the model.
+  ToolbarModel(BubbleToolbar& toolbar, const Catalog& catalog)
+      : ContentModel(toolbar, catalog),
         toolbar_(toolbar),
         changes_(toolbar.observe([this] { Q_EMIT changed(); })) {}
 
   bool isCollapsed() const { return toolbar_.model().isCollapsed; }
   bool isWorking() const { return toolbar_.model().working; }
   QString active() const;
-  QString error() const {
-    return QString::fromStdString(toolbar_.model().error.get().value_or(""));
-  }
+  QString error() const { return shown(toolbar_.model().error.get().value_or(Words())); }
   bool isCustomOpen() const { return toolbar_.isCustomOpen(); }
   QVariantList prompts() const;
+  QString emptyList() const { return shown(BubbleToolbar::emptyListText()); }
   QString presentation() const {
     return QString::fromStdString(toolbar_.model().presentationID.get());
   }
@@ -57,7 +57,7 @@ class BadgeModel final : public ContentModel {
   QML_UNCREATABLE("made for each panel")
 
  public:
-  explicit BadgeModel(Content& badge) : ContentModel(badge) {}
+  BadgeModel(Content& badge, const Catalog& catalog) : ContentModel(badge, catalog) {}
 };
 
 }  // namespace quillo::views

@@ -18,9 +18,10 @@ BubbleToolbar::BubbleToolbar(MainThread& mainThread, BubbleModel& model, Callbac
   });
 }
 
-std::string BubbleToolbar::muteToolTip() const {
+Words BubbleToolbar::muteToolTip() const {
   const std::string& label = model_.muteLabel;
-  return label.empty() ? "Turn the bubble off here" : "Turn the bubble off on " + label;
+  if (label.empty()) return words("Turn the bubble off here");
+  return words("Turn the bubble off on {place}", {{"place", asItStands(label)}});
 }
 
 Subscription BubbleToolbar::observe(std::function<void()> changed) {
@@ -38,34 +39,34 @@ Subscription BubbleToolbar::observe(std::function<void()> changed) {
   return Subscription(std::move(all));
 }
 
-std::vector<std::string> BubbleToolbar::texts() const {
+std::vector<Words> BubbleToolbar::texts() const {
   if (model_.isCollapsed) return {};
-  std::vector<std::string> texts;
+  std::vector<Words> texts;
   if (model_.error.get()) texts.push_back(*model_.error.get());
-  if (isCustomOpen_ && customPrompts().empty()) texts.emplace_back("No saved prompts");
+  if (isCustomOpen_ && customPrompts().empty()) texts.push_back(emptyListText());
   return texts;
 }
 
 std::vector<Control> BubbleToolbar::controls() const {
   // The pointer does the same; this is for those who have none.
-  if (model_.isCollapsed) return {{.id = "open", .name = "Quillo", .press = open_}};
+  if (model_.isCollapsed) return {{.id = "open", .name = words("Quillo"), .press = open_}};
   const bool isIdle = !model_.working;
   std::vector<Control> controls = {
       {.id = "fix",
-       .name = "Fix",
+       .name = words("Fix"),
        .press = [this] { callbacks_.perform(BubbleAction::fix); },
        .isEnabled = isIdle,
-       .help = "Correct spelling, grammar and punctuation — keeps your wording"},
+       .help = words("Correct spelling, grammar and punctuation — keeps your wording")},
       {.id = "improve",
-       .name = "Improve",
+       .name = words("Improve"),
        .press = [this] { callbacks_.perform(BubbleAction::improve); },
        .isEnabled = isIdle,
-       .help = "Rewrite it to read clearer and more fluent"},
+       .help = words("Rewrite it to read clearer and more fluent")},
       {.id = "custom",
-       .name = "Custom",
+       .name = words("Custom"),
        .press = toggleCustom_,
        .isEnabled = isIdle,
-       .help = "Apply one of your saved prompts"},
+       .help = words("Apply one of your saved prompts")},
       {.id = "mute",
        .name = muteToolTip(),
        .press = callbacks_.mute,
@@ -81,7 +82,7 @@ std::vector<Control> BubbleToolbar::promptControls() const {
   std::vector<Control> controls;
   for (const PromptInstruction& prompt : customPrompts())
     controls.push_back({.id = "prompt:" + prompt.id,
-                        .name = prompt.name,
+                        .name = asItStands(prompt.name),
                         .press = [pick = pickPrompt_, text = prompt.text] { pick(text); },
                         .isEnabled = !model_.working});
   return controls;

@@ -34,13 +34,14 @@ class BubbleToolbar final : public Content {
   const BubbleModel& model() const { return model_; }
   bool isCustomOpen() const { return isCustomOpen_; }
   std::vector<PromptInstruction> customPrompts() const { return callbacks_.customPrompts(); }
-  std::string muteToolTip() const;
+  Words muteToolTip() const;
+  static Words emptyListText() { return words("No saved prompts"); }
   // Something of what it shows has changed.
   [[nodiscard]] Subscription observe(std::function<void()> changed);
 
   static constexpr std::string_view name = "bubble";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override;
+  std::vector<Words> texts() const override;
   std::vector<Control> controls() const override;
   // A mark opens under the pointer, and stays open.
   void setHovered(bool isHovered) override;

@@ -20,12 +20,12 @@ class FieldBadgeView final : public Content {
 
   static constexpr std::string_view name = "fieldBadge";
   std::string_view viewName() const override { return name; }
-  std::vector<std::string> texts() const override { return {}; }
+  std::vector<Words> texts() const override { return {}; }
   std::vector<Control> controls() const override {
     return {{.id = "badge",
-             .name = "Quillo: fix or improve this text",
+             .name = words("Quillo: fix or improve this text"),
              .press = onClick_,
-             .help = "Quillo - click or hover to Fix / Improve the selection"}};
+             .help = words("Quillo - click or hover to Fix / Improve the selection")}};
   }
   void setHovered(bool isHovered) override { hovering = isHovered; }
 

@@ -138,7 +138,7 @@ Item {
                 visible: root.model.customOpen && root.model.prompts.length === 0
                 padding: 6
                 leftPadding: 8
-                text: "No saved prompts"
+                text: root.model.emptyList
                 color: Theme.secondary
                 font { family: Theme.fontFamily; pixelSize: 12 }
                 Accessible.role: Accessible.StaticText

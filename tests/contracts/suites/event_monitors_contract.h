@@ -89,15 +89,15 @@ TEST_P(EventMonitorsContract, ModifiersAreChangesOfTheFlagsWithTheirOwnKeyCodes)
 TEST_P(EventMonitorsContract, AKeyThatIsHeldIsToldAgain) {
   std::vector<KeyEvent> downs;
   const auto watchDowns = watch(KeyEvent::Type::keyDown, downs);
-  host().press(keys::shift);
-  host().press(keys::j);
+  host().press(Key::shift);
+  host().press(Key::j);
   host().runFor(KeyboardHost::longPress);
-  host().release(keys::shift);
-  host().release(keys::j);
+  host().release(Key::shift);
+  host().release(Key::j);
   ASSERT_TRUE(runUntilCount(downs, 2));
   EXPECT_FALSE(downs.front().isAutorepeat);
   EXPECT_TRUE(downs.back().isAutorepeat);
-  EXPECT_EQ(downs.back().keyCode, keys::j);
+  EXPECT_EQ(downs.back().keyCode, codeOf(Key::j));
   EXPECT_EQ(downs.back().flags & event_flags::chordMask, event_flags::shift);
 }
 
