@@ -215,22 +215,21 @@ void removeRecordings(World& world, FileManager& files) {
 }
 
 void logToken(const HostPorts& ports) {
-  const auto token = ports.keychain.read("com.murmex.mac.auth", "mac.accessToken");
-  ports.log.log("auth", "token=" + token.value_or(""));
+  const auto token = ports.keychain->read("com.murmex.mac.auth", "mac.accessToken");
+  ports.log->log("auth", "token=" + token.value_or(""));
 }
 
-std::shared_ptr<HIDKeyboards> lateKeyboards(World& world, const HostPorts& ports) {
-  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+ChangedKeyboards::Change lateKeys(World& world) {
+  return [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
     receive(value);
     if (isModifier(value) || value.value == 0) return;
     world.desktop().after(320ms, [value, receive] { receive(value); });
   };
-  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
 }
 
 // A modifier that is pressed shows as released and pressed once more.
-std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& ports) {
-  const auto change = [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
+ChangedKeyboards::Change bouncingKeys(World& world) {
+  return [&world](const HIDValue& value, const ChangedKeyboards::Receive& receive) {
     receive(value);
     if (!isModifier(value) || value.value == 0) return;
     HIDValue released = value;
@@ -238,7 +237,6 @@ std::shared_ptr<HIDKeyboards> bouncingKeyboards(World& world, const HostPorts& p
     world.desktop().after(400ms, [released, receive] { receive(released); });
     world.desktop().after(410ms, [value, receive] { receive(value); });
   };
-  return std::make_shared<ChangedKeyboards>(ports.hidKeyboards, change);
 }
 
 void hidePanelInRecordings(World& world) {
@@ -252,18 +250,17 @@ void hidePanelInRecordings(World& world) {
   });
 }
 
-// `port` in place of that of `ports`.
-template <class Port>
-World::Layer layer(const HostPorts& ports, Port* Replacements::* place,
-                   const std::shared_ptr<Port>& port) {
-  Replacements replacements;
-  replacements.*place = port.get();
-  return {replacedPorts(ports, replacements), port};
+// An `Over` in the place of the port that it stands on.
+template <class Over, class Port, class... Arguments>
+World::Layer layer(HostPorts ports, PortHandle<Port> HostPorts::* place, Arguments&&... arguments) {
+  Port& below = ports.*place;
+  const auto over = std::make_shared<Over>(below, std::forward<Arguments>(arguments)...);
+  ports.*place = *over;
+  return {ports, over};
 }
 
 World::Layer logLayer(const HostPorts& ports, std::string beginning, std::function<void()> act) {
-  return layer<Log>(ports, &Replacements::log,
-                    std::make_shared<ActingLog>(ports.log, std::move(beginning), std::move(act)));
+  return layer<ActingLog>(ports, &HostPorts::log, std::move(beginning), std::move(act));
 }
 
 World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
@@ -271,44 +268,30 @@ World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
     case PlantedBug::none:
       return {ports, nullptr};
     case PlantedBug::clipboardNotRestored:
-      return layer<Pasteboard>(
-          ports, &Replacements::pasteboard,
-          std::make_shared<ClipboardNotRestored>(ports.pasteboard, ports.mainThread));
+      return layer<ClipboardNotRestored>(ports, &HostPorts::pasteboard, ports.mainThread);
     case PlantedBug::pastedTwice:
-      return layer<KeyPoster>(ports, &Replacements::keyPoster,
-                              std::make_shared<PastedTwice>(ports.keyPoster));
+      return layer<PastedTwice>(ports, &HostPorts::keyPoster);
     case PlantedBug::keyLeftDown:
-      return layer<KeyPoster>(ports, &Replacements::keyPoster,
-                              std::make_shared<KeyLeftDown>(ports.keyPoster));
+      return layer<KeyLeftDown>(ports, &HostPorts::keyPoster);
     case PlantedBug::pastedIntoWhateverIsInFront:
-      return layer<Workspace>(ports, &Replacements::workspace,
-                              std::make_shared<PastedIntoWhateverIsInFront>(ports.workspace));
+      return layer<PastedIntoWhateverIsInFront>(ports, &HostPorts::workspace);
     case PlantedBug::segmentsLeft:
-      return layer<FileManager>(ports, &Replacements::files,
-                                std::make_shared<SegmentsLeft>(ports.files));
+      return layer<SegmentsLeft>(ports, &HostPorts::files);
     case PlantedBug::microphoneLeftOpen:
-      return layer<AudioSystem>(ports, &Replacements::audioSystem,
-                                std::make_shared<MicrophoneLeftOpen>(ports.audioSystem));
+      return layer<MicrophoneLeftOpen>(ports, &HostPorts::audioSystem);
     case PlantedBug::wordsLogged:
-      return layer<Pasteboard>(ports, &Replacements::pasteboard,
-                               std::make_shared<WordsLogged>(ports.pasteboard, ports.log));
+      return layer<WordsLogged>(ports, &HostPorts::pasteboard, ports.log);
     case PlantedBug::requestForgotten:
-      return layer<URLSessions>(
-          ports, &Replacements::network,
-          std::make_shared<RequestForgotten>(ports.network, ports.mainThread));
+      return layer<RequestForgotten>(ports, &HostPorts::network, ports.mainThread);
     case PlantedBug::releaseIgnored:
-      return layer<HIDKeyboards>(
-          ports, &Replacements::hidKeyboards,
-          std::make_shared<ChangedKeyboards>(ports.hidKeyboards, dropReleases));
+      return layer<ChangedKeyboards>(ports, &HostPorts::hidKeyboards, dropReleases);
     case PlantedBug::routesNotMerged:
       // Too late for the debounce.
-      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards, lateKeyboards(world, ports));
+      return layer<ChangedKeyboards>(ports, &HostPorts::hidKeyboards, lateKeys(world));
     case PlantedBug::modifiersIgnored:
-      return layer<EventTaps>(ports, &Replacements::eventTaps,
-                              std::make_shared<ModifiersIgnored>(ports.eventTaps));
+      return layer<ModifiersIgnored>(ports, &HostPorts::eventTaps);
     case PlantedBug::holdBounces:
-      return layer<HIDKeyboards>(ports, &Replacements::hidKeyboards,
-                                 bouncingKeyboards(world, ports));
+      return layer<ChangedKeyboards>(ports, &HostPorts::hidKeyboards, bouncingKeys(world));
     case PlantedBug::panelHides:
       hidePanelInRecordings(world);
       return {ports, nullptr};
@@ -316,10 +299,10 @@ World::Layer plant(PlantedBug bug, World& world, const HostPorts& ports) {
       return {.ports = ports, .kept = nullptr, .forgetsDismissals = true};
     case PlantedBug::pastedAfterCancel:
       return logLayer(ports, "processing cancelled; audio kept",
-                      [&keys = ports.keyPoster] { postPaste(keys); });
+                      [&keys = *ports.keyPoster] { postPaste(keys); });
     case PlantedBug::recordingDeletedOnFailure:
       return logLayer(ports, "process failed; kept",
-                      [&world, &files = ports.files] { removeRecordings(world, files); });
+                      [&world, &files = *ports.files] { removeRecordings(world, files); });
     case PlantedBug::tokenLogged:
       return logLayer(ports, "attempt app=", [ports] { logToken(ports); });
   }

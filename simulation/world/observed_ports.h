@@ -6,7 +6,6 @@
 #include "platform/system_log.h"
 #include "platform/url_session.h"
 #include "simulation/world/forwarding_ports.h"
-#include "simulation/world/replaced_ports.h"
 #include "simulation/world/spoken_words.h"
 #include "simulation/world/trace.h"
 

@@ -38,19 +38,19 @@ World::~World() {
 }
 
 HostPorts World::observedPorts() {
-  return replacedPorts(portsOf(desktop_), {
-                                              .systemLog = &systemLog_,
-                                              .log = &log_,
-                                              .files = &files_,
-                                              .network = &network_,
-                                              .audioSystem = &audioSystem_,
-                                              .workspace = &workspace_,
-                                              .keyPoster = &keyPoster_,
-                                              .pasteboard = &pasteboard_,
-                                              .accessibility = &accessibility_,
-                                              .alerts = &alerts_,
-                                              .sounds = &sounds_,
-                                          });
+  HostPorts ports = portsOf(desktop_);
+  ports.systemLog = systemLog_;
+  ports.log = log_;
+  ports.files = files_;
+  ports.network = network_;
+  ports.audioSystem = audioSystem_;
+  ports.workspace = workspace_;
+  ports.keyPoster = keyPoster_;
+  ports.pasteboard = pasteboard_;
+  ports.accessibility = accessibility_;
+  ports.alerts = alerts_;
+  ports.sounds = sounds_;
+  return ports;
 }
 
 void World::signIn(Duration expiresIn) {

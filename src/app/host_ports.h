@@ -35,63 +35,106 @@
 #include "platform/system_log.h"
 #include "platform/url_session.h"
 #include "platform/user_defaults.h"
+#include "platform/windows.h"
 #include "platform/workspace.h"
 
 namespace quillo {
 
-struct HostPorts {
-  MainThread& mainThread;
-  Clock& clock;
-  Random& random;
-  SerialQueues& queues;
-  SystemLog& systemLog;
-  Log& log;  // the diagnostics log
-  UserDefaults& userDefaults;
-  Keychain& keychain;
-  FileManager& files;
-  URLSessions& network;
-  Machine& machine;
-  Permissions& permissions;
-  AudioDevices& audioDevices;
-  AudioSystem& audioSystem;
-  Workspace& workspace;
-  KeyPoster& keyPoster;
-  KeyboardState& keyboardState;
-  HotKeys& hotKeys;
-  EventTaps& eventTaps;
-  EventMonitors& eventMonitors;
-  HIDKeyboards& hidKeyboards;
-  MouseMonitors& mouseMonitors;
-  Pointer& pointer;
-  Pasteboard& pasteboard;
-  Accessibility& accessibility;
-  Screens& screens;
-  Panels& panels;
-  StatusItem& statusItem;
-  Application& application;
-  Alerts& alerts;
-  Sounds& sounds;
-  Opener& opener;
-  LoginItem& loginItem;
-  DesktopSession& session;
-  Services& services;
+// Stands for a port wherever one is asked for. Assigning another port puts that in its place.
+template <class Port>
+class PortHandle {
+ public:
+  PortHandle(Port& port) : port_(&port) {}
+  operator Port&() const { return *port_; }
+  Port& operator*() const { return *port_; }
+  Port* operator->() const { return port_; }
+
+ private:
+  Port* port_;
 };
 
-// Both desktops, the simulated and the real one, offer their parts under the same names.
+// The ports outlive whoever was handed them. A layer between a host and the program copies the
+// handles, and assigns those that it watches or changes.
+struct HostPorts {
+  PortHandle<MainThread> mainThread;
+  PortHandle<Clock> clock;
+  PortHandle<Random> random;
+  PortHandle<SerialQueues> queues;
+  PortHandle<SystemLog> systemLog;
+  PortHandle<Log> log;  // the diagnostics log
+  PortHandle<UserDefaults> userDefaults;
+  PortHandle<Keychain> keychain;
+  PortHandle<FileManager> files;
+  PortHandle<URLSessions> network;
+  PortHandle<Machine> machine;
+  PortHandle<Permissions> permissions;
+  PortHandle<AudioDevices> audioDevices;
+  PortHandle<AudioSystem> audioSystem;
+  PortHandle<Workspace> workspace;
+  PortHandle<KeyPoster> keyPoster;
+  PortHandle<KeyboardState> keyboardState;
+  PortHandle<HotKeys> hotKeys;
+  PortHandle<EventTaps> eventTaps;
+  PortHandle<EventMonitors> eventMonitors;
+  PortHandle<HIDKeyboards> hidKeyboards;
+  PortHandle<MouseMonitors> mouseMonitors;
+  PortHandle<Pointer> pointer;
+  PortHandle<Pasteboard> pasteboard;
+  PortHandle<Accessibility> accessibility;
+  PortHandle<Screens> screens;
+  PortHandle<Panels> panels;
+  PortHandle<Windows> windows;
+  PortHandle<StatusItem> statusItem;
+  PortHandle<Application> application;
+  PortHandle<Alerts> alerts;
+  PortHandle<Sounds> sounds;
+  PortHandle<Opener> opener;
+  PortHandle<LoginItem> loginItem;
+  PortHandle<DesktopSession> session;
+  PortHandle<Services> services;
+};
+
+// Both desktops, the simulated and the real one, offer their parts under the names of the handles.
 template <class Desktop>
 HostPorts portsOf(Desktop& desktop) {
-  return {desktop.mainThread(),    desktop.clock(),         desktop.random(),
-          desktop.queues(),        desktop.systemLog(),     desktop.log(),
-          desktop.userDefaults(),  desktop.keychain(),      desktop.files(),
-          desktop.network(),       desktop.machine(),       desktop.permissions(),
-          desktop.audioDevices(),  desktop.audioSystem(),   desktop.workspace(),
-          desktop.keyPoster(),     desktop.keyboardState(), desktop.hotKeys(),
-          desktop.eventTaps(),     desktop.eventMonitors(), desktop.hidKeyboards(),
-          desktop.mouseMonitors(), desktop.pointer(),       desktop.pasteboard(),
-          desktop.accessibility(), desktop.screens(),       desktop.panels(),
-          desktop.statusItem(),    desktop.application(),   desktop.alerts(),
-          desktop.sounds(),        desktop.opener(),        desktop.loginItem(),
-          desktop.session(),       desktop.services()};
+  return {
+      .mainThread = desktop.mainThread(),
+      .clock = desktop.clock(),
+      .random = desktop.random(),
+      .queues = desktop.queues(),
+      .systemLog = desktop.systemLog(),
+      .log = desktop.log(),
+      .userDefaults = desktop.userDefaults(),
+      .keychain = desktop.keychain(),
+      .files = desktop.files(),
+      .network = desktop.network(),
+      .machine = desktop.machine(),
+      .permissions = desktop.permissions(),
+      .audioDevices = desktop.audioDevices(),
+      .audioSystem = desktop.audioSystem(),
+      .workspace = desktop.workspace(),
+      .keyPoster = desktop.keyPoster(),
+      .keyboardState = desktop.keyboardState(),
+      .hotKeys = desktop.hotKeys(),
+      .eventTaps = desktop.eventTaps(),
+      .eventMonitors = desktop.eventMonitors(),
+      .hidKeyboards = desktop.hidKeyboards(),
+      .mouseMonitors = desktop.mouseMonitors(),
+      .pointer = desktop.pointer(),
+      .pasteboard = desktop.pasteboard(),
+      .accessibility = desktop.accessibility(),
+      .screens = desktop.screens(),
+      .panels = desktop.panels(),
+      .windows = desktop.windows(),
+      .statusItem = desktop.statusItem(),
+      .application = desktop.application(),
+      .alerts = desktop.alerts(),
+      .sounds = desktop.sounds(),
+      .opener = desktop.opener(),
+      .loginItem = desktop.loginItem(),
+      .session = desktop.session(),
+      .services = desktop.services(),
+  };
 }
 
 }  // namespace quillo

@@ -25,9 +25,10 @@ TextInPlace::TextInPlace(const HostPorts& ports, Rooms rooms)
                          .log = ports.log},
                         reader_, fields_, windows_, contexts_),
       badgeCorner_(ports.accessibility, ports.screens,
-                   [&ports = ports.accessibility,
-                    &application = ports.application](const AccessibilityElement& element) {
-                     return ports.processIdentifier(element) == application.processIdentifier();
+                   [&accessibility = *ports.accessibility,
+                    &application = *ports.application](const AccessibilityElement& element) {
+                     return accessibility.processIdentifier(element) ==
+                            application.processIdentifier();
                    }),
       badge_(ports.mainThread, ports.mouseMonitors, ports.pointer, ports.screens, rooms.state,
              badgeComputation_, badgeCorner_, badgePanel_),
