@@ -13,12 +13,13 @@ constexpr double secondsOfQueue = 10;
 }  // namespace
 
 CaptureWorker::CaptureWorker(AudioFormat format, std::size_t framesInABuffer,
-                             std::unique_ptr<VoiceProcessor> voice, AudioEngine::Tap tap)
+                             std::unique_ptr<VoiceProcessor> voice, AudioEngine::Tap tap, Log& log)
     : format_(format),
       framesInABuffer_(framesInABuffer),
       longestQueue_(static_cast<std::size_t>(format.sampleRate * secondsOfQueue)),
       voice_(std::move(voice)),
       tap_(std::move(tap)),
+      log_(log),
       wanted_(framesInABuffer) {
   thread_ = std::jthread([this] { run(); });
   pthread_setname_np(thread_.native_handle(), "quillo.capture");
@@ -33,16 +34,23 @@ CaptureWorker::~CaptureWorker() {
   thread_.join();
 }
 
-CaptureWorker::Room CaptureWorker::push(std::span<const float> samples) {
+void CaptureWorker::push(std::span<const float> samples) {
+  const bool isLosing = !enqueue(samples);
+  if (isLosing && !isLosing_)
+    log_.log("recorder", "sound is lost: it cannot be written as fast as it comes");
+  isLosing_ = isLosing;
+}
+
+bool CaptureWorker::enqueue(std::span<const float> samples) {
   bool isWorthWaking = false;
   {
     const std::scoped_lock lock(mutex_);
-    if (queue_.size() + samples.size() > longestQueue_) return Room::lacking;
+    if (queue_.size() + samples.size() > longestQueue_) return false;
     queue_.insert(queue_.end(), samples.begin(), samples.end());
     isWorthWaking = queue_.size() >= wanted_;
   }
   if (isWorthWaking) arrived_.notify_one();
-  return Room::enough;
+  return true;
 }
 
 void CaptureWorker::run() {

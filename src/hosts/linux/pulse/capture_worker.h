@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/log.h"
 #include "hosts/linux/pulse/voice_processor.h"
 #include "platform/audio_buffer.h"
 #include "platform/audio_engine.h"
@@ -20,17 +21,17 @@ class CaptureWorker {
  public:
   // `format` has one channel. `voice` may be null.
   CaptureWorker(AudioFormat format, std::size_t framesInABuffer,
-                std::unique_ptr<VoiceProcessor> voice, AudioEngine::Tap tap);
+                std::unique_ptr<VoiceProcessor> voice, AudioEngine::Tap tap, Log& log);
   // Hands over what has arrived, as a last shorter buffer too. No call of the tap runs or begins
   // afterwards.
   ~CaptureWorker();
 
-  enum class Room { enough, lacking };
-  // Any thread; never waits for the tap. What finds no room, because the tap is ten seconds behind,
-  // is lost.
-  Room push(std::span<const float> samples);
+  // One thread; never waits for the tap. What finds no room, because the tap is ten seconds behind,
+  // is lost, and logged when it begins.
+  void push(std::span<const float> samples);
 
  private:
+  bool enqueue(std::span<const float> samples);
   void run();
   void handOver(std::span<const float> samples);
 
@@ -39,6 +40,8 @@ class CaptureWorker {
   const std::size_t longestQueue_;
   std::unique_ptr<VoiceProcessor> voice_;
   const AudioEngine::Tap tap_;
+  Log& log_;
+  bool isLosing_ = false;  // whoever pushes
 
   std::mutex mutex_;
   std::condition_variable arrived_;

@@ -72,10 +72,9 @@ void PulseAudioEngine::installTap(std::size_t frames, Tap tap) {
   const auto framesHere = static_cast<std::size_t>(static_cast<double>(frames) * share);
   auto worker = std::make_unique<CaptureWorker>(format, std::max<std::size_t>(framesHere, 1),
                                                 processesVoice_ ? VoiceProcessor::make() : nullptr,
-                                                std::move(tap));
+                                                std::move(tap), log_);
   const PulseConnection::Lock lock(connection_);
   worker_ = std::move(worker);
-  isLosing_ = false;
 }
 
 void PulseAudioEngine::removeTap() {
@@ -175,11 +174,7 @@ void PulseAudioEngine::onRead(pa_stream* stream, std::size_t, void* self) {
 }
 
 void PulseAudioEngine::take(std::span<const float> samples) {
-  if (!worker_) return;
-  const bool isLosing = worker_->push(samples) == CaptureWorker::Room::lacking;
-  if (isLosing && !isLosing_)
-    log_.log("recorder", "sound is lost: it cannot be written as fast as it comes");
-  isLosing_ = isLosing;
+  if (worker_) worker_->push(samples);
 }
 
 // The server lost a piece; the time that it took stays.

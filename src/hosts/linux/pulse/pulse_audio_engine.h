@@ -63,7 +63,6 @@ class PulseAudioEngine final : public AudioEngine {
   pa_stream* stream_ = nullptr;
   std::unique_ptr<CaptureWorker> worker_;
   bool hasBeenReady_ = false;
-  bool isLosing_ = false;
 };
 
 }  // namespace quillo::linux_host
