@@ -12,11 +12,10 @@ namespace {
 // What is larger goes out in chunks of this size.
 constexpr std::size_t chunkBytes = 256 * 1024;
 
-// A requestor that has not taken its next chunk by then has stopped.
+// A requestor that has not taken its next chunk by then has stopped, or its window has gone.
 constexpr Duration longestPause = std::chrono::seconds(30);
 
-constexpr std::uint32_t requestorEvents =
-    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+constexpr std::uint32_t requestorEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
 
 template <class T>
 std::string_view bytesOf(const T* values, std::size_t count) {
@@ -83,13 +82,6 @@ void SelectionServer::handle(const xcb_generic_event_t& event, MonotonicTime now
       found->second.progress = now;
       sendChunk(found->first, found->second);
       if (found->second.form == nullptr) transfers_.erase(found);
-      break;
-    }
-    case XCB_DESTROY_NOTIFY: {
-      const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
-      std::erase_if(transfers_, [&destroyed](const auto& transfer) {
-        return transfer.first.first == destroyed.window;
-      });
       break;
     }
     default:
