@@ -71,6 +71,9 @@ class LinuxAudioEngine final : public LinuxContractHost<AudioEngineHost> {
 };
 INSTANTIATE_TEST_SUITE_P(RealDesktop, AudioEngineContract, hostedBy<LinuxAudioEngine>());
 
+// Silence with which the encoder begins.
+constexpr std::int64_t leadingFrames = 1024;
+
 // Frames that the decoder gives for a packet, or for the end of the stream.
 std::int64_t decodedFrames(AVCodecContext* decoder, const AVPacket* packet, AVFrame* frame) {
   std::int64_t frames = 0;
@@ -97,7 +100,7 @@ std::optional<double> decodedSeconds(const FilePath& path) {
       av_packet_unref(packet);
     }
     frames += decodedFrames(decoder, nullptr, frame);
-    seconds = static_cast<double>(frames) / decoder->sample_rate;
+    seconds = static_cast<double>(frames - leadingFrames) / decoder->sample_rate;
   }
   av_frame_free(&frame);
   av_packet_free(&packet);

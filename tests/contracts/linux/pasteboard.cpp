@@ -117,10 +117,12 @@ TEST_F(X11PasteboardTest, OwnTextIsOfferedInEveryForm) {
 }
 
 TEST_F(X11PasteboardTest, TextThatComesInOtherFormsOnlyIsStillText) {
-  copyRaw({{"STRING", "STRING", 8, "caf\xe9"}});
+  copyRaw({{"STRING", "STRING", 8, "caf\xe9"}, {"STRING", "STRING", 8, "caf\xe9"}});
   EXPECT_EQ(pasteboard().string(), "café");
   EXPECT_EQ(items().front().representations.front(),
             (std::pair<std::string, Bytes>(pasteboardTypeString, "café")));
+  EXPECT_EQ(items().front().representations.size(), 2u)
+      << "a form that is named twice is read once";
   copyRaw({{"text/plain;charset=utf-8", "text/plain;charset=utf-8", 8, "naïve"}});
   EXPECT_EQ(pasteboard().string(), "naïve");
   copyRaw({{"image/png", "image/png", 8, "not text"}});
@@ -164,8 +166,10 @@ TEST_F(X11PasteboardTest, AnOwnerThatEndsOrIsReplacedMidwayEndsTheReadingOfIt) {
     while (host_.owner().requestedTargets().empty()) std::this_thread::yield();
     host_.endOtherProgram();
   });
+  const std::int64_t before = pasteboard().changeCount();
   EXPECT_TRUE(items().empty());
   other.join();
+  EXPECT_EQ(pasteboard().changeCount(), before + 1);
   EXPECT_LT(host_.mainThread().now() - begun, Duration(std::chrono::milliseconds(1600)));
 }
 

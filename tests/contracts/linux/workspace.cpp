@@ -1,4 +1,6 @@
 // The applications of a real X11 desktop, and a desktop that is missing or goes away.
+#include <sys/wait.h>
+
 #include <QProcess>
 #include <list>
 
@@ -125,7 +127,12 @@ class RealApplicationsTest : public testing::Test {
     host_.keyboard.change(Key::control, KeyDirection::up);
   }
   void endApplication() {
+    RunningApplication ended;
+    ended.processIdentifier = static_cast<std::int32_t>(process_.processId());
     process_.kill();
+    siginfo_t end{};
+    ::waitid(P_PID, static_cast<id_t>(process_.processId()), &end, WEXITED | WNOWAIT);
+    EXPECT_TRUE(host_.desktop().workspace().isTerminated(ended)) << "nobody has taken its end";
     process_.waitForFinished();
   }
 

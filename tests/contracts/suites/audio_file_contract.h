@@ -76,7 +76,7 @@ TEST_P(AudioFileContract, ARecordingHasItsLengthAndAboutItsBitRateAndOneOfNothin
   EXPECT_EQ(file->processingFormat(), (AudioFormat{16000, 1}));
   EXPECT_EQ(write(*file, 10), 117);
   file.reset();
-  EXPECT_NEAR(host().playableSeconds(path()).value_or(0), 117 * 1365 / 16000.0, 0.15);
+  EXPECT_NEAR(host().playableSeconds(path()).value_or(0), 117 * 1365 / 16000.0, 0.01);
   EXPECT_NEAR(static_cast<double>(files().size(path()).value_or(0)), 60'000, 15'000);
 }
 

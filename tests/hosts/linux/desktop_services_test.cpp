@@ -12,6 +12,7 @@
 #include "hosts/linux/qt/qt_application.h"
 #include "hosts/linux/session/autostart_login_item.h"
 #include "hosts/linux/session/bundle.h"
+#include "hosts/linux/session/desktop_entries.h"
 #include "hosts/linux/session/linux_machine.h"
 #include "hosts/linux/session/xdg_opener.h"
 
@@ -99,6 +100,25 @@ TEST(AutostartLoginItem, IsAnEntryThatTheUserMaySwitchOff) {
   EXPECT_TRUE(item.unregisterItem());
   EXPECT_FALSE(item.isEnabled());
   EXPECT_FALSE(AutostartLoginItem("/proc/nowhere", "/bin/true").registerItem());
+}
+
+TEST(DesktopEntries, TheUsersOwnGoFirstAndNameAProgramInTheUsersLanguage) {
+  const TemporaryFolder folder;
+  const auto write = [&](const char* place, const char* text) {
+    std::filesystem::create_directory(folder.path() / place);
+    std::ofstream(folder.path() / place / "org.example.Notes.desktop") << text;
+    return (folder.path() / place).string();
+  };
+  DesktopEntries entries(
+      {write("own",
+             "[Desktop Entry]\nName=Notes\nName[de]=Notizen\nStartupWMClass=notes\n"
+             "[Desktop Action terminal]\nCategories=TerminalEmulator;\n"),
+       write("system", "[Desktop Entry]\nName=Old\nStartupWMClass=notes\n")},
+      "de_AT.UTF-8");
+  const DesktopEntry* const entry = entries.withWindowClass("Notes");
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(entry->name, "Notizen");
+  EXPECT_FALSE(entry->isTerminal);
 }
 
 TEST(LinuxMachine, NamesTheLanguagesAsTheUserOrderedThem) {

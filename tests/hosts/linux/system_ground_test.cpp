@@ -40,6 +40,7 @@ TEST(PosixFileManager, MakesEverythingForTheUserAlone) {
   ASSERT_TRUE(files.append(caches / "log", "line\n"));
   ASSERT_EQ(files.read(caches / "log"), "line\n");
   ASSERT_TRUE(files.writeAtomically(caches / "history", "[]"));
+  EXPECT_FALSE(files.read("/dev/null")) << "no file that ends";
   EXPECT_EQ(openDescriptors(), openBefore);
   const auto permissionsOf = [](const FilePath& path) {
     return std::filesystem::status(path).permissions();
