@@ -18,11 +18,21 @@ using quillo::Key;
 using quillo::KeyDirection;
 
 const std::map<std::string_view, Key> keyCodes = {
-    {"control", Key::control}, {"option", Key::option},   {"command", Key::command},
-    {"shift", Key::shift},     {"space", Key::space},     {"return", Key::returnKey},
-    {"escape", Key::escape},   {"left", Key::left},       {"right", Key::right},
-    {"home", Key::home},       {"end", Key::end},         {"a", Key::a},
-    {"e", Key::e},             {"s", Key::s},             {"v", Key::v},
+    {"control", Key::control},
+    {"option", Key::option},
+    {"command", Key::command},
+    {"shift", Key::shift},
+    {"space", Key::space},
+    {"return", Key::returnKey},
+    {"escape", Key::escape},
+    {"left", Key::left},
+    {"right", Key::right},
+    {"home", Key::home},
+    {"end", Key::end},
+    {"a", Key::a},
+    {"e", Key::e},
+    {"s", Key::s},
+    {"v", Key::v},
 };
 
 void press(const std::vector<Key>& keys, std::chrono::milliseconds hold) {
