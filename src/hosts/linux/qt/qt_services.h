@@ -11,7 +11,7 @@
 namespace quillo::linux_host {
 
 // Linux desktops have no menu of services. The program answers as org.freedesktop.Application
-// (Desktop Entry Specification, D-Bus activation): a desktop's own shortcuts, a launcher or
+// (freedesktop.org, Desktop Entries, D-Bus activation): a desktop's own shortcuts, a launcher or
 // `gapplication action com.murmex.Quillo translate-selection` reach it. The selection is the
 // primary one; a refusal is the call's error. Without a bus nothing is offered.
 class QtServices final : public Services {
